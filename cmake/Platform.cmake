@@ -1,0 +1,7 @@
+# The three platform libraries as Vorn::Kelvar, Vorn::HwVornFennTypes and Vorn::Oru: a site's own
+# under VORN_PLATFORM, or the stand-ins of platform/.
+if( VORN_PLATFORM )
+   include( cmake/SitePlatform.cmake )
+else()
+   add_subdirectory( platform )
+endif()

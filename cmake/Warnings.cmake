@@ -1,0 +1,7 @@
+# vornWarnings( target ): the project's warning set.
+function( vornWarnings target )
+   target_compile_options( ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow )
+   if( VORN_WARNINGS_AS_ERRORS )
+      target_compile_options( ${target} PRIVATE -Werror )
+   endif()
+endfunction()
