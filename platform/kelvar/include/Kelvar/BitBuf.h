@@ -1,0 +1,158 @@
+// Bit-buffer primitives: copy a run of bits out of, into, or through a mask over an entry image.
+//
+// An entry image is an array of bytes; its bit n is bit n mod 8 of byte n / 8, bit 0 the least
+// significant. A value image is little-endian too, so an integer or a Raw value can be given.
+// Lengths are in bytes (in 32-bit words for maskBuf), widths and offsets in bits. No byte outside
+// a given length is ever touched; a width of 0 or less, a negative offset, or a run of bits that
+// does not fit into the buffer or the value is an assertion, and nothing is written.
+#pragma once
+
+#include <Kelvar/Types.h>
+
+#include <cstring>
+
+// Copies bits offset to offset + width - 1 of `src` to bits 0 to width - 1 of `value` and keeps
+// every other bit of `value`.
+KELVAR_API void getBuf( const U8* src, int srcLen, U8* value, int valueLen, int width, int offset );
+
+// Copies bits 0 to width - 1 of `value` to bits offset to offset + width - 1 of `dst` and keeps
+// every other bit of `dst`. Bits of `value` from `width` on are ignored.
+KELVAR_API void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, int width, int offset );
+
+// dst[i] = src[i] & mask[i] for every word. The three counts must be equal and not negative, else
+// assertion.
+KELVAR_API void maskBuf( const U32* src, int srcWords, U32* dst, int dstWords, const U32* mask,
+                         int maskWords );
+
+namespace Kelvar {
+
+// getBuf and setBuf once more, under names that the inline definitions below can call.
+KELVAR_API void getBufGeneral( const U8* src, int srcLen, U8* value, int valueLen, int width,
+                               int offset );
+KELVAR_API void setBufGeneral( U8* dst, int dstLen, const U8* value, int valueLen, int width,
+                               int offset );
+
+// The same for a field of 64 bits or less by value: the rare road of a field that ends in a partial
+// word of its image. Cold, so that the compiler keeps the calls out of the way.
+KELVAR_API U64 narrowBits( const U8* src, int srcLen, int width, int offset )
+   __attribute__( ( cold ) );
+KELVAR_API void narrowBitsIs( U8* dst, int dstLen, U64 bits, int width, int offset )
+   __attribute__( ( cold ) );
+
+} // namespace Kelvar
+
+#ifndef KELVAR_BITBUF_WITHOUT_INLINE
+
+static_assert( __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "images are read as native words" );
+
+// GNU's inline: such a definition is used for inlining alone. Whoever takes the address of the
+// function, or doesn't inline, gets the exported one.
+#define KELVAR_INLINE extern inline __attribute__( ( gnu_inline, always_inline ) )
+
+namespace Kelvar {
+
+// Where a field of 64 bits or less lies in the grid.
+struct NarrowPlace {
+   long first;     // byte at which the word of its lowest bit starts
+   long last;      // byte at which the word of its highest bit starts: `first` or the next
+   int shift;      // its lowest bit in the first word
+   bool inLowHalf; // whether its highest bit is in the lower 32 bits of the last word
+   U64 mask;       // its bits, at bit 0
+};
+
+__attribute__( ( always_inline ) ) constexpr NarrowPlace narrowPlace( int width, int offset ) {
+   const long highest = static_cast<long>( offset ) + width - 1;
+   return { offset / 64 * 8L, highest / 64 * 8, offset % 64, highest % 64 < 32,
+            ~U64{ 0 } >> ( 64 - width ) };
+}
+
+__attribute__( ( always_inline ) ) constexpr bool isNarrow( int valueLen, int width, int offset ) {
+   return width > 0 && width <= 64 && offset >= 0 && valueLen > 0 && width <= 8L * valueLen;
+}
+
+// Replaces the bits of `mask` in a value image by `bits`, of which it covers all.
+__attribute__( ( always_inline ) ) inline void narrowValueIs( U8* value, int valueLen, U64 bits,
+                                                              U64 mask ) {
+   const std::size_t size = valueLen < 8 ? static_cast<std::size_t>( valueLen ) : 8;
+   U64 kept = 0;
+   std::memcpy( &kept, value, size );
+   bits |= kept & ~mask;
+   std::memcpy( value, &bits, size );
+}
+
+} // namespace Kelvar
+
+KELVAR_INLINE void getBuf( const U8* src, int srcLen, U8* value, int valueLen, int width,
+                           int offset ) {
+   if( !( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
+          __builtin_constant_p( valueLen ) && Kelvar::isNarrow( valueLen, width, offset ) ) ) {
+      Kelvar::getBufGeneral( src, srcLen, value, valueLen, width, offset );
+      return;
+   }
+   const Kelvar::NarrowPlace place = Kelvar::narrowPlace( width, offset );
+   U64 bits;
+   if( __builtin_expect( srcLen >= place.last + 8, true ) ) {
+      std::memcpy( &bits, src + place.last, sizeof( U64 ) );
+   } else if( place.inLowHalf && srcLen >= place.last + 4 ) {
+      U32 half;
+      std::memcpy( &half, src + place.last, sizeof( U32 ) );
+      bits = half;
+   } else {
+      bits = Kelvar::narrowBits( src, srcLen, width, offset );
+      Kelvar::narrowValueIs( value, valueLen, bits, place.mask );
+      return;
+   }
+   if( place.first == place.last ) {
+      bits >>= place.shift;
+   } else {
+      U64 low;
+      std::memcpy( &low, src + place.first, sizeof( U64 ) );
+      bits = low >> place.shift | bits << ( 64 - place.shift );
+   }
+   Kelvar::narrowValueIs( value, valueLen, bits & place.mask, place.mask );
+}
+
+KELVAR_INLINE void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, int width,
+                           int offset ) {
+   if( !( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
+          __builtin_constant_p( valueLen ) && Kelvar::isNarrow( valueLen, width, offset ) ) ) {
+      Kelvar::setBufGeneral( dst, dstLen, value, valueLen, width, offset );
+      return;
+   }
+   const Kelvar::NarrowPlace place = Kelvar::narrowPlace( width, offset );
+   U64 bits = 0;
+   std::memcpy( &bits, value, valueLen < 8 ? static_cast<std::size_t>( valueLen ) : 8 );
+   bits &= place.mask;
+   const bool whole = dstLen >= place.last + 8;
+   if( !whole && !( place.inLowHalf && dstLen >= place.last + 4 ) ) {
+      Kelvar::narrowBitsIs( dst, dstLen, bits, width, offset );
+      return;
+   }
+   U64 lastBits = bits << place.shift;
+   U64 lastMask = place.mask << place.shift;
+   if( place.first != place.last ) {
+      U64 word;
+      std::memcpy( &word, dst + place.first, sizeof( U64 ) );
+      word = ( word & ~lastMask ) | lastBits;
+      // An empty instruction, which keeps the compiler from treating both words as one vector: its
+      // load of 16 bytes would have to wait for earlier stores of 8.
+      __asm__( "" : "+r"( word ) );
+      std::memcpy( dst + place.first, &word, sizeof( U64 ) );
+      lastBits = bits >> ( 64 - place.shift );
+      lastMask = place.mask >> ( 64 - place.shift );
+   }
+   if( __builtin_expect( whole, true ) ) {
+      U64 word;
+      std::memcpy( &word, dst + place.last, sizeof( U64 ) );
+      word = ( word & ~lastMask ) | lastBits;
+      std::memcpy( dst + place.last, &word, sizeof( U64 ) );
+   } else {
+      U32 half;
+      std::memcpy( &half, dst + place.last, sizeof( U32 ) );
+      half = ( half & ~static_cast<U32>( lastMask ) ) | static_cast<U32>( lastBits );
+      std::memcpy( dst + place.last, &half, sizeof( U32 ) );
+   }
+}
+
+#undef KELVAR_INLINE
+#endif

@@ -1,0 +1,96 @@
+// Tracing: handles with one enable bit per level, and helpers that write one line each.
+#pragma once
+
+#include <Kelvar/Types.h>
+#include <Oru/String.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+
+namespace Oru {
+
+// What all handles of one name share: an enable bit per level.
+class ORU_API TraceFacility {
+public:
+   enum FacilityLevel : int {
+      level0 = 0,
+      level1 = 1,
+      level2 = 2,
+      level3 = 3,
+      level4 = 4,
+      level5 = 5,
+      level6 = 6,
+      level7 = 7,
+      level8 = 8,
+      level9 = 9,
+   };
+
+   bool enabled( FacilityLevel level ) const {
+      return ( levels_.load( std::memory_order_relaxed ) & 1u << level ) != 0;
+   }
+   void levelIs( FacilityLevel level, bool on );
+
+private:
+   std::atomic<U32> levels_{ 0 };
+};
+
+// A name by which trace sites find their facility. The second argument is not looked at.
+class ORU_API TraceHandle {
+public:
+   TraceHandle( const char* name, bool );
+
+   const char* name() const { return name_.c_str(); }
+   bool enabled( TraceFacility::FacilityLevel level ) const { return facility_->enabled( level ); }
+
+private:
+   std::string name_;
+   TraceFacility* facility_; // lives until the process ends
+};
+
+// The line being written. A U8 is shown as a decimal number.
+class ORU_API TraceStream {
+public:
+   void append( std::string_view text ) { line_.append( text ); }
+   const std::string& line() const { return line_; }
+
+private:
+   std::string line_;
+};
+
+ORU_API TraceStream& operator<<( TraceStream& stream, const char* text );
+ORU_API TraceStream& operator<<( TraceStream& stream, U8 number );
+ORU_API TraceStream& operator<<( TraceStream& stream, U32 number );
+ORU_API TraceStream& operator<<( TraceStream& stream, const String& text );
+
+// One line of trace: made where the line begins; its end hands the line to the sink. What a sink
+// throws is dropped. The handle must outlive the helper.
+class ORU_API TraceHelper {
+public:
+   TraceHelper( const TraceHandle& handle, TraceFacility::FacilityLevel level, const char* file,
+                int line, const char* function );
+   ~TraceHelper();
+   TraceHelper( const TraceHelper& ) = delete;
+   TraceHelper& operator=( const TraceHelper& ) = delete;
+
+   TraceStream& stream() { return stream_; }
+
+private:
+   const TraceHandle& handle_;
+   TraceFacility::FacilityLevel level_;
+   const char* file_;
+   int line_;
+   const char* function_;
+   TraceStream stream_;
+};
+
+// Switches a level of all handles of this name, also of those made later. A level outside 0 to 9
+// is the assertion "level >= 0 && level <= 9".
+ORU_API void traceLevelIs( const std::string& handle, int level, bool on );
+
+// Where finished lines go; an empty function restores the default. A sink is given the streamed
+// text alone; the default writes "<handle>/<level> <file>:<line> <function>: <text>" to standard
+// error.
+ORU_API void traceSinkIs( std::function<void( const std::string& line )> sink );
+
+} // namespace Oru
