@@ -1,0 +1,114 @@
+// A class as run-time data: what its rare paths and the registry need, whatever the class.
+#pragma once
+
+#include "Compile.h"
+
+#include <Hardware/ChipType.h>
+#include <Kelvar/AsicBase.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace Hardware::Frame {
+
+// Identifiers lie below this.
+inline constexpr unsigned identifierLimit = 369;
+
+// Names are those of the field catalogue, found by the identifier.
+struct FieldData {
+   U16 identifier;
+   ValueType type;
+   bool readOnly;
+};
+
+struct ClassData {
+   const char* name;
+   bool isTable;
+   ValueType entryType; // of getAllFields
+   U8 fieldCount;
+   const FieldData* fields; // in declared order
+   const U8* fieldOf;       // identifier to field number, noField if it isn't the class's
+   const Cell* cells;       // [field][format], formatCount + 1 columns; the last is absent
+   unsigned formatCount;
+   const U8* formatOf; // of PairTables of pairCount numbers
+   const U8* kindOf;
+   unsigned pairCount;
+   const Kind* kinds;
+   bool ( *valid )( Hardware::ChipType chipType, U8 variant );
+   std::shared_ptr<Kelvar::AsicBase> ( *make )( Hardware::ChipType chipType, U8 variant );
+};
+
+template<std::size_t Fields>
+constexpr std::array<FieldData, Fields> fieldDataOf( const Declaration ( &declarations )[Fields] ) {
+   std::array<FieldData, Fields> fields{};
+   for( std::size_t field = 0; field < Fields; ++field ) {
+      const Declaration& declaration = declarations[field];
+      fields[field] = { declaration.identifier, declaration.type, declaration.readOnly };
+   }
+   return fields;
+}
+
+template<std::size_t Fields>
+constexpr std::array<U8, identifierLimit>
+fieldTableOf( const Declaration ( &declarations )[Fields] ) {
+   std::array<U8, identifierLimit> numbers{};
+   numbers.fill( noField );
+   for( std::size_t field = 0; field < Fields; ++field ) {
+      numbers[declarations[field].identifier] = static_cast<U8>( field );
+   }
+   return numbers;
+}
+
+template<class View>
+std::shared_ptr<Kelvar::AsicBase> makeWithStorage( Hardware::ChipType chipType, U8 variant ) {
+   return std::make_shared<typename View::WithStorage>( chipType, variant );
+}
+
+// `C` is what frame/Define.inc makes of the description of `View`.
+template<class View, class C>
+constexpr ClassData classDataOf( const char* name, bool isTable ) {
+   return { name,
+            isTable,
+            valueTypeOf<typename C::Entry>,
+            static_cast<U8>( C::fieldCount ),
+            C::fields.data(),
+            C::fieldOf.data(),
+            C::cells.data(),
+            C::formats.count,
+            C::formatTable.of[0],
+            C::kindTable.of[0],
+            sizeof C::kindTable.of,
+            C::kinds.data(),
+            View::chipTypeVariantValid,
+            makeWithStorage<View> };
+}
+
+// The number of a pair in a PairTable of `count` numbers.
+[[gnu::always_inline]] inline U8 pairLookup( const U8* table, unsigned count, U8 chipType,
+                                             U8 variant ) {
+   // Side by side in a view, the two are one load.
+   unsigned pair = static_cast<unsigned>( chipType | variant << 8 );
+   if( pair >= count ) [[unlikely]] {
+      pair = count - 256 + chipType;
+   }
+   return table[pair];
+}
+
+inline unsigned formatOf( const ClassData& data, U8 chipType, U8 variant ) {
+   return pairLookup( data.formatOf, data.pairCount, chipType, variant );
+}
+
+// Kind of a pair; the first of the class's kinds, without format, if the pair is invalid.
+inline const Kind& kindOf( const ClassData& data, U32 chipType, U8 variant ) {
+   return data.kinds[chipType < 256 ? pairLookup( data.kindOf, data.pairCount,
+                                                  static_cast<U8>( chipType ), variant )
+                                    : 0];
+}
+
+// Where a pair has a field; an absent cell if it doesn't, or isn't valid.
+inline Cell cellOf( const ClassData& data, unsigned field, U8 chipType, U8 variant ) {
+   const unsigned column = std::min( formatOf( data, chipType, variant ), data.formatCount );
+   return data.cells[field * ( data.formatCount + 1 ) + column];
+}
+
+} // namespace Hardware::Frame

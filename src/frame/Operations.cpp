@@ -1,0 +1,142 @@
+// The operations that need nothing of a class but its run-time data.
+#include "Operations.h"
+
+namespace Hardware::Frame {
+
+Found findField( const ClassData& data, U32 fieldId, const State& state ) {
+   const unsigned field = fieldId < identifierLimit ? data.fieldOf[fieldId] : noField;
+   if( field == noField ) {
+      return { noField, absent };
+   }
+   return { field, cellOf( data, field, state.chipType, state.variant ) };
+}
+
+U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, const State& state ) {
+   traceView( data, site, state );
+   const Found found = findField( data, fieldId, state );
+   if( found.field == noField ) [[unlikely]] {
+      fail( data, site, "false" );
+   }
+   return found.cell.width;
+}
+
+bool isFieldValid( const ClassData& data, Site site, U32 fieldId, const State& state ) {
+   traceView( data, site, state );
+   return findField( data, fieldId, state ).cell.present();
+}
+
+const Kind& tracedKind( const ClassData& data, Site site, U32 chipType, U8 variant ) {
+   if( traced( Level::call ) ) [[unlikely]] {
+      traceStatic( data, site, chipType, variant );
+   }
+   return checkedKind( data, site, chipType, variant );
+}
+
+namespace {
+
+// "tableEntry < N", or "tableEntry == 0" where the only index is 0 and the class says so.
+Text indexTest( const char* index, U32 limit, bool equality ) {
+   return equality ? Text( index, " == 0" ) : Text( index, " < ", limit );
+}
+
+} // namespace
+
+bool getSchanAddress( const ClassData& data, Site site, U32 chipType, U8 variant, U32& schanAddress,
+                      U8& accessType, U8& destBlock, U16 identifier, U32 tableEntry,
+                      U16 arrayIndex ) {
+   const Kind& kind = kindOf( data, chipType, variant );
+   if( kind.format == noFormat ) [[unlikely]] {
+      if( traced( Level::failure ) ) {
+         traceNoAddress( data, site, chipType, variant );
+      }
+      return false;
+   }
+   if( !kind.hasAddress ) [[unlikely]] {
+      fail( data, site, "0" );
+   }
+   if( tableEntry >= kind.entries ) [[unlikely]] {
+      fail( data, site, indexTest( "tableEntry", kind.entries, !data.isTable ).c_str() );
+   }
+   if( arrayIndex >= kind.arrayElements ) [[unlikely]] {
+      const bool equality = data.isTable && kind.arrayElements == 1;
+      fail( data, site, indexTest( "arrayIndex", kind.arrayElements, equality ).c_str() );
+   }
+   schanAddress = kind.base + tableEntry * kind.entryStep + arrayIndex * kind.arrayStep;
+   if( identifier >= kind.instanceCount ) [[unlikely]] {
+      const unsigned count = kind.instanceCount;
+      const Text test =
+         data.isTable ? Text( "identifier <= ", count - 1 ) : Text( "identifier < ", count );
+      fail( data, site, test.c_str() );
+   }
+   destBlock = kind.destBlock[identifier];
+   accessType = kind.accessType[identifier];
+   return true;
+}
+
+void construct( const ClassData& data, Site site, const State& state ) {
+   if( kindOf( data, state.chipType, state.variant ).format == noFormat ) [[unlikely]] {
+      failConstruction( data, site, state.chipType, state.variant );
+   }
+   if( traced( Level::call ) ) [[unlikely]] {
+      traceConstruction( data, site, state.chipType, state.variant );
+   }
+}
+
+void handleTag( const ClassData& data, Site site, const State& state, bool existingEntry ) {
+   const Kind& kind = kindOf( data, state.chipType, state.variant );
+   for( unsigned number = 0; number < kind.tagCount; ++number ) {
+      const TagField& tag = kind.tag[number];
+      const Cell cell = cellOf( data, tag.field, state.chipType, state.variant );
+      if( existingEntry ) {
+         U8 found = 0;
+         getBuf( state.buf, state.len, &found, 1, cell.width, cell.offset );
+         if( found != tag.value ) {
+            failTag( data, site, cell, tag.value );
+         }
+      } else {
+         if( state.len < cell.bytes() ) {
+            fail( data, site, Text( "len_ >= ", cell.bytes() ).c_str() );
+         }
+         setBuf( state.buf, state.len, &tag.value, 1, cell.width, cell.offset );
+      }
+   }
+}
+
+namespace {
+
+bool hasChipType( const ClassData& data, U8 chipType ) {
+   for( unsigned pair = chipType; pair < data.pairCount; pair += 256 ) {
+      if( data.kindOf[pair] != 0 ) {
+         return true;
+      }
+   }
+   return false;
+}
+
+} // namespace
+
+bool holds( const ClassData& data, Site site, Hardware::ChipType chipType, const U8* buf, U16 len,
+            U8 variant ) {
+   if( traced( Level::call ) ) [[unlikely]] {
+      traceDiscriminator( data, site, chipType );
+   }
+   if( !hasChipType( data, chipType ) ) {
+      return false;
+   }
+   const Kind& kind = kindOf( data, chipType, variant );
+   for( unsigned number = 0; number < kind.tagCount; ++number ) {
+      const TagField& tag = kind.tag[number];
+      const Cell cell = cellOf( data, tag.field, chipType, variant );
+      if( len < cell.bytes() ) {
+         return false;
+      }
+      U8 found = 0;
+      getBuf( buf, len, &found, 1, cell.width, cell.offset );
+      if( found != tag.value ) {
+         return false;
+      }
+   }
+   return true;
+}
+
+} // namespace Hardware::Frame

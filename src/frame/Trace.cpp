@@ -1,0 +1,68 @@
+// The trace lines, each written by one trace helper.
+#include "Trace.h"
+
+namespace Hardware::Frame {
+
+Oru::TraceHandle& _defaultTraceHandle() {
+   static Oru::TraceHandle handle( "KelvarVornTunnelMetaInfo", false );
+   return handle;
+}
+
+bool firstTraced( Level level ) {
+   builtTraceHandle.store( &_defaultTraceHandle(), std::memory_order_release );
+   return traced( level );
+}
+
+namespace {
+
+template<class... Pieces>
+void write( const ClassData& data, Level level, Site site, const Pieces&... pieces ) {
+   Oru::TraceHelper helper( _defaultTraceHandle(),
+                            static_cast<Oru::TraceFacility::FacilityLevel>( level ),
+                            "VornTunnelMetaInfo", site.line, shortNameOf( data, site ).c_str() );
+   ( helper.stream() << ... << pieces );
+}
+
+} // namespace
+
+void traceCall( const ClassData& data, Site site, U8 chipType, U8 variant ) {
+   write( data, Level::call, site, signatureOf( data, site ).c_str(), " chipType: ", chipType,
+          " variant: ", variant );
+}
+
+void traceStatic( const ClassData& data, Site site, U32 chipType, U8 variant ) {
+   write( data, Level::call, site, signatureOf( data, site ).c_str(), " chipType: ", chipType,
+          " variant: ", variant );
+}
+
+void traceNamed( const ClassData& data, Site site, U8 chipType, U8 variant,
+                 const Oru::String& fieldName ) {
+   write( data, Level::call, site, signatureOf( data, site ).c_str() );
+   // Each line asks on its own: the sink may have switched the level off.
+   if( traced( Level::call ) ) {
+      write( data, Level::call, site, "chipType: ", chipType, " variant: ", variant,
+             " fieldName: ", fieldName );
+   }
+}
+
+void traceConstruction( const ClassData& data, Site site, U8 chipType, U8 variant ) {
+   Text pair( " chipType: ", printed( chipType ).view(), " variant: " );
+   if( kindOf( data, chipType, variant ).variantCount == 0 ) {
+      pair.append( "None" );
+   } else {
+      pair.append( variant );
+   }
+   write( data, Level::call, site, data.name, pair.c_str() );
+}
+
+void traceDiscriminator( const ClassData& data, Site site, U8 chipType ) {
+   write( data, Level::call, site, signatureOf( data, site ).c_str(),
+          " chipType: ", printed( chipType ).c_str() );
+}
+
+void traceNoAddress( const ClassData& data, Site site, U32 chipType, U8 variant ) {
+   write( data, Level::failure, site, signatureOf( data, site ).c_str(), " chipType: ", chipType,
+          " variant: ", variant, " failed." );
+}
+
+} // namespace Hardware::Frame

@@ -1,0 +1,45 @@
+// The library's trace handle and the lines it writes; a disabled site costs the test of one bit.
+#pragma once
+
+#include "Failure.h"
+
+#include <Oru/Trace.h>
+
+#include <atomic>
+
+namespace Hardware::Frame {
+
+// Built on first use, under the run-time's guard.
+Oru::TraceHandle& _defaultTraceHandle();
+
+// The handle once it is built; until then the first test of a level builds it.
+inline constinit std::atomic<const Oru::TraceHandle*> builtTraceHandle{ nullptr };
+
+// Level 8: every operation. Level 0: a failed address lookup.
+enum class Level { failure = 0, call = 8 };
+
+[[gnu::cold]] bool firstTraced( Level level );
+
+[[gnu::always_inline]] inline bool traced( Level level ) {
+   const Oru::TraceHandle* const handle = builtTraceHandle.load( std::memory_order_acquire );
+   if( handle == nullptr ) [[unlikely]] {
+      return firstTraced( level );
+   }
+   return handle->enabled( static_cast<Oru::TraceFacility::FacilityLevel>( level ) );
+}
+
+// "<signature> chipType: <number> variant: <number>"
+[[gnu::cold]] void traceCall( const ClassData& data, Site site, U8 chipType, U8 variant );
+// The same of a static operation, whose chip type is a U32.
+[[gnu::cold]] void traceStatic( const ClassData& data, Site site, U32 chipType, U8 variant );
+// "<signature>", then "chipType: <number> variant: <number> fieldName: <name>".
+[[gnu::cold]] void traceNamed( const ClassData& data, Site site, U8 chipType, U8 variant,
+                               const Oru::String& fieldName );
+// "<class> chipType: <name> variant: <number or None>"
+[[gnu::cold]] void traceConstruction( const ClassData& data, Site site, U8 chipType, U8 variant );
+// "<signature> chipType: <name>"
+[[gnu::cold]] void traceDiscriminator( const ClassData& data, Site site, U8 chipType );
+// "<signature> chipType: <number> variant: <number> failed."
+[[gnu::cold]] void traceNoAddress( const ClassData& data, Site site, U32 chipType, U8 variant );
+
+} // namespace Hardware::Frame
