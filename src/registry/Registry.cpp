@@ -1,0 +1,117 @@
+// Views and facts by table name, over the classes of Classes.def.
+#include "frame/ClassData.h"
+#include "frame/Failure.h"
+
+#include <Hardware/Registry.h>
+
+#include <functional>
+#include <unordered_map>
+
+namespace Hardware {
+
+namespace Frame::Classes {
+#define VIEW( name ) extern const ClassData name;
+#include "Classes.def"
+} // namespace Frame::Classes
+
+namespace {
+
+constexpr const Frame::ClassData* classes[] = {
+#define VIEW( name ) &Frame::Classes::name,
+#include "Classes.def"
+};
+
+constexpr std::string_view names[] = {
+#define VIEW( name ) #name,
+#include "Classes.def"
+};
+static_assert( std::is_sorted( std::begin( names ), std::end( names ) ),
+               "the registry's order is that of the names" );
+
+// The low 32 bits of the string's own hash, 0 for the empty string.
+struct Hash {
+   std::size_t operator()( const Oru::String& name ) const {
+      const auto* const data = name.data();
+      return data == nullptr ? 0 : static_cast<U32>( data->hash() );
+   }
+};
+
+template<class Result>
+using Map = std::unordered_map<Oru::String, std::function<Result( Hardware::ChipType, U8 )>, Hash>;
+
+// A map from each name to one function of its class.
+template<class Result>
+Map<Result> mapOf( Result ( *Frame::ClassData::*function )( Hardware::ChipType, U8 ) ) {
+   Map<Result> map;
+   for( const Frame::ClassData* const data : classes ) {
+      map.emplace( Oru::String( data->name ), data->*function );
+   }
+   return map;
+}
+
+template<class Result>
+const std::function<Result( Hardware::ChipType, U8 )>&
+find( const Map<Result>& objMap, const Oru::String& name, int line, const char* signature ) {
+   const auto objMapIter = objMap.find( name );
+   if( objMapIter == objMap.end() ) {
+      Frame::failWithMessage(
+         "objMapIter != objMap.end()", line, signature,
+         [&name]( std::ostream& out ) { out << "invalid name given: " << name; } );
+   }
+   return objMapIter->second;
+}
+
+const Frame::ClassData* dataOf( std::string_view name ) {
+   for( const Frame::ClassData* const data : classes ) {
+      if( data->name == name ) {
+         return data;
+      }
+   }
+   return nullptr;
+}
+
+} // namespace
+
+std::shared_ptr<Kelvar::AsicBase> stringObj( Oru::String name, Hardware::ChipType chipType,
+                                             U8 variant ) {
+   static const auto objMap = mapOf( &Frame::ClassData::make );
+   return find( objMap, name, __LINE__,
+                "std::shared_ptr<Kelvar::AsicBase> Hardware::stringObj(Oru::String, "
+                "Hardware::ChipType, U8)" )( chipType, variant );
+}
+
+bool chipTypeVariantValid( Oru::String name, Hardware::ChipType chipType, U8 variant ) {
+   static const auto objMap = mapOf( &Frame::ClassData::valid );
+   return find( objMap, name, __LINE__,
+                "bool Hardware::chipTypeVariantValid(Oru::String, Hardware::ChipType, U8)" )(
+      chipType, variant );
+}
+
+std::vector<std::string_view> classNames() { return { std::begin( names ), std::end( names ) }; }
+
+std::vector<FieldInfo> classFields( std::string_view name ) {
+   std::vector<FieldInfo> fields;
+   if( const Frame::ClassData* const data = dataOf( name ) ) {
+      for( const Frame::FieldData* field = data->fields; field != data->fields + data->fieldCount;
+           ++field ) {
+         fields.push_back( { field->identifier, Frame::catalogueRowOf( field->identifier ).name,
+                             static_cast<U16>( Frame::bitsOf( field->type ) ), field->readOnly } );
+      }
+   }
+   return fields;
+}
+
+std::optional<PairInfo> pairInfo( std::string_view name, U32 chipType, U8 variant ) {
+   const Frame::ClassData* const data = dataOf( name );
+   if( data == nullptr ) {
+      return std::nullopt;
+   }
+   const Frame::Kind& kind = Frame::kindOf( *data, chipType, variant );
+   if( kind.format == Frame::noFormat ) {
+      return std::nullopt;
+   }
+   return PairInfo{ data->isTable,   kind.width,         kind.entries,           kind.arrayElements,
+                    kind.fieldCount, kind.instanceCount, kind.variantCount != 0, kind.hasAddress };
+}
+
+} // namespace Hardware
