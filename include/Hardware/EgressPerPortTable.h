@@ -1,0 +1,22 @@
+// The VLAN domain and the exact-match command of one port on the egress side.
+#pragma once
+
+#include <Hardware/detail/View.h>
+
+#define HARDWARE_VIEW EgressPerPortTable
+#define HARDWARE_FIELDS <Hardware/fields/EgressPerPortTable.def>
+
+namespace Hardware {
+
+// Chip types 10, 12 to 16 with variant 0. The fields cover a part of the entry; getAllFields()
+// hides the rest, and no setter changes it.
+class HARDWARE_API EgressPerPortTable : public Kelvar::BcmAsicBase {
+public:
+   static constexpr U16 storageSize = 12;
+
+#include <Hardware/detail/Table.inc>
+};
+
+} // namespace Hardware
+
+#include <Hardware/detail/WithStorage.inc>
