@@ -1,0 +1,266 @@
+// The flaws that the compiler sees in a description, each in a small description that has it.
+#include "frame/Compile.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Hardware::Frame;
+
+enum Field : U8 { wide, narrow, tag };
+
+constexpr Declaration declarations[] = {
+   { "wide", "Wide", 100, ValueType::u32, false },
+   { "narrow", "Narrow", 101, ValueType::u8, false },
+   { "tag", "Tag", 102, ValueType::u8, true },
+};
+
+constexpr unsigned storage = 8;
+
+// A sound description; each test replaces one part of it.
+constexpr auto soundLayout = layout( block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) },
+                                            {
+                                               { wide, { at( 0, 17 ), at( 0, 32 ) } },
+                                               { narrow, { at( 32, 8 ), absent } },
+                                               { tag, { at( 40, 4 ), at( 60, 4 ) } },
+                                            } ) );
+constexpr auto soundDimensions = dimensions( { { chips( 2, 3 ), variants( 0, 1 ), 2, 16, 1, 2 } } );
+constexpr auto soundCounts =
+   fieldCounts( { { chips( 2 ), variants( 0, 1 ), 3 }, { chips( 3 ), variants( 0, 1 ), 2 } } );
+constexpr auto soundAddresses =
+   addresses( { { chips( 2, 3 ), variants( 0, 1 ), 0x100, 1, 0, { { 1, 2 }, { 3, 4 } } } } );
+constexpr auto soundTags = tags( { { chips( 2, 3 ), variants( 0, 1 ), { { tag, 15 } } } } );
+
+template<class Description, std::size_t Fields>
+Finding finding( const Description& description, const Declaration ( &fields )[Fields],
+                 unsigned bytes = storage ) {
+   return findingOf( description, fields, bytes );
+}
+
+#define EXPECT_FLAW( flawName, ... ) EXPECT_EQ( ( __VA_ARGS__ ).flaw, Flaw::flawName )
+
+// The flaw of the sound description with another layout.
+template<std::size_t Count>
+Finding ofLayout( const Placements<Count>& other ) {
+   return finding( describe( other, soundDimensions, soundCounts, soundAddresses, soundTags ),
+                   declarations );
+}
+
+template<std::size_t Count>
+Finding ofDimensions( const List<Dimension, Count>& other, unsigned bytes = storage ) {
+   return finding( describe( soundLayout, other, soundCounts, soundAddresses, soundTags ),
+                   declarations, bytes );
+}
+
+template<std::size_t Count>
+Finding ofCounts( const List<FieldCount, Count>& other ) {
+   return finding( describe( soundLayout, soundDimensions, other, soundAddresses, soundTags ),
+                   declarations );
+}
+
+template<std::size_t Count>
+Finding ofAddresses( const List<Address, Count>& other ) {
+   return finding( describe( soundLayout, soundDimensions, soundCounts, other, soundTags ),
+                   declarations );
+}
+
+template<std::size_t Count>
+Finding ofTags( const List<Tag, Count>& other ) {
+   return finding( describe( soundLayout, soundDimensions, soundCounts, soundAddresses, other ),
+                   declarations );
+}
+
+Finding ofDeclarations( const Declaration ( &other )[3] ) {
+   return finding( describe( soundLayout, soundDimensions, soundCounts, soundAddresses, soundTags ),
+                   other );
+}
+
+TEST( Flaw, NoneInASoundDescription ) {
+   EXPECT_FLAW( none, ofLayout( soundLayout ) );
+   EXPECT_FLAW( none, ofDeclarations( declarations ) );
+}
+
+TEST( Flaw, CellLeftOut ) {
+   constexpr auto other = layout(
+      block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) }, { { wide, { at( 0, 17 ) } } } ) );
+   EXPECT_FLAW( cellLeftOut, ofLayout( other ) );
+}
+
+TEST( Flaw, UnknownField ) {
+   constexpr auto other =
+      layout( soundLayout, block( variants( 0 ), { chips( 2 ) }, { { 3, { at( 50, 1 ) } } } ) );
+   const Finding found = ofLayout( other );
+   EXPECT_EQ( found.flaw, Flaw::unknownField );
+   EXPECT_EQ( found.field, 3u );
+}
+
+TEST( Flaw, FieldPlacedTwiceOnAPair ) {
+   constexpr auto other = layout(
+      soundLayout, block( variants( 1 ), { chips( 2 ) }, { { narrow, { at( 50, 8 ) } } } ) );
+   const Finding found = ofLayout( other );
+   EXPECT_EQ( found.flaw, Flaw::fieldPlacedTwice );
+   EXPECT_EQ( found.field, unsigned{ narrow } );
+   EXPECT_EQ( found.chipType, 2u );
+   EXPECT_EQ( found.variant, 1u );
+}
+
+TEST( Flaw, FieldNowhere ) {
+   constexpr auto other = layout( block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) },
+                                         { { wide, { at( 0, 17 ), at( 0, 32 ) } },
+                                           { narrow, { absent, absent } },
+                                           { tag, { at( 40, 4 ), at( 60, 4 ) } } } ) );
+   EXPECT_FLAW( fieldNowhere, ofLayout( other ) );
+}
+
+TEST( Flaw, FieldRepeated ) {
+   EXPECT_FLAW( fieldRepeated, ofDeclarations( { declarations[0],
+                                                 { "wide", "Wide", 100, ValueType::u8, false },
+                                                 declarations[2] } ) );
+}
+
+TEST( Flaw, CapitalNameDiffers ) {
+   for( const std::string_view name : { "narrow", "NArrow", "Narow", "Narrows", "Marrow" } ) {
+      EXPECT_FLAW(
+         capitalNameDiffers,
+         ofDeclarations(
+            { declarations[0], { "narrow", name, 101, ValueType::u8, false }, declarations[2] } ) );
+   }
+}
+
+TEST( Flaw, TypeIsNotTheSmallestThatHoldsTheField ) {
+   EXPECT_FLAW( typeTooNarrow, ofDeclarations( { { "wide", "Wide", 100, ValueType::u16, false },
+                                                 declarations[1],
+                                                 declarations[2] } ) );
+   EXPECT_FLAW( typeTooWide, ofDeclarations( { { "wide", "Wide", 100, ValueType::u64, false },
+                                               declarations[1],
+                                               declarations[2] } ) );
+   EXPECT_FLAW( typeTooWide, ofDeclarations( { declarations[0],
+                                               { "narrow", "Narrow", 101, ValueType::u16, false },
+                                               declarations[2] } ) );
+   EXPECT_FLAW( typeTooWide, ofDeclarations( { { "wide", "Wide", 100, ValueType::raw128, false },
+                                               declarations[1],
+                                               declarations[2] } ) );
+}
+
+TEST( Flaw, FieldOutsideTheMemory ) {
+   constexpr auto other = layout( block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) },
+                                         { { wide, { at( 0, 17 ), at( 33, 32 ) } },
+                                           { narrow, { at( 32, 8 ), absent } },
+                                           { tag, { at( 40, 4 ), at( 20, 4 ) } } } ) );
+   EXPECT_FLAW( fieldOutsideMemory, ofLayout( other ) );
+}
+
+TEST( Flaw, LayoutAndDimensionsSpeakOfOtherPairs ) {
+   constexpr auto less = dimensions( { { chips( 2, 3 ), variants( 0 ), 2, 16, 1, 2 } } );
+   EXPECT_FLAW( fieldsWithoutPair, ofDimensions( less ) );
+   constexpr auto more = dimensions( { { chips( 2, 3, 4 ), variants( 0, 1 ), 2, 16, 1, 2 } } );
+   EXPECT_FLAW( pairWithoutFields, ofDimensions( more ) );
+   constexpr auto twice = dimensions( { { chips( 2, 3 ), variants( 0, 1 ), 2, 16, 1, 2 },
+                                        { chips( 3 ), variants( 1 ), 2, 16, 1, 2 } } );
+   EXPECT_FLAW( pairDimensionedTwice, ofDimensions( twice ) );
+}
+
+TEST( Flaw, StorageIsNotTheLargestWidth ) {
+   EXPECT_FLAW( storageDisagrees, ofDimensions( soundDimensions, 4 ) );
+   EXPECT_FLAW( storageDisagrees, ofDimensions( soundDimensions, 12 ) );
+}
+
+TEST( Flaw, OnlySomeVariantsAreAny ) {
+   constexpr Variants most{ ~U32{ 0 } << 1 };
+   constexpr auto description =
+      describe( layout( block( most, { chips( 2 ) },
+                               { { wide, { at( 0, 32 ) } }, { narrow, { at( 32, 8 ) } } } ) ),
+                dimensions( { { chips( 2 ), most, 2, 16, 1, 1 } } ),
+                fieldCounts( { { chips( 2 ), most, 2 } } ),
+                addresses( { { chips( 2 ), most, 0, 1, 0, { { 0, 0 } } } } ) );
+   constexpr Declaration two[] = { declarations[0], declarations[1] };
+   EXPECT_FLAW( someVariantsOnly, finding( description, two ) );
+}
+
+TEST( Flaw, AddressesDisagreeWithDimensions ) {
+   constexpr auto without = addresses( { { chips( 2, 3, 4 ), variants( 0, 1 ), 0, 1, 0, {} } } );
+   EXPECT_FLAW( instancesDisagree, ofAddresses( without ) );
+   constexpr auto elsewhere =
+      addresses( { { chips( 4 ), variants( 0 ), 0, 1, 0, { { 0, 0 }, { 0, 0 } } } } );
+   EXPECT_FLAW( addressWithoutPair, ofAddresses( elsewhere ) );
+   constexpr auto twice =
+      addresses( { { chips( 2, 3 ), variants( 0, 1 ), 0, 1, 0, { { 0, 0 }, { 0, 0 } } },
+                   { chips( 2 ), variants( 0 ), 0, 1, 0, { { 0, 0 }, { 0, 0 } } } } );
+   EXPECT_FLAW( pairAddressedTwice, ofAddresses( twice ) );
+   constexpr auto oneInstance =
+      addresses( { { chips( 2, 3 ), variants( 0, 1 ), 0, 1, 0, { { 0, 0 } } } } );
+   EXPECT_FLAW( instancesDisagree, ofAddresses( oneInstance ) );
+}
+
+TEST( Flaw, StatedCountIsNotTheLayouts ) {
+   constexpr auto wrong =
+      fieldCounts( { { chips( 2 ), variants( 0, 1 ), 3 }, { chips( 3 ), variants( 0, 1 ), 3 } } );
+   EXPECT_FLAW( countDisagrees, ofCounts( wrong ) );
+   constexpr auto missing = fieldCounts( { { chips( 2 ), variants( 0, 1 ), 3 } } );
+   EXPECT_FLAW( countMissing, ofCounts( missing ) );
+}
+
+TEST( Flaw, Tags ) {
+   constexpr auto elsewhere = tags( { { chips( 4 ), variants( 0 ), { { tag, 1 } } } } );
+   EXPECT_FLAW( tagWithoutPair, ofTags( elsewhere ) );
+   constexpr auto twice = tags( { { chips( 2, 3 ), variants( 0, 1 ), { { tag, 1 } } },
+                                  { chips( 3 ), variants( 1 ), { { tag, 2 } } } } );
+   EXPECT_FLAW( pairTaggedTwice, ofTags( twice ) );
+   constexpr auto settable = tags( { { chips( 2 ), variants( 0, 1 ), { { narrow, 1 } } } } );
+   EXPECT_FLAW( tagFieldNotReadOnly, ofTags( settable ) );
+   constexpr auto tooLarge = tags( { { chips( 2, 3 ), variants( 0, 1 ), { { tag, 16 } } } } );
+   EXPECT_FLAW( tagOutsideField, ofTags( tooLarge ) );
+   EXPECT_FLAW( readOnlyFieldWithoutTag,
+                finding( describe( soundLayout, soundDimensions, soundCounts, soundAddresses ),
+                         declarations ) );
+   constexpr auto partly = layout( block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) },
+                                          { { wide, { at( 0, 17 ), at( 0, 32 ) } },
+                                            { narrow, { at( 32, 8 ), at( 40, 8 ) } },
+                                            { tag, { at( 40, 4 ), absent } } } ) );
+   EXPECT_FLAW( tagFieldAbsent, ofLayout( partly ) );
+}
+
+TEST( Flaw, FormatsAreTheDistinctOnes ) {
+   constexpr auto formats = formatsOf<3>(
+      describe( soundLayout, soundDimensions, soundCounts, soundAddresses, soundTags ) );
+   EXPECT_EQ( formats.count, 2u );
+   EXPECT_EQ( formats.of[2][0], formats.of[2][1] );
+   EXPECT_EQ( formats.of[3][0], formats.of[3][1] );
+   EXPECT_NE( formats.of[2][0], formats.of[3][0] );
+   EXPECT_EQ( formats.of[4][0], noFormat );
+   EXPECT_EQ( formats.of[2][2], noFormat );
+}
+
+TEST( Flaw, MoreFormatsThanASetHolds ) {
+   // Each bit of a variant number moves one field, on two chip types: 2 * 31 formats and one more.
+   constexpr auto description = [] {
+      Placements<64> placements{};
+      for( unsigned number = 0; number < 64; ++number ) {
+         placements.rows[number] = { 0, Chips{ U32{ 1 } << ( 2 + number / 31 ) },
+                                     Variants{ U32{ 1 } << number % 31 },
+                                     Cell{ static_cast<U16>( number ), 1 } };
+      }
+      return describe( placements, soundDimensions, soundCounts, soundAddresses );
+   }();
+   EXPECT_EQ( formatsOf<1>( description ).finding.flaw, Flaw::tooManyFormats );
+}
+
+TEST( Numbers, OfRangesAndLists ) {
+   EXPECT_EQ( chips( 2, 3 ).bits, 0xcu );
+   EXPECT_EQ( chips( 10, range( 12, 16 ) ).bits, 0x1f400u );
+   EXPECT_EQ( variants( range( 0, 4 ), range( 6, 11 ) ).bits, 0xfdfu );
+   EXPECT_EQ( variants( 30 ).bits, 0x40000000u );
+   EXPECT_EQ( anyVariant.bits, 0xffffffffu );
+}
+
+TEST( Masks, AreTheUnionOfTheFields ) {
+   constexpr auto formats = formatsOf<3>(
+      describe( soundLayout, soundDimensions, soundCounts, soundAddresses, soundTags ) );
+   constexpr auto masks = masksOf<2, 2>( formats );
+   EXPECT_EQ( masks.words[formats.of[2][0]][0], 0x1ffffu );
+   EXPECT_EQ( masks.words[formats.of[2][0]][1], 0xfffu );
+   EXPECT_EQ( masks.words[formats.of[3][0]][0], 0xffffffffu );
+   EXPECT_EQ( masks.words[formats.of[3][0]][1], 0xf0000000u );
+}
+
+} // namespace

@@ -1,0 +1,20 @@
+#!/bin/sh
+# HeadersTest.sh <compiler> <standard> <include folder>...: each public header compiles alone, twice
+# in one file, and without a warning.
+set -eu
+compiler=$1 standard=$2
+shift 2
+includes='' headers=''
+for folder; do
+   includes="$includes -I$folder"
+   headers="$headers $(cd "$folder" && find . -name '*.h' | sort | sed 's|^\./||')"
+done
+[ -n "$headers" ] || { echo "no headers"; exit 1; }
+count=0
+for header in $headers; do
+   printf '#include <%s>\n#include <%s>\n' "$header" "$header" |
+      "$compiler" -std="$standard" -fsyntax-only -Wall -Wextra -Wpedantic -Wconversion -Wshadow \
+         -Werror $includes -x c++ -
+   count=$((count + 1))
+done
+echo "$count headers"

@@ -1,0 +1,22 @@
+# Installs the platform stand-ins alone, as a site's own platform would be, and builds, installs and
+# uses the library against them.
+# Needs SOURCE, BUILD, WORK, CXX, LIBDIR and FLAGS.
+file( REMOVE_RECURSE ${WORK} )
+set( site ${WORK}/site )
+
+function( run )
+   execute_process( COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET )
+endfunction()
+
+run( ${CMAKE_COMMAND} --install ${BUILD} --prefix ${site} --component platform )
+run( ${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/build -G Ninja -DVORN_PLATFORM=${site}
+     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug
+     -DVORN_BUILD_TESTS=OFF -DVORN_BUILD_EXAMPLES=OFF -DVORN_BUILD_TOOLS=OFF
+     -DCMAKE_INSTALL_LIBDIR=${LIBDIR} )
+run( ${CMAKE_COMMAND} --build ${WORK}/build )
+if( EXISTS ${WORK}/build/platform )
+   message( FATAL_ERROR "the stand-ins were built beside the site's platform" )
+endif()
+run( ${CMAKE_COMMAND} -DBUILD=${WORK}/build -DWORK=${WORK}/installed -DCXX=${CXX}
+     -DLIBDIR=${LIBDIR} -DFLAGS=${FLAGS} -DWITH_PLATFORM=${site}
+     -P ${CMAKE_CURRENT_LIST_DIR}/InstallTest.cmake )
