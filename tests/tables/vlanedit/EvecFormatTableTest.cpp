@@ -1,0 +1,138 @@
+// EvecFormatTable: 128 egress VLAN edit commands, spelled out.
+#include "support/Addresses.h"
+#include "support/Contract.h"
+#include "support/Tiling.h"
+
+#include <Hardware/EvecEncapTable.h>
+#include <Hardware/EvecFormatTable.h>
+
+namespace {
+
+using View = Hardware::EvecFormatTable;
+using Testing::Address;
+using Testing::addressOf;
+using Testing::expectTiling;
+using Testing::expressionOf;
+using Testing::failureOf;
+using Testing::hasNoAddress;
+
+Testing::Expectation expectation() {
+   Testing::Expectation expected = Testing::tableUnderTest<View>( "EvecFormatTable" );
+   expected.storageBytes = 4;
+   // clang-format off
+   expected.fields = {
+      NARROW_FIELD( U8, outerVidSource,    OuterVidSource,    262, "OUTER_VID_SOURCE" ),
+      NARROW_FIELD( U8, innerPcpDeiSource, InnerPcpDeiSource, 168, "INNER_PCP_DEI_SOURCE" ),
+      NARROW_FIELD( U8, tagsToRemove,      TagsToRemove,      323, "TAGS_TO_REMOVE" ),
+      NARROW_FIELD( U8, innerVidSource,    InnerVidSource,    171, "INNER_VID_SOURCE" ),
+      NARROW_FIELD( U8, outerPcpDeiSource, OuterPcpDeiSource, 259, "OUTER_PCP_DEI_SOURCE" ),
+      NARROW_FIELD( U8, innerTpidIndex,    InnerTpidIndex,    170, "INNER_TPID_INDEX" ),
+      NARROW_FIELD( U8, outerTpidIndex,    OuterTpidIndex,    261, "OUTER_TPID_INDEX" ),
+   };
+   expected.layout = Testing::rowsOf( {
+      { "0", { "10,12-16" }, {
+         { "tagsToRemove",      { "0:2" } },
+         { "outerVidSource",    { "2:3" } },
+         { "innerVidSource",    { "5:3" } },
+         { "outerTpidIndex",    { "8:4" } },
+         { "innerTpidIndex",    { "12:4" } },
+         { "outerPcpDeiSource", { "16:2" } },
+         { "innerPcpDeiSource", { "18:2" } },
+      } },
+   } );
+   // chips, variants, width, entries, arrayElements, fieldCount, instanceCount, tableVariantCount
+   expected.metadata = {
+      { "10,12,14", "0", 1, 128, 1, 7, 2, 1 },
+      { "13,15,16", "0", 1, 128, 1, 7, 1, 1 },
+   };
+   // chips, variants, base, entry step, array step, { accessType, destBlock } by identifier
+   expected.addresses = {
+      { "10,12", "0", 0x1830000, 1, 0, { { 30, 2 }, { 12, 10 } } },
+      { "13",    "0", 0x1830000, 1, 0, { { 8, 4 } } },
+      { "14",    "0", 0x1830000, 1, 0, { { 30, 13 }, { 30, 25 } } },
+      { "15,16", "0", 0x1830000, 1, 0, { { 24, 9 } } },
+   };
+   // clang-format on
+   return expected;
+}
+
+CONTRACT_TESTS( EvecFormatTable, expectation() )
+
+constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0,
+                                         Hardware::BCM88800_A0, Hardware::BCM88850_A0,
+                                         Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
+
+TEST( EvecFormatTable, FieldsFillTheLowTwentyBits ) {
+   for( const auto chipType : chips ) {
+      View::WithStorage view( chipType, 0 );
+      expectTiling<View>( view,
+                          { &View::tagsToRemoveMask, &View::outerVidSourceMask,
+                            &View::innerVidSourceMask, &View::outerTpidIndexMask,
+                            &View::innerTpidIndexMask, &View::outerPcpDeiSourceMask,
+                            &View::innerPcpDeiSourceMask },
+                          0, 20 );
+      std::fill( view.buf(), view.buf() + 4, U8{ 0xff } );
+      EXPECT_EQ( view.getAllFields(), 0xfffffu );
+      EXPECT_EQ( View::allFieldsMask( chipType, 0 ).word( 0 ), 0xfffffu );
+   }
+}
+
+TEST( EvecFormatTable, EditPartLiesElevenBitsBelowThatOfTheOneEntryTable ) {
+   const auto compose = []( auto& view ) {
+      view.outerVidSourceIs( 5 );
+      view.innerVidSourceIs( 2 );
+      view.outerTpidIndexIs( 0xa );
+      view.innerTpidIndexIs( 0x9 );
+      view.outerPcpDeiSourceIs( 2 );
+      view.innerPcpDeiSourceIs( 1 );
+      return view.getAllFields();
+   };
+   for( const auto chipType : chips ) {
+      View::WithStorage format( chipType, 0 );
+      Hardware::EvecEncapTable::WithStorage encap( chipType, 0 );
+      EXPECT_EQ( compose( format ),
+                 5u << 2 | 2u << 5 | 0xau << 8 | 9u << 12 | 2u << 16 | 1u << 18 );
+      EXPECT_EQ( compose( encap ),
+                 ( 5u << 2 | 2u << 5 | 0xau << 8 | 9u << 12 | 2u << 16 | 1u << 18 ) << 11 );
+   }
+}
+
+TEST( EvecFormatTable, BoundsAndLengthTests ) {
+   U8 buffer[3] = {};
+   const auto view = [&]( U16 len ) {
+      return View( Hardware::BCM88850_A0, buffer, len, false, 0 );
+   };
+   EXPECT_EQ( expressionOf( [&] { view( 0 ).tagsToRemove(); } ), "len_ >= 1" );
+   EXPECT_EQ( expressionOf( [&] { view( 1 ).tagsToRemove(); } ), "none" );
+   EXPECT_EQ( expressionOf( [&] { view( 2 ).innerPcpDeiSource(); } ), "len_ >= 3" );
+   EXPECT_EQ( expressionOf( [&] { view( 3 ).innerPcpDeiSource(); } ), "none" );
+   EXPECT_EQ( expressionOf( [&] { view( 3 ).getAllFields(); } ), "len_ >= 4" );
+   EXPECT_EQ( expressionOf( [&] { view( 2 ).outerTpidIndexIs( 0xf ); } ), "none" );
+   EXPECT_EQ( expressionOf( [&] { view( 2 ).outerTpidIndexIs( 0x10 ); } ),
+              "outerTpidIndex <= 0xf" );
+   EXPECT_EQ( expressionOf( [&] { view( 1 ).tagsToRemoveIs( 4 ); } ), "tagsToRemove <= 0x3" );
+}
+
+TEST( EvecFormatTable, RefusesEarlyChipsAndOtherVariants ) {
+   EXPECT_FALSE( View::chipTypeVariantValid( Hardware::BCM88680_A0, 0 ) );
+   const auto early = failureOf( [] { View::WithStorage view( Hardware::BCM88680_A0, 0 ); } );
+   ASSERT_TRUE( early );
+   EXPECT_EQ( early->message,
+              "chipType: BCM88680_A0 variant: 0 not in metainfo for EvecFormatTable!" );
+   EXPECT_TRUE( hasNoAddress<View>( Hardware::BCM88680_A0, 0 ) );
+   EXPECT_TRUE( hasNoAddress<View>( Hardware::BCM88800_A0, 1 ) );
+   EXPECT_EQ( expressionOf( [] { View::entries( 13, 1 ); } ), "variant == 0" );
+}
+
+TEST( EvecFormatTable, AddressesOfItsBounds ) {
+   for( const auto chipType : chips ) {
+      EXPECT_EQ( addressOf<View>( chipType, 0, 0, 127 ).address, 0x183007fu );
+      EXPECT_EQ( expressionOf( [&] { addressOf<View>( chipType, 0, 0, 128 ); } ),
+                 "tableEntry < 128" );
+   }
+   EXPECT_EQ( addressOf<View>( Hardware::BCM88690_V6_B0, 0, 1, 0 ),
+              ( Address{ 0x1830000, 12, 10 } ) );
+   EXPECT_EQ( addressOf<View>( Hardware::BCM88850_A0, 0, 1, 0 ), ( Address{ 0x1830000, 30, 25 } ) );
+}
+
+} // namespace
