@@ -1,0 +1,369 @@
+// What holds of all classes together, over every name of the registry and every pair of its class.
+#include "support/Assertions.h"
+
+#include <Hardware/EgressPerPortTable.h>
+#include <Hardware/EpniIsidTable.h>
+#include <Hardware/EsemMgmtReq.h>
+#include <Hardware/EvecEncapTable.h>
+#include <Hardware/EvecFormatTable.h>
+#include <Hardware/EvecMappingTable.h>
+#include <Hardware/EvecTable.h>
+#include <Hardware/FheiIveSizeReg.h>
+#include <Hardware/FieldId.h>
+#include <Hardware/FwdActProfileTable.h>
+#include <Hardware/IngressPpPortToVd.h>
+#include <Hardware/IppePinfoLlr.h>
+#include <Hardware/IsemMgmtReq.h>
+#include <Hardware/IvecTable.h>
+#include <Hardware/IvectTable.h>
+#include <Hardware/LifProfileAttributes.h>
+#include <Hardware/LifTable.h>
+#include <Hardware/OutAcBank.h>
+#include <Hardware/Registry.h>
+#include <Hardware/TcamActionTable.h>
+#include <Hardware/TcamBankIpv4Tt.h>
+#include <Hardware/TcamBankTable.h>
+#include <Hardware/TcamBankTableFormatter.h>
+#include <Hardware/VttInPpPortConfig0.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+#include <type_traits>
+#include <typeinfo>
+#include <vector>
+
+namespace {
+
+using Testing::expressionOf;
+using Testing::failureOf;
+
+constexpr Hardware::ChipType chip( unsigned number ) {
+   return static_cast<Hardware::ChipType>( number );
+}
+
+struct Class {
+   std::string_view name;
+   unsigned storageBytes;
+   unsigned fieldCount; // over all pairs
+   bool hasDiscriminator;
+
+   // Found in the class itself.
+   bool foundDiscriminator;
+   const std::type_info& owner;
+   bool ( *chipTypeVariantValid )( Hardware::ChipType, U8 );
+};
+
+// The discriminator of class X is X::isX.
+#define FOUND_DISCRIMINATOR( Name )                                                                \
+   []<class V>( V* ) {                                                                             \
+      return requires( const U8* buf ) { V::is##Name( Hardware::ChipType{}, buf, U16{}, U8{} ); }; \
+   }( static_cast<Hardware::Name*>( nullptr ) )
+#define CLASS( Name, Entry, storageBytes, fieldCount, hasDiscriminator )                           \
+   [] {                                                                                            \
+      static_assert( std::is_same_v<decltype( &Hardware::Name::getAllFields ),                     \
+                                    Entry ( Hardware::Name::* )() const> );                        \
+      return Class{ #Name,                                                                         \
+                    storageBytes,                                                                  \
+                    fieldCount,                                                                    \
+                    hasDiscriminator,                                                              \
+                    FOUND_DISCRIMINATOR( Name ),                                                   \
+                    typeid( Hardware::Name::WithStorage ),                                         \
+                    &Hardware::Name::chipTypeVariantValid };                                       \
+   }()
+
+const std::vector<Class>& classes() {
+   static const std::vector<Class> classes = {
+      // clang-format off
+      // name, type of the whole entry, bytes of storage, fields, has a discriminator
+      CLASS( EgressPerPortTable,     Raw128,  12, 2,  false ),
+      CLASS( EpniIsidTable,          Raw256,  24, 26, true ),
+      CLASS( EsemMgmtReq,            Raw256,  24, 57, true ),
+      CLASS( EvecEncapTable,         U32,     4,  10, true ),
+      CLASS( EvecFormatTable,        U32,     4,  7,  false ),
+      CLASS( EvecMappingTable,       U32,     4,  4,  false ),
+      CLASS( EvecTable,              U64,     8,  17, false ),
+      CLASS( FheiIveSizeReg,         Raw128,  16, 1,  false ),
+      CLASS( FwdActProfileTable,     Raw512,  36, 60, false ),
+      CLASS( IngressPpPortToVd,      U32,     4,  1,  false ),
+      CLASS( IppePinfoLlr,           Raw128,  12, 2,  false ),
+      CLASS( IsemMgmtReq,            Raw256,  24, 55, true ),
+      CLASS( IvecTable,              U32,     4,  8,  true ),
+      CLASS( IvectTable,             U64,     8,  9,  true ),
+      CLASS( LifProfileAttributes,   U32,     4,  1,  false ),
+      CLASS( LifTable,               Raw1024, 80, 83, true ),
+      CLASS( OutAcBank,              Raw1024, 80, 50, true ),
+      CLASS( TcamActionTable,        U64,     8,  1,  false ),
+      CLASS( TcamBankIpv4Tt,         Raw1024, 80, 8,  false ),
+      CLASS( TcamBankTable,          Raw512,  44, 6,  false ),
+      CLASS( TcamBankTableFormatter, Raw1024, 80, 4,  false ),
+      CLASS( VttInPpPortConfig0,     Raw128,  12, 3,  false ),
+      // clang-format on
+   };
+   return classes;
+}
+#undef FOUND_DISCRIMINATOR
+#undef CLASS
+
+struct Pair {
+   std::string_view name;
+   Hardware::ChipType chipType;
+   U8 variant;
+
+   std::shared_ptr<Kelvar::AsicBase> view() const {
+      return Hardware::stringObj( name, chipType, variant );
+   }
+};
+
+std::ostream& operator<<( std::ostream& out, const Pair& pair ) {
+   return out << pair.name << " (" << unsigned{ pair.chipType } << ", " << unsigned{ pair.variant }
+              << ")";
+}
+
+// Every valid pair of every class; of a chip type without variants, a few of them.
+const std::vector<Pair>& pairs() {
+   static const std::vector<Pair> pairs = [] {
+      std::vector<Pair> found;
+      for( const std::string_view name : Hardware::classNames() ) {
+         for( unsigned chipType = 0; chipType < 256; ++chipType ) {
+            for( unsigned variant = 0; variant < 256; ++variant ) {
+               const auto number = static_cast<U8>( variant );
+               const auto info = Hardware::pairInfo( name, chipType, number );
+               if( info && ( info->hasVariants || variant % 85 < 2 ) ) {
+                  found.push_back( { name, chip( chipType ), number } );
+               }
+            }
+         }
+      }
+      return found;
+   }();
+   return pairs;
+}
+
+TEST( AllClasses, AreThoseOfTheRegistry ) {
+   std::vector<std::string_view> names;
+   for( const Class& one : classes() ) {
+      names.push_back( one.name );
+   }
+   EXPECT_EQ( names, Hardware::classNames() );
+}
+
+TEST( AllClasses, RegistryReachesTheClassOfTheName ) {
+   std::size_t reached = 0;
+   for( const Class& one : classes() ) {
+      for( unsigned chipType = 0; chipType < 256; ++chipType ) {
+         for( unsigned variant = 0; variant < 256; ++variant ) {
+            const auto number = static_cast<U8>( variant );
+            ASSERT_EQ( Hardware::chipTypeVariantValid( one.name, chip( chipType ), number ),
+                       one.chipTypeVariantValid( chip( chipType ), number ) )
+               << one.name << " (" << chipType << ", " << variant << ")";
+         }
+      }
+   }
+   for( const Pair& pair : pairs() ) {
+      const auto one = std::find_if( classes().begin(), classes().end(), [&]( const Class& other ) {
+         return other.name == pair.name;
+      } );
+      ASSERT_NE( one, classes().end() );
+      const auto view = pair.view();
+      const Kelvar::AsicBase& object = *view;
+      EXPECT_TRUE( typeid( object ) == one->owner ) << pair;
+      EXPECT_EQ( view->len(), one->storageBytes ) << pair;
+      ++reached;
+   }
+   // LifTable alone has 114.
+   EXPECT_GT( reached, 250u );
+}
+
+TEST( AllClasses, EightHaveADiscriminator ) {
+   unsigned discriminators = 0;
+   for( const Class& one : classes() ) {
+      EXPECT_EQ( one.foundDiscriminator, one.hasDiscriminator ) << one.name;
+      discriminators += one.foundDiscriminator;
+   }
+   EXPECT_EQ( discriminators, 8u );
+}
+
+TEST( AllClasses, HaveFourHundredAndFifteenFields ) {
+   std::size_t sum = 0;
+   for( const Class& one : classes() ) {
+      const auto fields = Hardware::classFields( one.name );
+      EXPECT_EQ( fields.size(), one.fieldCount ) << one.name;
+      sum += fields.size();
+   }
+   EXPECT_EQ( sum, 415u );
+}
+
+TEST( AllClasses, FieldNameHasOneIdentifierThroughoutAndTheReverse ) {
+   std::map<std::string_view, U32> identifiers;
+   std::map<U32, std::string_view> names;
+   for( const std::string_view name : Hardware::classNames() ) {
+      std::set<U32> own;
+      for( const auto& field : Hardware::classFields( name ) ) {
+         EXPECT_EQ( identifiers.emplace( field.name, field.identifier ).first->second,
+                    field.identifier )
+            << name << " " << field.name;
+         EXPECT_EQ( names.emplace( field.identifier, field.name ).first->second, field.name )
+            << name << " " << field.identifier;
+         EXPECT_TRUE( own.insert( field.identifier ).second ) << name << " " << field.name;
+      }
+   }
+   // Every row of the catalogue is a field of some class, and no class has another field.
+   EXPECT_EQ( names.size(), 332u );
+   for( const auto& row : Hardware::fieldCatalogue() ) {
+      ASSERT_EQ( names.count( row.identifier ), 1u ) << row.name;
+      EXPECT_EQ( names[row.identifier], row.name );
+   }
+}
+
+TEST( AllClasses, NoneAnswersToAnUnusedIdentifier ) {
+   for( const Pair& pair : pairs() ) {
+      const auto view = pair.view();
+      EXPECT_FALSE( view->isFieldValid( 46 ) ) << pair;
+      EXPECT_FALSE( view->isFieldValid( 0 ) ) << pair;
+      for( const U32 unused :
+           { 1u,   2u,   48u,  49u,  54u,      55u,         56u,        57u,  58u,  59u,
+             76u,  142u, 143u, 152u, 153u,     154u,        157u,       164u, 167u, 178u,
+             226u, 238u, 239u, 240u, 245u,     276u,        280u,       281u, 282u, 283u,
+             289u, 290u, 292u, 318u, 337u,     369u,        370u,       400u, 511u, 512u,
+             515u, 559u, 607u, 863u, 0x10003u, 0x8000015fu, 0xffffffffu } ) {
+         EXPECT_FALSE( view->isFieldValid( unused ) ) << pair << " " << unused;
+      }
+   }
+   // The other operations refuse it.
+   for( const std::string_view name : Hardware::classNames() ) {
+      const auto pair = std::find_if( pairs().begin(), pairs().end(),
+                                      [&]( const Pair& one ) { return one.name == name; } );
+      ASSERT_NE( pair, pairs().end() );
+      const auto view = pair->view();
+      for( const U32 unused : { 0u, 46u, 369u, 0xffffffffu } ) {
+         EXPECT_EQ( expressionOf( [&] { view->fieldWidth( unused ); } ), "false" ) << name;
+         EXPECT_EQ( expressionOf( [&] { view->fieldOffset( unused ); } ), "false" ) << name;
+         EXPECT_EQ( expressionOf( [&] { view->setField64( unused, 0 ); } ), "false" ) << name;
+      }
+   }
+}
+
+TEST( AllClasses, IdentifierOfAnotherClassIsUnknown ) {
+   const auto action = Hardware::stringObj( "TcamActionTable", Hardware::BCM88690_B0, 0 );
+   const auto bank = Hardware::stringObj( "TcamBankTable", Hardware::BCM88690_B0, 0 );
+   EXPECT_TRUE( action->isFieldValid( 3 ) );
+   EXPECT_FALSE( bank->isFieldValid( 3 ) );
+   const auto failure = failureOf( [&] { bank->fieldWidth( 3 ); } );
+   ASSERT_TRUE( failure );
+   EXPECT_EQ( failure->expression, "false" );
+   EXPECT_EQ( failure->function, "virtual U16 Hardware::TcamBankTable::fieldWidth(U32) const" );
+}
+
+TEST( AllClasses, SharedIdentifierAsksForEachClassesOwnWidth ) {
+   const auto widthOf = []( std::string_view name, Hardware::ChipType chipType ) {
+      return Hardware::stringObj( name, chipType, 0 )->fieldWidth( 351 );
+   };
+   EXPECT_EQ( widthOf( "IngressPpPortToVd", Hardware::BCM88690_B0 ), 9 );
+   EXPECT_EQ( widthOf( "EgressPerPortTable", Hardware::BCM88690_B0 ), 9 );
+   EXPECT_EQ( widthOf( "IngressPpPortToVd", Hardware::BCM88850_A0 ), 9 );
+   EXPECT_EQ( widthOf( "EgressPerPortTable", Hardware::BCM88850_A0 ), 11 );
+   EXPECT_EQ( widthOf( "IngressPpPortToVd", Hardware::BCM88480_A0 ), 11 );
+   EXPECT_EQ( widthOf( "EgressPerPortTable", Hardware::BCM88480_A0 ), 11 );
+}
+
+TEST( AllClasses, AnswerToAsManyIdentifiersAsThePairHasFields ) {
+   for( const Pair& pair : pairs() ) {
+      const auto view = pair.view();
+      unsigned present = 0;
+      for( U32 identifier = 0; identifier < 1024; ++identifier ) {
+         present += view->isFieldValid( identifier );
+      }
+      EXPECT_EQ( present, view->fieldCount() ) << pair;
+   }
+}
+
+TEST( AllClasses, ValueTypeIsTheSmallestForTheLargestWidth ) {
+   std::map<std::pair<std::string_view, U32>, unsigned> widths;
+   for( const Pair& pair : pairs() ) {
+      const auto view = pair.view();
+      for( const auto& field : Hardware::classFields( pair.name ) ) {
+         unsigned& width = widths[{ pair.name, field.identifier }];
+         width = std::max<unsigned>( width, view->fieldWidth( field.identifier ) );
+      }
+   }
+   EXPECT_EQ( widths.size(), 415u );
+   for( const std::string_view name : Hardware::classNames() ) {
+      for( const auto& field : Hardware::classFields( name ) ) {
+         const unsigned width = widths[{ name, field.identifier }];
+         EXPECT_NE( width, 0u ) << name << " " << field.name;
+         unsigned bits = 8;
+         while( bits < width ) {
+            bits *= 2;
+         }
+         EXPECT_EQ( field.valueBits, bits ) << name << " " << field.name;
+      }
+   }
+}
+
+TEST( AllClasses, TagFieldsAloneAreReadOnly ) {
+   std::map<std::string_view, std::set<std::string_view>> readOnly;
+   for( const std::string_view name : Hardware::classNames() ) {
+      for( const auto& field : Hardware::classFields( name ) ) {
+         if( field.readOnly ) {
+            EXPECT_EQ( field.valueBits, 8 ) << name << " " << field.name;
+            readOnly[name].insert( field.name );
+         }
+      }
+   }
+   const std::map<std::string_view, std::set<std::string_view>> tags = {
+      { "EpniIsidTable", { "tid", "entryType", "vmv", "resultType" } },
+      { "EsemMgmtReq", { "tid", "entryType", "vmv", "resultType" } },
+      { "IsemMgmtReq", { "tid", "entryType", "vmv" } },
+      { "LifTable", { "resultType" } },
+      { "OutAcBank", { "resultType" } },
+   };
+   EXPECT_EQ( readOnly, tags );
+}
+
+TEST( AllClasses, FieldsLieWithinTheWidth ) {
+   for( const Pair& pair : pairs() ) {
+      const auto view = pair.view();
+      for( const auto& field : Hardware::classFields( pair.name ) ) {
+         if( view->isFieldValid( field.identifier ) ) {
+            EXPECT_LE( view->fieldOffset( field.identifier ) + view->fieldWidth( field.identifier ),
+                       32 * view->width() )
+               << pair << " " << field.name;
+         }
+      }
+   }
+}
+
+TEST( AllClasses, StorageIsThatOfTheWidestChip ) {
+   std::map<std::string_view, unsigned> widest;
+   for( const Pair& pair : pairs() ) {
+      unsigned& width = widest[pair.name];
+      width = std::max<unsigned>( width, pair.view()->width() );
+   }
+   for( const Class& one : classes() ) {
+      EXPECT_EQ( 4 * widest[one.name], one.storageBytes ) << one.name;
+   }
+}
+
+TEST( AllClasses, ServeThirteenChipTypesAndOneOfThemThePseudoChip ) {
+   std::set<unsigned> chipTypes;
+   for( const Pair& pair : pairs() ) {
+      chipTypes.insert( pair.chipType );
+      if( pair.chipType == Hardware::Software ) {
+         EXPECT_EQ( pair.name, "LifTable" );
+      }
+   }
+   EXPECT_EQ( chipTypes,
+              ( std::set<unsigned>{ 2, 3, 4, 5, 6, 7, 8, 10, 12, 13, 14, 15, 16, 21 } ) );
+}
+
+TEST( AllClasses, OneIsNoTable ) {
+   for( const Pair& pair : pairs() ) {
+      EXPECT_EQ( pair.view()->isTable(), pair.name != "FheiIveSizeReg" ) << pair;
+   }
+}
+
+} // namespace
