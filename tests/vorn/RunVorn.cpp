@@ -1,0 +1,145 @@
+// Runs the real program and hands back what it wrote and how it ended.
+#include "RunVorn.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace Testing {
+
+namespace {
+
+// A file descriptor that is closed with its owner.
+class Descriptor {
+public:
+   explicit Descriptor( int number ) : number_( number ) {
+      if( number < 0 ) {
+         throw std::runtime_error( "no file descriptor" );
+      }
+   }
+   ~Descriptor() { ::close( number_ ); }
+   Descriptor( const Descriptor& ) = delete;
+   Descriptor& operator=( const Descriptor& ) = delete;
+
+   int number() const { return number_; }
+
+   void write( std::string_view text ) const {
+      while( !text.empty() ) {
+         const ssize_t count = ::write( number_, text.data(), text.size() );
+         if( count < 0 ) {
+            throw std::runtime_error( "cannot write to vorn" );
+         }
+         text.remove_prefix( static_cast<std::size_t>( count ) );
+      }
+   }
+
+   // Appends what one read yields; false at the end.
+   bool read( std::string& text ) const {
+      std::array<char, 4096> part;
+      const ssize_t count = ::read( number_, part.data(), part.size() );
+      text.append( part.data(), count > 0 ? static_cast<std::size_t>( count ) : 0 );
+      return count > 0;
+   }
+
+   // A file without a name, from its beginning.
+   std::string contents() const {
+      ::lseek( number_, 0, SEEK_SET );
+      std::string text;
+      while( read( text ) ) {
+      }
+      return text;
+   }
+
+private:
+   int number_;
+};
+
+int memoryFile() { return ::memfd_create( "vorn", MFD_CLOEXEC ); }
+
+pid_t start( const std::vector<std::string>& arguments, const Descriptor& in, const Descriptor& out,
+             const Descriptor& err ) {
+   std::string program = VORN_BINARY;
+   std::vector<std::string> texts = arguments;
+   std::vector<char*> pointers{ program.data() };
+   for( auto& text : texts ) {
+      pointers.push_back( text.data() );
+   }
+   pointers.push_back( nullptr );
+   posix_spawn_file_actions_t actions;
+   posix_spawn_file_actions_init( &actions );
+   posix_spawn_file_actions_adddup2( &actions, in.number(), STDIN_FILENO );
+   posix_spawn_file_actions_adddup2( &actions, out.number(), STDOUT_FILENO );
+   posix_spawn_file_actions_adddup2( &actions, err.number(), STDERR_FILENO );
+   pid_t pid = 0;
+   const int failure =
+      ::posix_spawn( &pid, VORN_BINARY, &actions, nullptr, pointers.data(), environ );
+   posix_spawn_file_actions_destroy( &actions );
+   if( failure != 0 ) {
+      throw std::runtime_error( "cannot start " VORN_BINARY );
+   }
+   return pid;
+}
+
+int statusOf( pid_t pid ) {
+   int status = 0;
+   ::waitpid( pid, &status, 0 );
+   return WIFEXITED( status ) ? WEXITSTATUS( status ) : 128 + WTERMSIG( status );
+}
+
+} // namespace
+
+Outcome vorn( const std::vector<std::string>& arguments, std::string_view input,
+              const char* outputFile ) {
+   const Descriptor in( memoryFile() );
+   in.write( input );
+   ::lseek( in.number(), 0, SEEK_SET );
+   const Descriptor out( outputFile ? ::open( outputFile, O_WRONLY | O_CLOEXEC ) : memoryFile() );
+   const Descriptor err( memoryFile() );
+   const int status = statusOf( start( arguments, in, out, err ) );
+   return { outputFile ? std::string() : out.contents(), err.contents(), status };
+}
+
+std::string answerTo( const std::vector<std::string>& arguments, std::string_view line ) {
+   std::array<int, 2> toVorn{};
+   std::array<int, 2> fromVorn{};
+   if( ::pipe2( toVorn.data(), O_CLOEXEC ) != 0 || ::pipe2( fromVorn.data(), O_CLOEXEC ) != 0 ) {
+      throw std::runtime_error( "no pipe" );
+   }
+   const Descriptor err( memoryFile() );
+   const Descriptor answers( fromVorn[0] );
+   pid_t pid = 0;
+   std::string text;
+   {
+      const Descriptor questions( toVorn[1] );
+      {
+         const Descriptor in( toVorn[0] );
+         const Descriptor out( fromVorn[1] );
+         pid = start( arguments, in, out, err );
+      }
+      questions.write( line );
+      while( text.find( '\n' ) == std::string::npos && answers.read( text ) ) {
+      }
+   }
+   statusOf( pid );
+   return text;
+}
+
+void expectRefused( const std::vector<std::string>& arguments, const std::string& message,
+                    std::string_view input ) {
+   const Outcome outcome = vorn( arguments, input );
+   EXPECT_EQ( outcome.err, message + '\n' );
+   EXPECT_EQ( outcome.out, "" );
+   EXPECT_EQ( outcome.status, 1 );
+}
+
+} // namespace Testing

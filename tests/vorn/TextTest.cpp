@@ -1,0 +1,60 @@
+// Quoting, ranges, hexadecimal bytes, columns and wrapped paragraphs.
+#include "Text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string ranges( std::vector<U32> numbers ) { return Vorn::rangesOf( numbers ); }
+
+} // namespace
+
+TEST( Text, shownIsOneShortLine ) {
+   EXPECT_EQ( Vorn::shown( "plain" ), "plain" );
+   EXPECT_EQ( Vorn::shown( "a\nb\x1b\x7f" ), "a\\x0ab\\x1b\\x7f" );
+   EXPECT_EQ( Vorn::shown( std::string( 60, 'a' ) ), std::string( 60, 'a' ) );
+   EXPECT_EQ( Vorn::shown( std::string( 61, 'a' ) ), std::string( 60, 'a' ) + "..." );
+   EXPECT_EQ( Vorn::shown( "abcdef", 3 ), "abc..." );
+   EXPECT_EQ( Vorn::inQuotes( "" ), "\"\"" );
+}
+
+TEST( Text, shownCutsBetweenCharacters ) {
+   EXPECT_EQ( Vorn::shown( "a\u00e9z", 2 ), "a..." );
+   EXPECT_EQ( Vorn::shown( "a\u00e9z", 3 ), "a\u00e9..." );
+}
+
+TEST( Text, rangesOf ) {
+   EXPECT_EQ( ranges( {} ), "" );
+   EXPECT_EQ( ranges( { 0 } ), "0" );
+   EXPECT_EQ( ranges( { 2, 3 } ), "2,3" );
+   EXPECT_EQ( ranges( { 2, 3, 4 } ), "2-4" );
+   EXPECT_EQ( ranges( { 0, 1, 2, 3, 4, 6 } ), "0-4,6" );
+   EXPECT_EQ( ranges( { 2, 3, 5, 6, 7, 255 } ), "2,3,5-7,255" );
+}
+
+TEST( Text, hexadecimalBytes ) {
+   const U8 bytes[] = { 0x00, 0x0f, 0xa5 };
+   std::string text = ">";
+   Vorn::appendHex( text, bytes );
+   Vorn::appendHex( text, bytes, " " );
+   EXPECT_EQ( text, ">000fa500 0f a5" );
+}
+
+TEST( Text, columns ) {
+   constexpr Vorn::Align columns[] = { Vorn::Align::right, Vorn::Align::left, Vorn::Align::left };
+   const std::vector<std::vector<std::string>> rows{ { "no", "name", "value" },
+                                                     { "1", "action", "7" },
+                                                     { "128", "x", "" } };
+   EXPECT_EQ( Vorn::columnsOf( columns, rows ), " no  name    value\n"
+                                                "  1  action  7\n"
+                                                "128  x\n" );
+}
+
+TEST( Text, wrapped ) {
+   const std::string word( 39, 'w' );
+   EXPECT_EQ( Vorn::wrapped( word + ' ' + word + ' ' + word ), word + ' ' + word + '\n' + word );
+   EXPECT_EQ( Vorn::wrapped( "one\n\ntwo" ), "one\n\ntwo" );
+   EXPECT_EQ( Vorn::wrapped( "  " + word + ' ' + word + ' ' + word ),
+              "  " + word + ' ' + word + ' ' + word );
+   EXPECT_EQ( Vorn::wrapped( std::string( 100, 'w' ) ), std::string( 100, 'w' ) );
+}

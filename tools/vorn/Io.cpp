@@ -1,0 +1,98 @@
+// Whole lines in and out: standard output through a buffer, and a file or standard input by line.
+#include "Io.h"
+
+#include "Error.h"
+#include "Text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Vorn {
+
+void Output::write( std::string_view lines ) {
+   pending_ += lines;
+   if( pending_.size() >= enough ) {
+      flush();
+   }
+}
+
+void Output::flush() {
+   std::string_view rest = pending_;
+   while( !rest.empty() ) {
+      const ssize_t written = ::write( STDOUT_FILENO, rest.data(), rest.size() );
+      if( written >= 0 ) {
+         rest.remove_prefix( static_cast<std::size_t>( written ) );
+      } else if( errno != EINTR ) {
+         const std::string reason = std::strerror( errno );
+         pending_.clear();
+         throw Error( "cannot write standard output: " + reason );
+      }
+   }
+   pending_.clear();
+}
+
+LineReader::LineReader( const std::string& path, std::function<void()> beforeRead )
+   : name_( path == "-" ? "<stdin>" : shown( path ) ), beforeRead_( std::move( beforeRead ) ),
+     descriptor_( path == "-" ? STDIN_FILENO : ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) ),
+     buffer_( 1 << 17 ) {
+   if( descriptor_ < 0 ) {
+      throw Error( "cannot open " + name_ + ": " + std::strerror( errno ) );
+   }
+}
+
+LineReader::~LineReader() {
+   if( descriptor_ != STDIN_FILENO ) {
+      ::close( descriptor_ );
+   }
+}
+
+bool LineReader::next( std::string_view& line ) {
+   ++number_;
+   std::size_t searched = begin_;
+   for( ;; ) {
+      const char* const start = buffer_.data();
+      const void* const found =
+         searched < end_ ? std::memchr( start + searched, '\n', end_ - searched ) : nullptr;
+      const auto lineEnd =
+         found ? static_cast<std::size_t>( static_cast<const char*>( found ) - start ) : end_;
+      const std::size_t length = lineEnd - begin_;
+      if( length > longestLine ) {
+         throw Error( place(),
+                      "the line is longer than " + std::to_string( longestLine ) + " bytes" );
+      }
+      if( found || !readMore() ) {
+         line = { buffer_.data() + begin_, length };
+         begin_ = found ? lineEnd + 1 : end_;
+         return found || length > 0;
+      }
+      searched = begin_ + length;
+   }
+}
+
+std::string LineReader::place() const { return name_ + ':' + std::to_string( number_ ); }
+
+bool LineReader::readMore() {
+   std::memmove( buffer_.data(), buffer_.data() + begin_, end_ - begin_ );
+   end_ -= std::exchange( begin_, 0 );
+   if( end_ == buffer_.size() ) {
+      buffer_.resize( 2 * buffer_.size() );
+   }
+   beforeRead_();
+   for( ;; ) {
+      const ssize_t count = ::read( descriptor_, buffer_.data() + end_, buffer_.size() - end_ );
+      if( count >= 0 ) {
+         end_ += static_cast<std::size_t>( count );
+         return count > 0;
+      }
+      if( errno != EINTR ) {
+         throw Error( "cannot read " + name_ + ": " + std::strerror( errno ) );
+      }
+   }
+}
+
+} // namespace Vorn

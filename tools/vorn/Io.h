@@ -1,0 +1,56 @@
+// Whole lines in and out: standard output through a buffer, and a file or standard input by line.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vorn {
+
+// Standard output, written when enough has gathered and at flush(). A failed write is an Error.
+class Output {
+public:
+   // Takes whole lines, each with its end.
+   void write( std::string_view lines );
+   void flush();
+
+private:
+   static constexpr std::size_t enough = 1 << 16;
+
+   std::string pending_;
+};
+
+// The lines of a file, or of standard input for "-". Failures to open and to read are Errors.
+class LineReader {
+public:
+   // A longer line is an Error, so that input without lines cannot take all memory.
+   static constexpr std::size_t longestLine = 1 << 20;
+
+   // `beforeRead` is called each time before more input is asked for, and may have to be waited
+   // for.
+   LineReader( const std::string& path, std::function<void()> beforeRead );
+   ~LineReader();
+   LineReader( const LineReader& ) = delete;
+   LineReader& operator=( const LineReader& ) = delete;
+
+   // Sets `line` to the next line without its end, valid until the next call; false at the end.
+   bool next( std::string_view& line );
+
+   // "entries.jsonl:3", the place of the last line.
+   std::string place() const;
+
+private:
+   bool readMore();
+
+   std::string name_;
+   std::function<void()> beforeRead_;
+   int descriptor_;
+   std::size_t number_ = 0;
+   std::vector<char> buffer_;
+   std::size_t begin_ = 0; // of what is read and not yet handed out
+   std::size_t end_ = 0;
+};
+
+} // namespace Vorn
