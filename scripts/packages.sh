@@ -1,0 +1,21 @@
+# Sourced: needPackages PACKAGE... sees to it that the Debian packages are there. Run as root it
+# installs the missing ones; otherwise it names them and ends the script.
+needPackages() {
+   missing=''
+   for package; do
+      dpkg-query -W -f '${Status}\n' "$package" 2>/dev/null | grep -q '^install ok installed' ||
+         missing="$missing $package"
+   done
+   [ -n "$missing" ] || return 0
+   if [ "$(id -u)" -ne 0 ]; then
+      echo "missing Debian packages; install them with:  sudo apt-get install$missing" >&2
+      exit 1
+   fi
+   echo "installing$missing" >&2
+   export DEBIAN_FRONTEND=noninteractive
+   apt-get update -qq >&2
+   apt-get install -y -qq --no-install-recommends $missing >&2
+}
+
+buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev'
+testPackages='libgtest-dev libgmock-dev clang pkg-config binutils'
