@@ -24,6 +24,7 @@ struct FieldData {
 struct ClassData {
    const char* name;
    bool isTable;
+   U32 chips;           // the chip types that have a valid pair
    ValueType entryType; // of getAllFields
    U8 fieldCount;
    const FieldData* fields; // in declared order
@@ -69,6 +70,7 @@ template<class View, class C>
 constexpr ClassData classDataOf( const char* name, bool isTable ) {
    return { name,
             isTable,
+            chipsOf( C::allKinds ),
             valueTypeOf<typename C::Entry>,
             static_cast<U8>( C::fieldCount ),
             C::fields.data(),
@@ -83,11 +85,15 @@ constexpr ClassData classDataOf( const char* name, bool isTable ) {
             makeWithStorage<View> };
 }
 
+// Where a PairTable has a pair, unless that lies behind its end. Side by side in a view, the two
+// are one load.
+constexpr unsigned pairOf( U8 chipType, U8 variant ) {
+   return static_cast<unsigned>( chipType | variant << 8 );
+}
+
 // The number of a pair in a PairTable of `count` numbers.
-[[gnu::always_inline]] inline U8 pairLookup( const U8* table, unsigned count, U8 chipType,
-                                             U8 variant ) {
-   // Side by side in a view, the two are one load.
-   unsigned pair = static_cast<unsigned>( chipType | variant << 8 );
+inline U8 pairLookup( const U8* table, unsigned count, U8 chipType, U8 variant ) {
+   unsigned pair = pairOf( chipType, variant );
    if( pair >= count ) [[unlikely]] {
       pair = count - 256 + chipType;
    }

@@ -480,6 +480,17 @@ constexpr KindTable<kindLimit> mergedKindsOf( const Kinds& kinds ) {
    return merged;
 }
 
+// The chip types that have a valid pair.
+constexpr U32 chipsOf( const Kinds& kinds ) {
+   U32 chips = 0;
+   for( unsigned chipType = 0; chipType < chipLimit; ++chipType ) {
+      for( const bool valid : kinds.valid[chipType] ) {
+         chips |= U32{ valid } << chipType;
+      }
+   }
+   return chips;
+}
+
 // What remains of the above at run time: tables of just the size they need.
 
 template<std::size_t Count>

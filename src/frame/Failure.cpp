@@ -174,14 +174,14 @@ Text printed( U8 chipType ) {
    return Text( stream.str() );
 }
 
-void failPlace( const ClassData& data, Site site, U64 formats, U8 chipType ) {
+void failPlace( const ClassData& data, Site site, U8 chipType ) {
    if( site.operation == Operation::len ) {
       const Text message( printed( chipType ).view(), " does not have field ",
                           catalogueRowOf( data, site ).hardwareName );
       failWithMessage( data, site, "0", message.c_str() );
    }
    const VariantSet having(
-      [&]( U8 variant ) { return ( formats >> formatOf( data, chipType, variant ) & 1 ) != 0; } );
+      [&]( U8 variant ) { return cellOf( data, site.field, chipType, variant ).present(); } );
    if( having.count == 1 ) {
       fail( data, site, Text( "variant_ == ", having.first ).c_str() );
    }

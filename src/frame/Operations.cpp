@@ -3,7 +3,84 @@
 
 namespace Hardware::Frame {
 
-Found findField( const ClassData& data, U32 fieldId, const State& state ) {
+namespace {
+
+// Where the view has the site's field; without it the operation fails.
+Cell checkedCell( State state, const ClassData& data, Site site ) {
+   traceView( data, site, state );
+   const Cell cell = cellOf( data, site.field, state.chipType, state.variant );
+   if( !cell.present() ) {
+      failPlace( data, site, state.chipType );
+   }
+   return cell;
+}
+
+// The same for an operation that touches the field's bits.
+Cell checkedCellInBuffer( State state, const ClassData& data, Site site ) {
+   const Cell cell = checkedCell( state, data, site );
+   if( state.len < cell.bytes() ) {
+      failLength( data, site, cell.bytes() );
+   }
+   return cell;
+}
+
+U64 maximumOf( unsigned width ) { return ~U64{ 0 } >> ( 64 - width ); }
+
+// The size of a field's value in bytes.
+int valueSizeOf( const ClassData& data, Site site ) {
+   return static_cast<int>( bitsOf( data.fields[site.field].type ) / 8 );
+}
+
+} // namespace
+
+U64 getByRules( State state, const ClassData& data, Site site ) {
+   U64 value = 0;
+   getByRules( state, data, site, reinterpret_cast<U8*>( &value ) );
+   return value;
+}
+
+void getByRules( State state, const ClassData& data, Site site, U8* value ) {
+   const Cell cell = checkedCellInBuffer( state, data, site );
+   getBuf( state.buf, state.len, value, valueSizeOf( data, site ), cell.width, cell.offset );
+}
+
+void setByRules( State state, const ClassData& data, Site site, U64 value ) {
+   const Cell cell = checkedCellInBuffer( state, data, site );
+   if( bounded( cell.width ) && value > maximumOf( cell.width ) ) {
+      failBound( data, site, maximumOf( cell.width ) );
+   }
+   setBuf( state.buf, state.len, reinterpret_cast<const U8*>( &value ), valueSizeOf( data, site ),
+           cell.width, cell.offset );
+}
+
+void setByRules( State state, const ClassData& data, Site site, const U8* value ) {
+   const Cell cell = checkedCellInBuffer( state, data, site );
+   setBuf( state.buf, state.len, value, valueSizeOf( data, site ), cell.width, cell.offset );
+}
+
+void maskByRules( State state, const ClassData& data, Site site ) {
+   const Cell cell = checkedCellInBuffer( state, data, site );
+   Raw512 value;
+   for( U64& word : value.words ) {
+      word = ~U64{ 0 };
+   }
+   setBuf( state.buf, state.len, value.bytes(), sizeof value, cell.width, cell.offset );
+}
+
+U16 lenByRules( State state, const ClassData& data, Site site ) {
+   return checkedCell( state, data, site ).width;
+}
+
+U16 offsetByRules( State state, const ClassData& data, Site site ) {
+   return checkedCell( state, data, site ).offset;
+}
+
+bool validByRules( State state, const ClassData& data, Site site ) {
+   traceView( data, site, state );
+   return cellOf( data, site.field, state.chipType, state.variant ).present();
+}
+
+Found findField( const ClassData& data, U32 fieldId, State state ) {
    const unsigned field = fieldId < identifierLimit ? data.fieldOf[fieldId] : noField;
    if( field == noField ) {
       return { noField, absent };
@@ -11,7 +88,7 @@ Found findField( const ClassData& data, U32 fieldId, const State& state ) {
    return { field, cellOf( data, field, state.chipType, state.variant ) };
 }
 
-U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, const State& state ) {
+U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state ) {
    traceView( data, site, state );
    const Found found = findField( data, fieldId, state );
    if( found.field == noField ) [[unlikely]] {
@@ -20,13 +97,13 @@ U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, const State& stat
    return found.cell.width;
 }
 
-bool isFieldValid( const ClassData& data, Site site, U32 fieldId, const State& state ) {
+bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state ) {
    traceView( data, site, state );
    return findField( data, fieldId, state ).cell.present();
 }
 
 const Kind& tracedKind( const ClassData& data, Site site, U32 chipType, U8 variant ) {
-   if( traced( Level::call ) ) [[unlikely]] {
+   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
       traceStatic( data, site, chipType, variant );
    }
    return checkedKind( data, site, chipType, variant );
@@ -46,7 +123,7 @@ bool getSchanAddress( const ClassData& data, Site site, U32 chipType, U8 variant
                       U16 arrayIndex ) {
    const Kind& kind = kindOf( data, chipType, variant );
    if( kind.format == noFormat ) [[unlikely]] {
-      if( traced( Level::failure ) ) {
+      if( !quiet( Level::failure ) ) {
          traceNoAddress( data, site, chipType, variant );
       }
       return false;
@@ -73,16 +150,16 @@ bool getSchanAddress( const ClassData& data, Site site, U32 chipType, U8 variant
    return true;
 }
 
-void construct( const ClassData& data, Site site, const State& state ) {
+void construct( const ClassData& data, Site site, State state ) {
    if( kindOf( data, state.chipType, state.variant ).format == noFormat ) [[unlikely]] {
       failConstruction( data, site, state.chipType, state.variant );
    }
-   if( traced( Level::call ) ) [[unlikely]] {
+   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
       traceConstruction( data, site, state.chipType, state.variant );
    }
 }
 
-void handleTag( const ClassData& data, Site site, const State& state, bool existingEntry ) {
+void handleTag( const ClassData& data, Site site, State state, bool existingEntry ) {
    const Kind& kind = kindOf( data, state.chipType, state.variant );
    for( unsigned number = 0; number < kind.tagCount; ++number ) {
       const TagField& tag = kind.tag[number];
@@ -102,25 +179,12 @@ void handleTag( const ClassData& data, Site site, const State& state, bool exist
    }
 }
 
-namespace {
-
-bool hasChipType( const ClassData& data, U8 chipType ) {
-   for( unsigned pair = chipType; pair < data.pairCount; pair += 256 ) {
-      if( data.kindOf[pair] != 0 ) {
-         return true;
-      }
-   }
-   return false;
-}
-
-} // namespace
-
 bool holds( const ClassData& data, Site site, Hardware::ChipType chipType, const U8* buf, U16 len,
             U8 variant ) {
-   if( traced( Level::call ) ) [[unlikely]] {
+   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
       traceDiscriminator( data, site, chipType );
    }
-   if( !hasChipType( data, chipType ) ) {
+   if( chipType >= chipLimit || ( data.chips >> chipType & 1 ) == 0 ) {
       return false;
    }
    const Kind& kind = kindOf( data, chipType, variant );

@@ -1,8 +1,7 @@
 // The operations of the contract, each for a class given as a type.
 //
 // The class parameter `C` is what frame/Define.inc makes of a description: static constants, and
-// `C::data()`, the same as run-time data. Everything an accessor needs to know of its field is a
-// constant to the compiler, except for the pair, whose format number it looks up.
+// `C::data()`, the same as run-time data.
 #pragma once
 
 #include "Trace.h"
@@ -11,68 +10,68 @@
 
 namespace Hardware::Frame {
 
-// A view's members, each read where it is needed: nothing has to survive the call of a trace.
+// A view's members as an operation finds them; passed in two registers.
 struct State {
-   U8* const& buf;
-   const U8& chipType;
-   const U8& variant;
-   const U16& len;
+   U8* buf;
+   U8 chipType;
+   U8 variant;
+   U16 len;
 };
 
-// The number of the view's format; noFormat if the pair is invalid.
-template<class C>
-[[gnu::always_inline]] inline unsigned formatOf( const State& state ) {
-   return pairLookup( C::formatTable.of[0], sizeof C::formatTable.of, state.chipType,
-                      state.variant );
-}
+// An accessor's whole contract, whatever the class: trace, place, length, bound, primitive. A
+// narrow value is passed as a U64, a wide one as its bytes.
+[[gnu::cold]] U64 getByRules( State state, const ClassData& data, Site site );
+[[gnu::cold]] void getByRules( State state, const ClassData& data, Site site, U8* value );
+[[gnu::cold]] void setByRules( State state, const ClassData& data, Site site, U64 value );
+[[gnu::cold]] void setByRules( State state, const ClassData& data, Site site, const U8* value );
+[[gnu::cold]] void maskByRules( State state, const ClassData& data, Site site );
+[[gnu::cold]] U16 lenByRules( State state, const ClassData& data, Site site );
+[[gnu::cold]] U16 offsetByRules( State state, const ClassData& data, Site site );
+[[gnu::cold]] bool validByRules( State state, const ClassData& data, Site site );
 
-// All formats that have the field.
+// The accessors proper are that contract's quick road, with the field's places as constants. They
+// take it only where they see at once that nothing is to be traced and nothing will fail; in all
+// other cases they leave to the rules. Nothing else is called, so they need no stack.
+
+// All formats that have the field, by place.
 template<class C, U8 field>
 inline constexpr auto places = placesOf( C::formats, field );
 
-template<class C, U8 field>
-constexpr U64 formatsWith() {
-   U64 formats = 0;
-   for( const Place& place : places<C, field>.rows ) {
-      formats |= place.formats;
-   }
-   return formats;
+// Whether the buffer surely holds the field's last word, for a place in it. Shorter buffers, which
+// may still hold the field, are for the rules.
+template<class C>
+constexpr bool quickLength( U16 len, Place place ) {
+   const unsigned words = ( place.offset + place.width + 63u ) / 64u;
+   return len >= std::min<unsigned>( 8 * words, C::storageSize );
 }
 
-[[gnu::always_inline]] inline void traceView( const ClassData& data, Site site,
-                                              const State& state ) {
-   if( traced( Level::call ) ) [[unlikely]] {
-      traceCall( data, site, state.chipType, state.variant );
-   }
-}
-
-[[gnu::always_inline]] inline void traceNamed( const ClassData& data, Site site, const State& state,
-                                               const Oru::String& fieldName ) {
-   if( traced( Level::call ) ) [[unlikely]] {
-      traceNamed( data, site, state.chipType, state.variant, fieldName );
-   }
-}
-
-// Calls `act` with the field's place in the format, a constant; without one the operation fails.
-template<class Result, class C, Site site, unsigned number = 0, class Act>
-[[gnu::always_inline]] inline Result atPlace( const State& state, U64 formatBit, const Act& act ) {
-   constexpr const auto& all = places<C, site.field>;
+// Calls `act` with the field's place in the format, a constant, and hands back what it says; false
+// without one.
+template<class C, U8 field, unsigned number = 0, class Act>
+[[gnu::always_inline]] inline bool atPlace( U64 formatBit, const Act& act ) {
+   constexpr const auto& all = places<C, field>;
    if constexpr( number == all.count ) {
-      failPlace( C::data(), site, formatsWith<C, site.field>(), state.chipType );
+      return false;
    } else {
       if( ( formatBit & all.rows[number].formats ) != 0 ) {
          return act.template operator()<all.rows[number]>();
       }
-      return atPlace<Result, C, site, number + 1>( state, formatBit, act );
+      return atPlace<C, field, number + 1>( formatBit, act );
    }
 }
 
-template<class Result, class C, Site site, class Act>
-[[gnu::always_inline]] inline Result atPlace( const State& state, const Act& act ) {
-   return atPlace<Result, C, site>( state, U64{ 1 } << formatOf<C>( state ), act );
+// The same for a view, if nothing is to be traced.
+template<class C, U8 field, class Act>
+[[gnu::always_inline]] inline bool quickly( State state, const Act& act ) {
+   if( !surelyQuiet( Level::call ) ) [[unlikely]] {
+      return false;
+   }
+   const unsigned pair = pairOf( state.chipType, state.variant );
+   if( pair >= sizeof C::formatTable.of ) [[unlikely]] {
+      return false;
+   }
+   return atPlace<C, field>( U64{ 1 } << C::formatTable.of[0][pair], act );
 }
-
-constexpr unsigned bytesTo( Place place ) { return Cell{ place.offset, place.width }.bytes(); }
 
 // A value with the low `width` bits set.
 template<class Value, unsigned width>
@@ -90,74 +89,118 @@ constexpr Value ones() {
 }
 
 template<class C, Site site, class Value>
-[[gnu::always_inline]] inline Value get( const State& state ) {
-   traceView( C::data(), site, state );
+[[gnu::always_inline]] inline Value get( State state ) {
    Value value{};
-   atPlace<void, C, site>( state, [&]<Place place>() {
-      if( state.len < bytesTo( place ) ) [[unlikely]] {
-         failLength( C::data(), site, bytesTo( place ) );
+   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
+      if( !quickLength<C>( state.len, place ) ) [[unlikely]] {
+         return false;
       }
       getBuf( state.buf, state.len, reinterpret_cast<U8*>( &value ),
               static_cast<int>( sizeof( Value ) ), place.width, place.offset );
+      return true;
    } );
-   return value;
+   if( done ) [[likely]] {
+      return value;
+   }
+   if constexpr( std::is_integral_v<Value> ) {
+      return static_cast<Value>( getByRules( state, C::data(), site ) );
+   } else {
+      value = {};
+      getByRules( state, C::data(), site, value.bytes() );
+      return value;
+   }
 }
 
-template<class C, Site site, Place place, class Value>
-[[gnu::always_inline]] inline void store( const State& state, const Value& value ) {
+template<class C, Place place, class Value>
+[[gnu::always_inline]] inline void store( State state, const Value& value ) {
    setBuf( state.buf, state.len, reinterpret_cast<const U8*>( &value ),
            static_cast<int>( sizeof( Value ) ), place.width, place.offset );
 }
 
+// A field exactly as wide as an integer has no bound, whatever its argument type.
+constexpr bool bounded( unsigned width ) {
+   return width != 8 && width != 16 && width != 32 && width != 64;
+}
+
 template<class C, Site site, class Value>
-[[gnu::always_inline]] inline void set( const State& state, const Value& value ) {
-   traceView( C::data(), site, state );
-   atPlace<void, C, site>( state, [&]<Place place>() {
-      if( state.len < bytesTo( place ) ) [[unlikely]] {
-         failLength( C::data(), site, bytesTo( place ) );
+[[gnu::always_inline]] inline void set( State state, const Value& value ) {
+   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
+      if( !quickLength<C>( state.len, place ) ) [[unlikely]] {
+         return false;
       }
-      // Nested, for a wide value may not even name the comparison below, whatever its width.
       if constexpr( std::is_integral_v<Value> ) {
-         if constexpr( place.width != 8 && place.width != 16 && place.width != 32 &&
-                       place.width != 64 ) {
-            constexpr U64 maximum = ones<U64, place.width>();
-            if( value > maximum ) [[unlikely]] {
-               failBound( C::data(), site, maximum );
+         // Not one condition with the above, where clang would compare a Raw value too.
+         if constexpr( bounded( place.width ) ) {
+            if( value > ones<U64, place.width>() ) [[unlikely]] {
+               return false;
             }
          }
       }
-      store<C, site, place>( state, value );
+      store<C, place>( state, value );
+      return true;
    } );
+   if( done ) [[likely]] {
+      return;
+   }
+   if constexpr( std::is_integral_v<Value> ) {
+      setByRules( state, C::data(), site, U64{ value } );
+   } else {
+      setByRules( state, C::data(), site, value.bytes() );
+   }
 }
 
 template<class C, Site site, class Value>
-[[gnu::always_inline]] inline void mask( const State& state ) {
-   traceView( C::data(), site, state );
-   atPlace<void, C, site>( state, [&]<Place place>() {
-      if( state.len < bytesTo( place ) ) [[unlikely]] {
-         failLength( C::data(), site, bytesTo( place ) );
+[[gnu::always_inline]] inline void mask( State state ) {
+   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
+      if( !quickLength<C>( state.len, place ) ) [[unlikely]] {
+         return false;
       }
       constexpr Value value = ones<Value, place.width>();
-      store<C, site, place>( state, value );
+      store<C, place>( state, value );
+      return true;
    } );
+   if( !done ) [[unlikely]] {
+      maskByRules( state, C::data(), site );
+   }
 }
 
 template<class C, Site site>
-[[gnu::always_inline]] inline U16 len( const State& state ) {
-   traceView( C::data(), site, state );
-   return atPlace<U16, C, site>( state, []<Place place>() { return place.width; } );
+[[gnu::always_inline]] inline U16 len( State state ) {
+   U16 width = 0;
+   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
+      width = place.width;
+      return true;
+   } );
+   return done ? width : lenByRules( state, C::data(), site );
 }
 
 template<class C, Site site>
-[[gnu::always_inline]] inline U16 offset( const State& state ) {
-   traceView( C::data(), site, state );
-   return atPlace<U16, C, site>( state, []<Place place>() { return place.offset; } );
+[[gnu::always_inline]] inline U16 offset( State state ) {
+   U16 bit = 0;
+   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
+      bit = place.offset;
+      return true;
+   } );
+   return done ? bit : offsetByRules( state, C::data(), site );
 }
 
 template<class C, Site site>
-[[gnu::always_inline]] inline bool valid( const State& state ) {
-   traceView( C::data(), site, state );
-   return ( formatsWith<C, site.field>() >> formatOf<C>( state ) & 1 ) != 0;
+[[gnu::always_inline]] inline bool valid( State state ) {
+   const bool found = quickly<C, site.field>( state, []<Place place>() { return true; } );
+   return found || validByRules( state, C::data(), site );
+}
+
+[[gnu::always_inline]] inline void traceView( const ClassData& data, Site site, State state ) {
+   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
+      traceCall( data, site, state.chipType, state.variant );
+   }
+}
+
+[[gnu::always_inline]] inline void traceNamed( const ClassData& data, Site site, State state,
+                                               const Oru::String& fieldName ) {
+   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
+      traceNamed( data, site, state.chipType, state.variant, fieldName );
+   }
 }
 
 // By identifier: an absent cell where the pair lacks the field; `field` is noField where the
@@ -167,10 +210,10 @@ struct Found {
    Cell cell;
 };
 
-Found findField( const ClassData& data, U32 fieldId, const State& state );
+Found findField( const ClassData& data, U32 fieldId, State state );
 
-U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, const State& state );
-bool isFieldValid( const ClassData& data, Site site, U32 fieldId, const State& state );
+U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state );
+bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state );
 
 // 64-bit word `index` of a wide value, 0 beyond it.
 template<class Value>
@@ -192,9 +235,9 @@ const Kind& tracedKind( const ClassData& data, Site site, U32 chipType, U8 varia
 
 // The entry under the mask of its pair.
 template<class C>
-typename C::Entry getAllFields( Site site, const State& state ) {
+typename C::Entry getAllFields( Site site, State state ) {
    traceView( C::data(), site, state );
-   const unsigned format = formatOf<C>( state );
+   const unsigned format = formatOf( C::data(), state.chipType, state.variant );
    if( format == noFormat ) [[unlikely]] {
       failViewPair( C::data(), site, state.chipType );
    }
@@ -223,9 +266,9 @@ bool getSchanAddress( const ClassData& data, Site site, U32 chipType, U8 variant
                       U16 arrayIndex );
 
 // The constructor behind the base's: checks the pair and traces it.
-void construct( const ClassData& data, Site site, const State& state );
+void construct( const ClassData& data, Site site, State state );
 // Stamps the pair's tag into a fresh entry, verifies it in an existing one.
-void handleTag( const ClassData& data, Site site, const State& state, bool existingEntry );
+void handleTag( const ClassData& data, Site site, State state, bool existingEntry );
 
 // A class's discriminator: false only for a chip type that the class lacks, or a pair whose tag
 // the buffer doesn't hold.

@@ -100,11 +100,11 @@ TEST( Slots, OfACallersBufferAreThoseOfItsOwner ) {
    const Hardware::TcamActionTable::WithStorage owner( Hardware::BCM88650_B0, 0 );
    const auto* const ofView = *reinterpret_cast<void* const* const*>( &view );
    const auto* const ofOwner = *reinterpret_cast<void* const* const*>( &owner );
+   EXPECT_NE( ofView, ofOwner );
    // All but the destructor.
    for( int slot = 2; slot <= 23; ++slot ) {
       EXPECT_EQ( ofView[slot], ofOwner[slot] ) << slot;
    }
-   EXPECT_NE( ofView[0], ofOwner[0] );
 }
 
 void expectDefault( const std::function<void()>& action, const std::string& expression,

@@ -109,10 +109,19 @@ U64 lowOnes( long count ) { return ( U64{ 1 } << count ) - 1; }
 // The 64 bits behind bit `shift` of the word pair `low`, `high`; `shift` is 1 to 63.
 U64 joined( U64 low, U64 high, long shift ) { return low >> shift | high << ( 64 - shift ); }
 
+// Whether a field of 64 bits or less lies in one whole word of the image.
+bool inOneWord( long imageLen, long width, long offset ) {
+   return offset % 64 + width <= 64 && offset / 64 * 8 + 8 <= imageLen;
+}
+
 void extract( const U8* __restrict src, long srcLen, U8* __restrict value, long valueLen,
               long width, long offset ) {
    const long first = offset / 64;
    const long shift = offset % 64;
+   if( width < 64 && inOneWord( srcLen, width, offset ) ) {
+      mergeWord( value, valueLen, 0, load<U64>( src + 8 * first ) >> shift, lowOnes( width ) );
+      return;
+   }
    const long fullWords = width / 64;
    const long rest = width % 64;
    if( shift == 0 ) {
@@ -229,7 +238,12 @@ void maskBuf( const U32* src, int srcWords, U32* dst, int dstWords, const U32* m
    const auto* __restrict from = reinterpret_cast<const U8*>( src );
    const auto* __restrict through = reinterpret_cast<const U8*>( mask );
    auto* __restrict to = reinterpret_cast<U8*>( dst );
-   for( long at = 0; at < 4L * srcWords; at += 4 ) {
+   const long bytes = 4L * srcWords;
+   long at = 0;
+   for( ; at + 8 <= bytes; at += 8 ) {
+      store<U64>( to + at, load<U64>( from + at ) & load<U64>( through + at ) );
+   }
+   if( at < bytes ) {
       store<U32>( to + at, load<U32>( from + at ) & load<U32>( through + at ) );
    }
 }

@@ -155,6 +155,16 @@ TEST( BitBufInline, OtherValueLengths ) {
       Place<Raw128, 128, 0>::accessors,    Place<Raw128, 128, 11>::accessors,
       Place<Raw256, 164, 3>::accessors,    Place<Raw512, 328, 4>::accessors,
       Place<Raw4096, 4096, 77>::accessors, Place<Raw1024, 640, 0>::accessors,
+      Place<Raw128, 65, 0>::accessors,     Place<Raw128, 65, 63>::accessors,
+      Place<Raw128, 66, 63>::accessors,    Place<Raw128, 127, 1>::accessors,
+      Place<Raw128, 128, 64>::accessors,   Place<Raw128, 128, 26>::accessors,
+      Place<Raw128, 80, 9>::accessors,     Place<Raw128, 84, 9>::accessors,
+      Place<Raw128, 120, 0>::accessors,    Place<Raw256, 137, 9>::accessors,
+      Place<Raw256, 180, 0>::accessors,    Place<Raw256, 240, 20>::accessors,
+      Place<Raw256, 192, 64>::accessors,   Place<Raw256, 193, 63>::accessors,
+      Place<Raw256, 256, 1>::accessors,    Place<Raw512, 164, 4>::accessors,
+      Place<Raw512, 320, 0>::accessors,    Place<Raw512, 511, 130>::accessors,
+      Place<Raw512, 512, 0>::accessors,    Place<Raw512, 512, 63>::accessors,
    };
    for( const Accessors& place : places ) {
       const int least = bytesFor( place.offset + place.width );

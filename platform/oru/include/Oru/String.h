@@ -55,7 +55,8 @@ private:
 inline bool operator==( const String& left, const String& right ) {
    return left.view() == right.view();
 }
-inline bool operator==( const String& left, const char* right ) {
+// Inlined even where a hundred names follow each other: most differ in their length, a constant.
+__attribute__( ( always_inline ) ) inline bool operator==( const String& left, const char* right ) {
    return left.view() == std::string_view( right );
 }
 inline bool operator!=( const String& left, const String& right ) { return !( left == right ); }
