@@ -480,6 +480,34 @@ constexpr KindTable<kindLimit> mergedKindsOf( const Kinds& kinds ) {
    return merged;
 }
 
+// The tag fields of a class in their order, if all its tags have the same; else none.
+struct TagFields {
+   unsigned count = 0;
+   U8 fields[tagFieldLimit] = {};
+
+   friend constexpr bool operator==( const TagFields&, const TagFields& ) = default;
+};
+
+template<class Description>
+constexpr TagFields tagFieldsOf( const Description& description ) {
+   TagFields common;
+   bool first = true;
+   for( const Tag& tag : description.tags.rows ) {
+      TagFields fields;
+      for( const TagField& one : tag.fields ) {
+         if( one.field != noField ) {
+            fields.fields[fields.count++] = one.field;
+         }
+      }
+      if( !first && !( fields == common ) ) {
+         return {};
+      }
+      common = fields;
+      first = false;
+   }
+   return common;
+}
+
 // The chip types that have a valid pair.
 constexpr U32 chipsOf( const Kinds& kinds ) {
    U32 chips = 0;

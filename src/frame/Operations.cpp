@@ -60,11 +60,12 @@ void setByRules( State state, const ClassData& data, Site site, const U8* value 
 
 void maskByRules( State state, const ClassData& data, Site site ) {
    const Cell cell = checkedCellInBuffer( state, data, site );
-   Raw512 value;
-   for( U64& word : value.words ) {
-      word = ~U64{ 0 };
+   Raw512 value{};
+   for( unsigned word = 0; 64 * word < cell.width; ++word ) {
+      value.wordIs( word, maximumOf( std::min( cell.width - 64 * word, 64u ) ) );
    }
-   setBuf( state.buf, state.len, value.bytes(), sizeof value, cell.width, cell.offset );
+   setBuf( state.buf, state.len, value.bytes(), valueSizeOf( data, site ), cell.width,
+           cell.offset );
 }
 
 U16 lenByRules( State state, const ClassData& data, Site site ) {
@@ -118,9 +119,9 @@ Text indexTest( const char* index, U32 limit, bool equality ) {
 
 } // namespace
 
-bool getSchanAddress( const ClassData& data, Site site, U32 chipType, U8 variant, U32& schanAddress,
-                      U8& accessType, U8& destBlock, U16 identifier, U32 tableEntry,
-                      U16 arrayIndex ) {
+bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType, U8 variant,
+                             U32& schanAddress, U8& accessType, U8& destBlock, EntryPlace place ) {
+   const auto [tableEntry, arrayIndex, identifier] = place;
    const Kind& kind = kindOf( data, chipType, variant );
    if( kind.format == noFormat ) [[unlikely]] {
       if( !quiet( Level::failure ) ) {
@@ -179,8 +180,8 @@ void handleTag( const ClassData& data, Site site, State state, bool existingEntr
    }
 }
 
-bool holds( const ClassData& data, Site site, Hardware::ChipType chipType, const U8* buf, U16 len,
-            U8 variant ) {
+bool holdsByRules( const ClassData& data, Site site, Hardware::ChipType chipType, const U8* buf,
+                   U16 len, U8 variant ) {
    if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
       traceDiscriminator( data, site, chipType );
    }

@@ -8,6 +8,8 @@
 
 #include <Kelvar/BitBuf.h>
 
+#include <utility>
+
 namespace Hardware::Frame {
 
 // A view's members as an operation finds them; passed in two registers.
@@ -45,19 +47,39 @@ constexpr bool quickLength( U16 len, Place place ) {
    return len >= std::min<unsigned>( 8 * words, C::storageSize );
 }
 
-// Calls `act` with the field's place in the format, a constant, and hands back what it says; false
-// without one.
-template<class C, U8 field, unsigned number = 0, class Act>
-[[gnu::always_inline]] inline bool atPlace( U64 formatBit, const Act& act ) {
-   constexpr const auto& all = places<C, field>;
-   if constexpr( number == all.count ) {
-      return false;
-   } else {
-      if( ( formatBit & all.rows[number].formats ) != 0 ) {
-         return act.template operator()<all.rows[number]>();
-      }
-      return atPlace<C, field, number + 1>( formatBit, act );
+// All formats of the places `first` to `end - 1` of a field.
+template<class C, U8 field, unsigned first, unsigned end>
+constexpr U64 formatsOfPlaces() {
+   U64 formats = 0;
+   for( unsigned number = first; number < end; ++number ) {
+      formats |= places<C, field>.rows[number].formats;
    }
+   return formats;
+}
+
+// Calls `act` with the one of these places that the format has, a constant. Halving them, so that a
+// field of many places costs little more than one of few.
+template<class C, U8 field, unsigned first, unsigned end, class Act>
+[[gnu::always_inline]] inline bool atPlace( U64 formatBit, const Act& act ) {
+   if constexpr( end - first == 1 ) {
+      return act.template operator()<places<C, field>.rows[first]>();
+   } else {
+      constexpr unsigned middle = first + ( end - first ) / 2;
+      if( ( formatBit & formatsOfPlaces<C, field, first, middle>() ) != 0 ) {
+         return atPlace<C, field, first, middle>( formatBit, act );
+      }
+      return atPlace<C, field, middle, end>( formatBit, act );
+   }
+}
+
+// Calls `act` with the field's place in the format and hands back what it says; false without one.
+template<class C, U8 field, class Act>
+[[gnu::always_inline]] inline bool inFormat( U64 formatBit, const Act& act ) {
+   constexpr unsigned count = places<C, field>.count;
+   if( ( formatBit & formatsOfPlaces<C, field, 0, count>() ) == 0 ) [[unlikely]] {
+      return false;
+   }
+   return atPlace<C, field, 0, count>( formatBit, act );
 }
 
 // The same for a view, if nothing is to be traced.
@@ -70,7 +92,7 @@ template<class C, U8 field, class Act>
    if( pair >= sizeof C::formatTable.of ) [[unlikely]] {
       return false;
    }
-   return atPlace<C, field>( U64{ 1 } << C::formatTable.of[0][pair], act );
+   return inFormat<C, field>( U64{ 1 } << C::formatTable.of[0][pair], act );
 }
 
 // A value with the low `width` bits set.
@@ -215,6 +237,15 @@ Found findField( const ClassData& data, U32 fieldId, State state );
 U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state );
 bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state );
 
+// Where the view has the field of an identifier, if nothing is to be traced and it has it.
+[[gnu::always_inline]] inline Cell quickCell( const ClassData& data, U32 fieldId, State state ) {
+   if( !surelyQuiet( Level::call ) || fieldId >= identifierLimit ||
+       data.fieldOf[fieldId] == noField ) [[unlikely]] {
+      return absent;
+   }
+   return cellOf( data, data.fieldOf[fieldId], state.chipType, state.variant );
+}
+
 // 64-bit word `index` of a wide value, 0 beyond it.
 template<class Value>
 U64 wordOf( const Value& value, U16 index ) {
@@ -260,10 +291,36 @@ Raw4096 allFieldsMask( Site site, U32 chipType, U8 variant ) {
    return mask;
 }
 
-// A table and a register differ in the texts of their tests alone.
-bool getSchanAddress( const ClassData& data, Site site, U32 chipType, U8 variant, U32& schanAddress,
-                      U8& accessType, U8& destBlock, U16 identifier, U32 tableEntry,
-                      U16 arrayIndex );
+// Where an entry is asked for.
+struct EntryPlace {
+   U32 tableEntry;
+   U16 arrayIndex;
+   U16 identifier;
+};
+
+// The contract of getSchanAddress in its order. A table and a register differ in the texts of their
+// tests alone.
+[[gnu::cold]] bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType,
+                                           U8 variant, U32& schanAddress, U8& accessType,
+                                           U8& destBlock, EntryPlace place );
+
+// Its quick road: a pair with an address, and nothing out of range.
+template<class C, Site site>
+[[gnu::always_inline]] inline bool getSchanAddress( U32 chipType, U8 variant, U32& schanAddress,
+                                                    U8& accessType, U8& destBlock,
+                                                    EntryPlace place ) {
+   const Kind& kind = kindOf( C::data(), chipType, variant );
+   if( !kind.hasAddress || place.tableEntry >= kind.entries ||
+       place.arrayIndex >= kind.arrayElements || place.identifier >= kind.instanceCount )
+      [[unlikely]] {
+      return getSchanAddressByRules( C::data(), site, chipType, variant, schanAddress, accessType,
+                                     destBlock, place );
+   }
+   schanAddress = kind.base + place.tableEntry * kind.entryStep + place.arrayIndex * kind.arrayStep;
+   destBlock = kind.destBlock[place.identifier];
+   accessType = kind.accessType[place.identifier];
+   return true;
+}
 
 // The constructor behind the base's: checks the pair and traces it.
 void construct( const ClassData& data, Site site, State state );
@@ -272,7 +329,34 @@ void handleTag( const ClassData& data, Site site, State state, bool existingEntr
 
 // A class's discriminator: false only for a chip type that the class lacks, or a pair whose tag
 // the buffer doesn't hold.
-bool holds( const ClassData& data, Site site, Hardware::ChipType chipType, const U8* buf, U16 len,
-            U8 variant );
+[[gnu::cold]] bool holdsByRules( const ClassData& data, Site site, Hardware::ChipType chipType,
+                                 const U8* buf, U16 len, U8 variant );
+
+// Its quick road: a pair with a tag, all of it surely in the buffer.
+template<class C, Site site>
+[[gnu::always_inline]] inline bool holds( Hardware::ChipType chipType, const U8* buf, U16 len,
+                                          U8 variant ) {
+   const unsigned pair = pairOf( chipType, variant );
+   if constexpr( C::tagFields.count != 0 ) {
+      if( surelyQuiet( Level::call ) && pair < sizeof C::formatTable.of ) [[likely]] {
+         const Kind& kind = C::kinds[C::kindTable.of[0][pair]];
+         if( kind.tagCount == C::tagFields.count && len >= C::storageSize ) [[likely]] {
+            const U64 formatBit = U64{ 1 } << kind.format;
+            return [&]<std::size_t... number>( std::index_sequence<number...> ) {
+               return ( inFormat<C, C::tagFields.fields[number]>(
+                           formatBit,
+                           [&]<Place place>() {
+                              U8 found = 0;
+                              getBuf( buf, len, &found, 1, place.width, place.offset );
+                              return found == kind.tag[number].value;
+                           } ) &&
+                        ... );
+            }
+            ( std::make_index_sequence<C::tagFields.count>() );
+         }
+      }
+   }
+   return holdsByRules( C::data(), site, chipType, buf, len, variant );
+}
 
 } // namespace Hardware::Frame

@@ -119,7 +119,13 @@ void extract( const U8* __restrict src, long srcLen, U8* __restrict value, long 
    const long first = offset / 64;
    const long shift = offset % 64;
    if( width < 64 && inOneWord( srcLen, width, offset ) ) {
-      mergeWord( value, valueLen, 0, load<U64>( src + 8 * first ) >> shift, lowOnes( width ) );
+      const U64 bits = load<U64>( src + 8 * first ) >> shift;
+      if( valueLen == 1 ) {
+         const U64 mask = lowOnes( width );
+         value[0] = static_cast<U8>( ( bits & mask ) | ( value[0] & ~mask ) );
+      } else {
+         mergeWord( value, valueLen, 0, bits, lowOnes( width ) );
+      }
       return;
    }
    const long fullWords = width / 64;
@@ -152,6 +158,13 @@ void insert( U8* __restrict dst, long dstLen, const U8* __restrict value, long v
              long offset ) {
    long index = offset / 64;
    const long shift = offset % 64;
+   if( width < 64 && inOneWord( dstLen, width, offset ) ) {
+      const U64 mask = lowOnes( width ) << shift;
+      const U64 bits = ( valueLen == 1 ? value[0] : wordOf( value, valueLen, 0 ) ) << shift;
+      U8* const at = dst + 8 * index;
+      store<U64>( at, ( load<U64>( at ) & ~mask ) | ( bits & mask ) );
+      return;
+   }
    if( shift == 0 ) {
       const long fullWords = width / 64;
       std::memcpy( dst + 8 * index, value, static_cast<std::size_t>( 8 * fullWords ) );

@@ -95,19 +95,39 @@ __attribute__( ( always_inline ) ) inline void wordAtIs( U8* bytes, long at, U64
    std::memcpy( bytes + at, &word, sizeof( word ) );
 }
 
-// The quick road of a wide field, whose words all lie in the image: a few words, each joined from
-// two, with a shift that is a constant.
+// How much of a field's last word the image holds: all of it, at least its low half where the field
+// ends there, or less.
+enum class LastWord { whole, half, partial };
+
+__attribute__( ( always_inline ) ) inline LastWord lastWordOf( int length, int width, int offset ) {
+   const long highest = static_cast<long>( offset ) + width - 1;
+   const long last = highest / 64 * 8;
+   if( __builtin_expect( length >= last + 8, true ) ) {
+      return LastWord::whole;
+   }
+   return highest % 64 < 32 && length >= last + 4 ? LastWord::half : LastWord::partial;
+}
+
+__attribute__( ( always_inline ) ) inline U64 halfWordAt( const U8* bytes, long at ) {
+   U32 half;
+   std::memcpy( &half, bytes + at, sizeof( half ) );
+   return half;
+}
+
+// The quick road of a wide field, whose words all lie in the image, the last perhaps with its low
+// half alone: a few words, each joined from two, with a shift that is a constant.
 __attribute__( ( always_inline ) ) inline void wideBits( const U8* src, U8* value, int width,
-                                                         int offset ) {
+                                                         int offset, LastWord lastWord ) {
    const long first = offset / 64 * 8L;
    const long last = ( static_cast<long>( offset ) + width - 1 ) / 64 * 8;
    const int shift = offset % 64;
    const int words = ( width + 63 ) / 64;
+   const U64 end = lastWord == LastWord::whole ? wordAt( src, last ) : halfWordAt( src, last );
    for( int word = 0; word < words; ++word ) {
       const long at = first + 8L * word;
-      U64 bits = wordAt( src, at ) >> shift;
+      U64 bits = ( at < last ? wordAt( src, at ) : end ) >> shift;
       if( shift != 0 && at < last ) {
-         bits |= wordAt( src, at + 8 ) << ( 64 - shift );
+         bits |= ( at + 8 < last ? wordAt( src, at + 8 ) : end ) << ( 64 - shift );
       }
       if( word == words - 1 && width % 64 != 0 ) {
          const U64 mask = ~U64{ 0 } >> ( 64 - width % 64 );
@@ -118,7 +138,7 @@ __attribute__( ( always_inline ) ) inline void wideBits( const U8* src, U8* valu
 }
 
 __attribute__( ( always_inline ) ) inline void wideBitsAre( U8* dst, const U8* value, int width,
-                                                            int offset ) {
+                                                            int offset, LastWord lastWord ) {
    const long first = offset / 64 * 8L;
    const long last = ( static_cast<long>( offset ) + width - 1 ) / 64 * 8;
    const int shift = offset % 64;
@@ -134,16 +154,16 @@ __attribute__( ( always_inline ) ) inline void wideBitsAre( U8* dst, const U8* v
          mask &= ~U64{ 0 } >> ( 63 - ( offset + width - 1 ) % 64 );
       }
       const long at = first + 8L * place;
+      if( place == places - 1 && lastWord == LastWord::half ) {
+         bits = ( bits & mask ) | ( halfWordAt( dst, at ) & ~mask );
+         std::memcpy( dst + at, &bits, sizeof( U32 ) );
+         return;
+      }
       if( mask != ~U64{ 0 } ) {
          bits = ( bits & mask ) | ( wordAt( dst, at ) & ~mask );
       }
       wordAtIs( dst, at, bits );
    }
-}
-
-// Whether the image holds all words of the grid that the field touches.
-__attribute__( ( always_inline ) ) inline bool holdsWords( int length, int width, int offset ) {
-   return length >= ( static_cast<long>( offset ) + width + 63 ) / 64 * 8;
 }
 
 } // namespace Kelvar
@@ -153,12 +173,14 @@ KELVAR_INLINE void getBuf( const U8* src, int srcLen, U8* value, int valueLen, i
    if( !( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
           __builtin_constant_p( valueLen ) && Kelvar::isNarrow( valueLen, width, offset ) ) ) {
       if( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
-          __builtin_constant_p( valueLen ) && Kelvar::isWide( valueLen, width, offset ) &&
-          Kelvar::holdsWords( srcLen, width, offset ) ) {
-         Kelvar::wideBits( src, value, width, offset );
-      } else {
-         Kelvar::getBufGeneral( src, srcLen, value, valueLen, width, offset );
+          __builtin_constant_p( valueLen ) && Kelvar::isWide( valueLen, width, offset ) ) {
+         const Kelvar::LastWord last = Kelvar::lastWordOf( srcLen, width, offset );
+         if( __builtin_expect( last != Kelvar::LastWord::partial, true ) ) {
+            Kelvar::wideBits( src, value, width, offset, last );
+            return;
+         }
       }
+      Kelvar::getBufGeneral( src, srcLen, value, valueLen, width, offset );
       return;
    }
    const Kelvar::NarrowPlace place = Kelvar::narrowPlace( width, offset );
@@ -189,12 +211,14 @@ KELVAR_INLINE void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, i
    if( !( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
           __builtin_constant_p( valueLen ) && Kelvar::isNarrow( valueLen, width, offset ) ) ) {
       if( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
-          __builtin_constant_p( valueLen ) && Kelvar::isWide( valueLen, width, offset ) &&
-          Kelvar::holdsWords( dstLen, width, offset ) ) {
-         Kelvar::wideBitsAre( dst, value, width, offset );
-      } else {
-         Kelvar::setBufGeneral( dst, dstLen, value, valueLen, width, offset );
+          __builtin_constant_p( valueLen ) && Kelvar::isWide( valueLen, width, offset ) ) {
+         const Kelvar::LastWord last = Kelvar::lastWordOf( dstLen, width, offset );
+         if( __builtin_expect( last != Kelvar::LastWord::partial, true ) ) {
+            Kelvar::wideBitsAre( dst, value, width, offset, last );
+            return;
+         }
       }
+      Kelvar::setBufGeneral( dst, dstLen, value, valueLen, width, offset );
       return;
    }
    const Kelvar::NarrowPlace place = Kelvar::narrowPlace( width, offset );

@@ -57,7 +57,10 @@ inline bool operator==( const String& left, const String& right ) {
 }
 // Inlined even where a hundred names follow each other: most differ in their length, a constant.
 __attribute__( ( always_inline ) ) inline bool operator==( const String& left, const char* right ) {
-   return left.view() == std::string_view( right );
+   const std::string_view text = left.view();
+   const std::size_t length = __builtin_strlen( right );
+   return text.size() == length &&
+          ( length == 0 || ( text[0] == right[0] && text == std::string_view( right, length ) ) );
 }
 inline bool operator!=( const String& left, const String& right ) { return !( left == right ); }
 inline bool operator!=( const String& left, const char* right ) { return !( left == right ); }
