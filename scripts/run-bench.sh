@@ -1,0 +1,38 @@
+#!/bin/sh
+# Measures the library and its baselines side by side in one run, prints the tables, and writes
+# them into docs/performance.md, with the chart docs/performance-growth.svg. Options are handed to
+# Google Benchmark; with those that pick some of the rows, their times are printed alone.
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+needPackages $buildPackages libbenchmark-dev valgrind gnuplot-nox
+
+build=${VORN_BENCH_BUILD:-build/bench}
+cmake --preset release -B "$build" -DVORN_BUILD_BENCH=ON -DVORN_BUILD_TESTS=OFF \
+   -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF >&2
+cmake --build "$build" --target vornBench >&2
+
+rm -f "$build/tables.md"
+echo "measuring; this takes some minutes" >&2
+"$build/bench/vornBench" "$build" bench/counts/baseline.txt --benchmark_repetitions=9 \
+   --benchmark_min_time=0.02 --benchmark_enable_random_interleaving=true "$@"
+[ -f "$build/tables.md" ] || exit 0
+gnuplot -e "growth='$build/growth.dat'; chart='docs/performance-growth.svg'" \
+   bench/speed/growth.gnuplot
+
+# The measured part of the document is all that lies between its two marks.
+awk -v tables="$build/tables.md" '
+   /^<!-- measured -->$/ {
+      print
+      print ""
+      while( ( getline line < tables ) > 0 ) {
+         print line
+      }
+      print ""
+      skip = 1
+   }
+   /^<!-- end -->$/ { skip = 0 }
+   !skip { print }
+' docs/performance.md >"$build/performance.md"
+cp "$build/performance.md" docs/performance.md
+cat "$build/tables.md"
