@@ -530,11 +530,11 @@ constexpr std::array<Kind, Count> shrunk( const KindTable<kindLimit>& merged ) {
    return kinds;
 }
 
-// A number for each pair, to be found by both in one step: [variant][chip type]. The last row
+// A number for each pair, to be found by both in one step: 256 chip types a variant. The last row
 // stands for all variants that the class doesn't number.
 template<std::size_t Rows>
 struct PairTable {
-   U8 of[Rows][256];
+   U8 of[Rows * 256];
 };
 
 // The rows that a class needs: one more than its largest variant, and the last.
@@ -557,7 +557,7 @@ constexpr PairTable<Rows> pairTableOf( const U8 ( &of )[chipLimit][variantLimit]
    for( std::size_t row = 0; row < Rows; ++row ) {
       const std::size_t variant = row + 1 < Rows ? row : variantLimit - 1;
       for( std::size_t chipType = 0; chipType < 256; ++chipType ) {
-         table.of[row][chipType] = chipType < chipLimit ? of[chipType][variant] : none;
+         table.of[row * 256 + chipType] = chipType < chipLimit ? of[chipType][variant] : none;
       }
    }
    return table;

@@ -92,7 +92,7 @@ template<class C, U8 field, class Act>
    if( pair >= sizeof C::formatTable.of ) [[unlikely]] {
       return false;
    }
-   return inFormat<C, field>( U64{ 1 } << C::formatTable.of[0][pair], act );
+   return inFormat<C, field>( U64{ 1 } << C::formatTable.of[pair], act );
 }
 
 // A value with the low `width` bits set.
@@ -339,7 +339,7 @@ template<class C, Site site>
    const unsigned pair = pairOf( chipType, variant );
    if constexpr( C::tagFields.count != 0 ) {
       if( surelyQuiet( Level::call ) && pair < sizeof C::formatTable.of ) [[likely]] {
-         const Kind& kind = C::kinds[C::kindTable.of[0][pair]];
+         const Kind& kind = C::kinds[C::kindTable.of[pair]];
          if( kind.tagCount == C::tagFields.count && len >= C::storageSize ) [[likely]] {
             const U64 formatBit = U64{ 1 } << kind.format;
             return [&]<std::size_t... number>( std::index_sequence<number...> ) {
