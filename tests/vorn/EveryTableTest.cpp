@@ -2,9 +2,10 @@
 #include "RunVorn.h"
 
 #include "Chips.h"
+#include "Decode.h"
+#include "Encode.h"
 #include "Error.h"
 #include "Plan.h"
-#include "Verbs.h"
 
 #include <Hardware/Registry.h>
 

@@ -1,16 +1,20 @@
 // `vorn decode`: the fields of one entry image.
-#include "Verbs.h"
+#include "Decode.h"
 
+#include "Arguments.h"
 #include "Error.h"
 #include "Plan.h"
 #include "Text.h"
 #include "Values.h"
+#include "Verbs.h"
 
 #include <Kelvar/BitBuf.h>
 
+#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <memory>
 
 namespace Vorn {
 
@@ -104,6 +108,23 @@ std::string decode( const DecodeArguments& arguments ) {
    const auto image = imageOf( arguments.image );
    requireAllFields( plan, image );
    return arguments.json ? jsonOf( plan, image ) : linesOf( plan, image );
+}
+
+Verb addDecode( CLI::App& commandLine ) {
+   CLI::App* const verb = commandLine.add_subcommand( "decode", "Print the fields of an image" );
+   const auto arguments = std::make_shared<DecodeArguments>();
+   addPair( *verb, arguments->pair );
+   verb->add_flag( "--json", arguments->json, "Print one JSON object" );
+   verb->add_option( "HEX", arguments->image, "The image as hexadecimal digits" )->required();
+   describe( *verb,
+             "The image is two digits for each byte, entry byte 0 first, in one or several pieces, "
+             "each with or without 0x before it. It has to reach to the end of the last field; "
+             "bytes behind the entry are not looked at. A tag is shown like any field and not "
+             "checked.\n\n"
+             "With --json the fields are in their declared order, else by offset.\n\n" +
+                chipTypesParagraph(),
+             "  vorn decode TcamActionTable --chip BCM88690_B0 4523010000000000" );
+   return { verb, [arguments]( Output& output ) { output.write( decode( *arguments ) ); } };
 }
 
 } // namespace Vorn

@@ -1,11 +1,17 @@
 // `vorn encode`: one entry image from fields on the command line.
-#include "Verbs.h"
+#include "Encode.h"
 
+#include "Arguments.h"
 #include "Entry.h"
 #include "Error.h"
 #include "Plan.h"
 #include "Text.h"
 #include "Values.h"
+#include "Verbs.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
 
 namespace Vorn {
 
@@ -55,6 +61,30 @@ std::string encode( const EncodeArguments& arguments ) {
    return text + "address: " + hexOf( address->schanAddress ) +
           "\naccessType: " + std::to_string( address->accessType ) +
           "\ndestBlock: " + std::to_string( address->destBlock ) + '\n';
+}
+
+Verb addEncode( CLI::App& commandLine ) {
+   CLI::App* const verb = commandLine.add_subcommand( "encode", "Compose the image of one entry" );
+   const auto arguments = std::make_shared<EncodeArguments>();
+   addPair( *verb, arguments->pair );
+   verb->add_option( "--entry", arguments->entry, "Entry of the table, 0 if not given" )
+      ->type_name( "N" );
+   verb->add_option( "--array", arguments->array, "Array element, 0 if not given" )
+      ->type_name( "N" );
+   verb
+      ->add_option( "--identifier", arguments->identifier,
+                    "Instance of the memory, 0 if not given" )
+      ->type_name( "N" );
+   verb->add_option( "field=value", arguments->fields,
+                     "Fields to set; a value is decimal, or hexadecimal after 0x" );
+   describe( *verb,
+             "Prints the image as bytes, entry byte 0 first, and as 32-bit words, and the entry's "
+             "address. Fields that are not given are 0, but for the tag. Fields are written in the "
+             "given order; where two overlap the later one wins.\n\n" +
+                chipTypesParagraph(),
+             "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 --array 2 --identifier 1 "
+             "action=0x12345" );
+   return { verb, [arguments]( Output& output ) { output.write( encode( *arguments ) ); } };
 }
 
 } // namespace Vorn

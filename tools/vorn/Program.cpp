@@ -1,15 +1,18 @@
 // `vorn program`: JSON lines that name entries and fields into JSON lines with image and address.
-#include "Verbs.h"
-
+#include "Arguments.h"
 #include "Entry.h"
 #include "Error.h"
 #include "Plan.h"
 #include "Record.h"
 #include "Text.h"
 #include "Values.h"
+#include "Verbs.h"
+
+#include <CLI/CLI.hpp>
 
 #include <charconv>
 #include <map>
+#include <memory>
 #include <string_view>
 #include <tuple>
 
@@ -108,8 +111,8 @@ private:
    std::string line_;
 };
 
-} // namespace
-
+// Turns the lines of the file, or of standard input for "-", into lines of `output`. The lines
+// before a bad one are given to `output` before the Error is thrown.
 void program( const std::string& path, Output& output ) {
    Programmer programmer;
    LineReader reader( path, [&output] { output.flush(); } );
@@ -125,6 +128,29 @@ void program( const std::string& path, Output& output ) {
       }
       output.write( *made );
    }
+}
+
+} // namespace
+
+Verb addProgram( CLI::App& commandLine ) {
+   CLI::App* const verb = commandLine.add_subcommand( "program", "Compose images for JSON lines" );
+   const auto path = std::make_shared<std::string>();
+   verb->add_option( "FILE", *path, "File of JSON lines, - for standard input" )->required();
+   describe( *verb,
+             "Reads a JSON object from each line that is not blank: \"table\", \"chip\" (name or "
+             "number), \"variant\", \"entry\", \"array\", \"identifier\" (0 if not given) and "
+             "\"fields\", an object of field names and values. A value is a number, or a string in "
+             "decimal or in hexadecimal after 0x, which may have any width. Fields are written in "
+             "the order of the line; where two overlap the later one wins.\n\n"
+             "Prints for each a JSON object in one line, with the image as bytes in hexadecimal, "
+             "entry byte 0 first, and the address; \"address\", \"accessType\" and \"destBlock\" "
+             "are null where there is no address.\n\n"
+             "A bad line ends the program with exit status 1. The lines before it have been "
+             "printed then, and nothing of the bad line or of any after it. A line holds at most " +
+                std::to_string( LineReader::longestLine ) + " bytes.",
+             "  echo '{\"table\":\"TcamActionTable\",\"chip\":\"BCM88690_B0\",\"entry\":5,"
+             "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -" );
+   return { verb, [path]( Output& output ) { program( *path, output ); } };
 }
 
 } // namespace Vorn

@@ -1,10 +1,12 @@
 // `vorn tables`: what the registry holds.
-#include "Verbs.h"
-
+#include "Arguments.h"
 #include "Chips.h"
 #include "Text.h"
+#include "Verbs.h"
 
 #include <Hardware/Registry.h>
+
+#include <CLI/CLI.hpp>
 
 #include <set>
 
@@ -41,8 +43,6 @@ std::vector<std::string> rowOf( std::string_view table ) {
             textOf( pairs ) };
 }
 
-} // namespace
-
 std::string tables() {
    std::vector<std::vector<std::string>> rows{ { "name", "kind", "fields", "words", "entries",
                                                  "chip types: variants" } };
@@ -52,6 +52,20 @@ std::string tables() {
    constexpr Align columns[] = { Align::left, Align::left, Align::right,
                                  Align::left, Align::left, Align::left };
    return columnsOf( columns, rows );
+}
+
+} // namespace
+
+Verb addTables( CLI::App& commandLine ) {
+   CLI::App* const verb = commandLine.add_subcommand( "tables", "List the tables and registers" );
+   describe( *verb,
+             "Prints a line for each table or register after a line of headings: its name and "
+             "kind, how many fields it has, its width in 32-bit words and its number of entries "
+             "(each as a list where chip types differ), and the numbers of its chip types with "
+             "their variants.\n\n" +
+                chipTypesParagraph(),
+             "  vorn tables" );
+   return { verb, []( Output& output ) { output.write( tables() ); } };
 }
 
 } // namespace Vorn

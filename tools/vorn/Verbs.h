@@ -1,39 +1,28 @@
-// The four verbs. Each fails with an Error, before anything of the failing part is written.
+// The verbs: what each takes on the command line, and what it does with it.
 #pragma once
 
 #include "Io.h"
-#include "Plan.h"
 
-#include <string>
-#include <vector>
+#include <functional>
+
+namespace CLI {
+class App;
+}
 
 namespace Vorn {
 
-// The lines of `vorn tables`.
-std::string tables();
+struct Verb {
+   CLI::App* app; // its part of the command line
 
-struct EncodeArguments {
-   PairText pair;
-   std::string entry = "0";
-   std::string array = "0";
-   std::string identifier = "0";
-   std::vector<std::string> fields; // "name=value"
+   // Does it, with what parsing has left in the verb's arguments. Fails with an Error, before
+   // anything of the failing part is given to the output.
+   std::function<void( Output& output )> run;
 };
 
-// The lines of `vorn encode`.
-std::string encode( const EncodeArguments& arguments );
-
-struct DecodeArguments {
-   PairText pair;
-   std::vector<std::string> image; // hexadecimal digits, in any number of pieces
-   bool json = false;
-};
-
-// The lines of `vorn decode`.
-std::string decode( const DecodeArguments& arguments );
-
-// Turns the lines of the file, or of standard input for "-", into lines of `output`. The lines
-// before a bad one are given to `output` before the Error is thrown.
-void program( const std::string& path, Output& output );
+// Each adds a verb to the command line; its arguments live as long as its `run`.
+Verb addTables( CLI::App& commandLine );
+Verb addEncode( CLI::App& commandLine );
+Verb addDecode( CLI::App& commandLine );
+Verb addProgram( CLI::App& commandLine );
 
 } // namespace Vorn
