@@ -17,6 +17,7 @@ inline constexpr unsigned identifierLimit = 369;
 // Names are those of the field catalogue, found by the identifier.
 struct FieldData {
    U16 identifier;
+   U16 line;
    ValueType type;
    bool readOnly;
 };
@@ -44,7 +45,8 @@ constexpr std::array<FieldData, Fields> fieldDataOf( const Declaration ( &declar
    std::array<FieldData, Fields> fields{};
    for( std::size_t field = 0; field < Fields; ++field ) {
       const Declaration& declaration = declarations[field];
-      fields[field] = { declaration.identifier, declaration.type, declaration.readOnly };
+      fields[field] = { declaration.identifier, declaration.line, declaration.type,
+                        declaration.readOnly };
    }
    return fields;
 }

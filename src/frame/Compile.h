@@ -24,6 +24,7 @@ struct Declaration {
    U16 identifier;
    ValueType type;
    bool readOnly;
+   U16 line = 0; // of its accessors' sites
 };
 
 enum class Flaw : U8 {

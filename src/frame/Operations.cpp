@@ -33,12 +33,6 @@ int valueSizeOf( const ClassData& data, Site site ) {
 
 } // namespace
 
-U64 getByRules( State state, const ClassData& data, Site site ) {
-   U64 value = 0;
-   getByRules( state, data, site, reinterpret_cast<U8*>( &value ) );
-   return value;
-}
-
 void getByRules( State state, const ClassData& data, Site site, U8* value ) {
    const Cell cell = checkedCellInBuffer( state, data, site );
    getBuf( state.buf, state.len, value, valueSizeOf( data, site ), cell.width, cell.offset );
@@ -81,30 +75,73 @@ bool validByRules( State state, const ClassData& data, Site site ) {
    return cellOf( data, site.field, state.chipType, state.variant ).present();
 }
 
-Found findField( const ClassData& data, U32 fieldId, State state ) {
-   const unsigned field = fieldId < identifierLimit ? data.fieldOf[fieldId] : noField;
+namespace {
+
+// The number of an identifier's field, noField if it isn't the class's.
+unsigned fieldOf( const ClassData& data, U32 fieldId ) {
+   return fieldId < identifierLimit ? data.fieldOf[fieldId] : noField;
+}
+
+// Where the view has the field of an identifier; an absent cell if it doesn't.
+Cell cellOfIdentifier( const ClassData& data, U32 fieldId, State state ) {
+   const unsigned field = fieldOf( data, fieldId );
+   return field == noField ? absent : cellOf( data, field, state.chipType, state.variant );
+}
+
+// The site of the field's own accessor.
+Site accessorOf( const ClassData& data, Operation operation, unsigned field ) {
+   return siteOf( operation, data.fields[field].line, static_cast<U8>( field ) );
+}
+
+[[gnu::cold]] U16 fieldOffsetByRules( const ClassData& data, Site site, U32 fieldId, State state ) {
+   traceView( data, site, state );
+   const unsigned field = fieldOf( data, fieldId );
    if( field == noField ) {
-      return { noField, absent };
+      fail( data, site, "false" );
    }
-   return { field, cellOf( data, field, state.chipType, state.variant ) };
+   return offsetByRules( state, data, accessorOf( data, Operation::offset, field ) );
+}
+
+} // namespace
+
+void setField64ByRules( const ClassData& data, Site site, U32 fieldId, U64 value, State state ) {
+   traceView( data, site, state );
+   const unsigned field = fieldOf( data, fieldId );
+   if( field == noField || data.fields[field].readOnly ||
+       data.fields[field].type > ValueType::u64 ) {
+      fail( data, site, "false" );
+   }
+   setByRules( state, data, accessorOf( data, Operation::set, field ),
+               value & maximumOf( bitsOf( data.fields[field].type ) ) );
 }
 
 U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state ) {
    traceView( data, site, state );
-   const Found found = findField( data, fieldId, state );
-   if( found.field == noField ) [[unlikely]] {
+   const unsigned field = fieldOf( data, fieldId );
+   if( field == noField ) [[unlikely]] {
       fail( data, site, "false" );
    }
-   return found.cell.width;
+   return cellOf( data, field, state.chipType, state.variant ).width;
+}
+
+U16 fieldOffset( const ClassData& data, Site site, U32 fieldId, State state ) {
+   const unsigned field = fieldOf( data, fieldId );
+   if( field != noField && !tracedInView() ) [[likely]] {
+      const Cell cell = cellOf( data, field, state.chipType, state.variant );
+      if( cell.present() ) [[likely]] {
+         return cell.offset;
+      }
+   }
+   return fieldOffsetByRules( data, site, fieldId, state );
 }
 
 bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state ) {
    traceView( data, site, state );
-   return findField( data, fieldId, state ).cell.present();
+   return cellOfIdentifier( data, fieldId, state ).present();
 }
 
 const Kind& tracedKind( const ClassData& data, Site site, U32 chipType, U8 variant ) {
-   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
+   if( traced() ) [[unlikely]] {
       traceStatic( data, site, chipType, variant );
    }
    return checkedKind( data, site, chipType, variant );
@@ -124,7 +161,7 @@ bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType, U8 
    const auto [tableEntry, arrayIndex, identifier] = place;
    const Kind& kind = kindOf( data, chipType, variant );
    if( kind.format == noFormat ) [[unlikely]] {
-      if( !quiet( Level::failure ) ) {
+      if( enabled( Level::failure ) ) {
          traceNoAddress( data, site, chipType, variant );
       }
       return false;
@@ -155,7 +192,7 @@ void construct( const ClassData& data, Site site, State state ) {
    if( kindOf( data, state.chipType, state.variant ).format == noFormat ) [[unlikely]] {
       failConstruction( data, site, state.chipType, state.variant );
    }
-   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
+   if( traced() ) [[unlikely]] {
       traceConstruction( data, site, state.chipType, state.variant );
    }
 }
@@ -182,7 +219,7 @@ void handleTag( const ClassData& data, Site site, State state, bool existingEntr
 
 bool holdsByRules( const ClassData& data, Site site, Hardware::ChipType chipType, const U8* buf,
                    U16 len, U8 variant ) {
-   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
+   if( traced() ) [[unlikely]] {
       traceDiscriminator( data, site, chipType );
    }
    if( chipType >= chipLimit || ( data.chips >> chipType & 1 ) == 0 ) {

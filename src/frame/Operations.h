@@ -21,8 +21,7 @@ struct State {
 };
 
 // An accessor's whole contract, whatever the class: trace, place, length, bound, primitive. A
-// narrow value is passed as a U64, a wide one as its bytes.
-[[gnu::cold]] U64 getByRules( State state, const ClassData& data, Site site );
+// narrow value is set as a U64; otherwise a value is its bytes.
 [[gnu::cold]] void getByRules( State state, const ClassData& data, Site site, U8* value );
 [[gnu::cold]] void setByRules( State state, const ClassData& data, Site site, U64 value );
 [[gnu::cold]] void setByRules( State state, const ClassData& data, Site site, const U8* value );
@@ -85,7 +84,7 @@ template<class C, U8 field, class Act>
 // The same for a view, if nothing is to be traced.
 template<class C, U8 field, class Act>
 [[gnu::always_inline]] inline bool quickly( State state, const Act& act ) {
-   if( !surelyQuiet( Level::call ) ) [[unlikely]] {
+   if( tracedInView() ) [[unlikely]] {
       return false;
    }
    const unsigned pair = pairOf( state.chipType, state.variant );
@@ -110,27 +109,41 @@ constexpr Value ones() {
    }
 }
 
+template<class Value>
+[[gnu::cold, gnu::noinline]] Value valueByRules( State state, const ClassData& data, Site site ) {
+   Value value{};
+   getByRules( state, data, site, reinterpret_cast<U8*>( &value ) );
+   return value;
+}
+
+// Clears the 64-bit words of a value from this one on; the ones before it will be written whole.
+template<unsigned first, class Value>
+[[gnu::always_inline]] inline void clearFrom( Value& value ) {
+   if constexpr( std::is_integral_v<Value> ) {
+      value = 0;
+   } else {
+      for( unsigned word = first; word < Value::wordCount; ++word ) {
+         value.wordIs( word, 0 );
+      }
+   }
+}
+
 template<class C, Site site, class Value>
 [[gnu::always_inline]] inline Value get( State state ) {
-   Value value{};
+   Value value;
    const bool done = quickly<C, site.field>( state, [&]<Place place>() {
       if( !quickLength<C>( state.len, place ) ) [[unlikely]] {
          return false;
       }
+      clearFrom<place.width / 64>( value );
       getBuf( state.buf, state.len, reinterpret_cast<U8*>( &value ),
               static_cast<int>( sizeof( Value ) ), place.width, place.offset );
       return true;
    } );
-   if( done ) [[likely]] {
-      return value;
+   if( !done ) [[unlikely]] {
+      value = valueByRules<Value>( state, C::data(), site );
    }
-   if constexpr( std::is_integral_v<Value> ) {
-      return static_cast<Value>( getByRules( state, C::data(), site ) );
-   } else {
-      value = {};
-      getByRules( state, C::data(), site, value.bytes() );
-      return value;
-   }
+   return value;
 }
 
 template<class C, Place place, class Value>
@@ -213,38 +226,25 @@ template<class C, Site site>
 }
 
 [[gnu::always_inline]] inline void traceView( const ClassData& data, Site site, State state ) {
-   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
+   if( tracedInView() ) [[unlikely]] {
       traceCall( data, site, state.chipType, state.variant );
    }
 }
 
 [[gnu::always_inline]] inline void traceNamed( const ClassData& data, Site site, State state,
                                                const Oru::String& fieldName ) {
-   if( !surelyQuiet( Level::call ) && !quiet( Level::call ) ) [[unlikely]] {
+   if( tracedInView() ) [[unlikely]] {
       traceNamed( data, site, state.chipType, state.variant, fieldName );
    }
 }
 
-// By identifier: an absent cell where the pair lacks the field; `field` is noField where the
-// identifier isn't the class's.
-struct Found {
-   unsigned field;
-   Cell cell;
-};
-
-Found findField( const ClassData& data, U32 fieldId, State state );
-
+// By identifier. Without traces nobody can tell setField64 from the call of `<f>Is()`; this is for
+// the rest.
+[[gnu::cold]] void setField64ByRules( const ClassData& data, Site site, U32 fieldId, U64 value,
+                                      State state );
 U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state );
+U16 fieldOffset( const ClassData& data, Site site, U32 fieldId, State state );
 bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state );
-
-// Where the view has the field of an identifier, if nothing is to be traced and it has it.
-[[gnu::always_inline]] inline Cell quickCell( const ClassData& data, U32 fieldId, State state ) {
-   if( !surelyQuiet( Level::call ) || fieldId >= identifierLimit ||
-       data.fieldOf[fieldId] == noField ) [[unlikely]] {
-      return absent;
-   }
-   return cellOf( data, data.fieldOf[fieldId], state.chipType, state.variant );
-}
 
 // 64-bit word `index` of a wide value, 0 beyond it.
 template<class Value>
@@ -322,10 +322,61 @@ template<class C, Site site>
    return true;
 }
 
+// Calls `act` with the place and the value of each tag field of a pair of the class, as long as it
+// says true; false too where the pair isn't tagged in all of them.
+template<class C, class Act>
+[[gnu::always_inline]] inline bool everyTag( const Kind& kind, const Act& act ) {
+   if( kind.tagCount != C::tagFields.count ) [[unlikely]] {
+      return false;
+   }
+   return [&]<std::size_t... number>( std::index_sequence<number...> ) {
+      return ( inFormat<C, C::tagFields.fields[number]>( U64{ 1 } << kind.format,
+                                                         [&]<Place place>() {
+                                                            return act.template operator()<place>(
+                                                               kind.tag[number].value );
+                                                         } ) &&
+               ... );
+   }
+   ( std::make_index_sequence<C::tagFields.count>() );
+}
+
+template<Place place>
+[[gnu::always_inline]] inline bool holdsTag( const U8* buf, U16 len, U8 value ) {
+   U8 found = 0;
+   getBuf( buf, len, &found, 1, place.width, place.offset );
+   return found == value;
+}
+
 // The constructor behind the base's: checks the pair and traces it.
 void construct( const ClassData& data, Site site, State state );
 // Stamps the pair's tag into a fresh entry, verifies it in an existing one.
 void handleTag( const ClassData& data, Site site, State state, bool existingEntry );
+
+// Both in one, if the pair is valid and nothing is to be traced or will fail.
+template<class C>
+[[gnu::always_inline]] inline bool constructQuickly( State state, bool existingEntry ) {
+   const unsigned pair = pairOf( state.chipType, state.variant );
+   if( !surelyQuiet() || pair >= sizeof C::kindTable.of ) [[unlikely]] {
+      return false;
+   }
+   const Kind& kind = C::kinds[C::kindTable.of[pair]];
+   if( kind.format == noFormat ) [[unlikely]] {
+      return false;
+   }
+   if( kind.tagCount == 0 ) {
+      return true;
+   }
+   if( state.len < C::storageSize ) [[unlikely]] {
+      return false;
+   }
+   return everyTag<C>( kind, [&]<Place place>( U8 value ) {
+      if( existingEntry ) {
+         return holdsTag<place>( state.buf, state.len, value );
+      }
+      store<C, place>( state, value );
+      return true;
+   } );
+}
 
 // A class's discriminator: false only for a chip type that the class lacks, or a pair whose tag
 // the buffer doesn't hold.
@@ -337,23 +388,12 @@ template<class C, Site site>
 [[gnu::always_inline]] inline bool holds( Hardware::ChipType chipType, const U8* buf, U16 len,
                                           U8 variant ) {
    const unsigned pair = pairOf( chipType, variant );
-   if constexpr( C::tagFields.count != 0 ) {
-      if( surelyQuiet( Level::call ) && pair < sizeof C::formatTable.of ) [[likely]] {
-         const Kind& kind = C::kinds[C::kindTable.of[pair]];
-         if( kind.tagCount == C::tagFields.count && len >= C::storageSize ) [[likely]] {
-            const U64 formatBit = U64{ 1 } << kind.format;
-            return [&]<std::size_t... number>( std::index_sequence<number...> ) {
-               return ( inFormat<C, C::tagFields.fields[number]>(
-                           formatBit,
-                           [&]<Place place>() {
-                              U8 found = 0;
-                              getBuf( buf, len, &found, 1, place.width, place.offset );
-                              return found == kind.tag[number].value;
-                           } ) &&
-                        ... );
-            }
-            ( std::make_index_sequence<C::tagFields.count>() );
-         }
+   if( surelyQuiet() && pair < sizeof C::kindTable.of && len >= C::storageSize ) [[likely]] {
+      const Kind& kind = C::kinds[C::kindTable.of[pair]];
+      if( kind.tagCount != 0 && everyTag<C>( kind, [&]<Place place>( U8 value ) {
+             return holdsTag<place>( buf, len, value );
+          } ) ) {
+         return true;
       }
    }
    return holdsByRules( C::data(), site, chipType, buf, len, variant );

@@ -8,10 +8,10 @@ Oru::TraceHandle& _defaultTraceHandle() {
    return handle;
 }
 
-bool quiet( Level level ) {
+bool enabled( Level level ) {
    const Oru::TraceHandle& handle = _defaultTraceHandle();
    builtTraceHandle.store( &handle, std::memory_order_release );
-   return !handle.enabled( static_cast<Oru::TraceFacility::FacilityLevel>( level ) );
+   return enabled( handle, level );
 }
 
 namespace {
@@ -40,7 +40,7 @@ void traceNamed( const ClassData& data, Site site, U8 chipType, U8 variant,
                  const Oru::String& fieldName ) {
    write( data, Level::call, site, signatureOf( data, site ).c_str() );
    // Each line asks on its own: the sink may have switched the level off.
-   if( !quiet( Level::call ) ) {
+   if( enabled( Level::call ) ) {
       write( data, Level::call, site, "chipType: ", chipType, " variant: ", variant,
              " fieldName: ", fieldName );
    }

@@ -18,19 +18,35 @@ inline constinit std::atomic<const Oru::TraceHandle*> builtTraceHandle{ nullptr 
 // Level 8: every operation. Level 0: a failed address lookup.
 enum class Level { failure = 0, call = 8 };
 
-// Whether the level is switched off. The first call in the process builds the handle.
-bool quiet( Level level );
+inline bool enabled( const Oru::TraceHandle& handle, Level level ) {
+   return handle.enabled( static_cast<Oru::TraceFacility::FacilityLevel>( level ) );
+}
 
-// The same without a call: false too as long as the handle isn't built.
-[[gnu::always_inline]] inline bool surelyQuiet( [[maybe_unused]] Level level ) {
+// Whether the level is switched on. The first call in the process builds the handle.
+bool enabled( Level level );
+
+// Whether an operation of a view writes its line. The view's construction has built the handle.
+[[gnu::always_inline]] inline bool tracedInView() {
 #ifdef VORN_WITHOUT_TRACES // only the benchmarks, to tell what the tests cost
+   return false;
+#else
+   return enabled( *builtTraceHandle.load( std::memory_order_acquire ), Level::call );
+#endif
+}
+
+// Whether an operation that may be the first of the process surely writes none, told without a
+// call.
+[[gnu::always_inline]] inline bool surelyQuiet() {
+#ifdef VORN_WITHOUT_TRACES
    return true;
 #else
    const Oru::TraceHandle* const handle = builtTraceHandle.load( std::memory_order_acquire );
-   return handle != nullptr &&
-          !handle->enabled( static_cast<Oru::TraceFacility::FacilityLevel>( level ) );
+   return handle != nullptr && !enabled( *handle, Level::call );
 #endif
 }
+
+// Whether such an operation writes its line.
+[[gnu::always_inline]] inline bool traced() { return !surelyQuiet() && enabled( Level::call ); }
 
 // "<signature> chipType: <number> variant: <number>"
 [[gnu::cold]] void traceCall( const ClassData& data, Site site, U8 chipType, U8 variant );

@@ -4,7 +4,6 @@
 
 #include <Hardware/Registry.h>
 
-#include <functional>
 #include <unordered_map>
 
 namespace Hardware {
@@ -37,11 +36,14 @@ struct Hash {
 };
 
 template<class Result>
-using Map = std::unordered_map<Oru::String, std::function<Result( Hardware::ChipType, U8 )>, Hash>;
+using Function = Result ( * )( Hardware::ChipType, U8 );
+
+template<class Result>
+using Map = std::unordered_map<Oru::String, Function<Result>, Hash>;
 
 // A map from each name to one function of its class.
 template<class Result>
-Map<Result> mapOf( Result ( *Frame::ClassData::*function )( Hardware::ChipType, U8 ) ) {
+Map<Result> mapOf( Function<Result> Frame::ClassData::*function ) {
    Map<Result> map;
    for( const Frame::ClassData* const data : classes ) {
       map.emplace( Oru::String( data->name ), data->*function );
@@ -50,8 +52,8 @@ Map<Result> mapOf( Result ( *Frame::ClassData::*function )( Hardware::ChipType, 
 }
 
 template<class Result>
-const std::function<Result( Hardware::ChipType, U8 )>&
-find( const Map<Result>& objMap, const Oru::String& name, int line, const char* signature ) {
+Function<Result> find( const Map<Result>& objMap, const Oru::String& name, int line,
+                       const char* signature ) {
    const auto objMapIter = objMap.find( name );
    if( objMapIter == objMap.end() ) {
       Frame::failWithMessage(

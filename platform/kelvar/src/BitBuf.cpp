@@ -232,6 +232,14 @@ void narrowBitsIs( U8* dst, int dstLen, U64 bits, int width, int offset ) {
    insert( dst, dstLen, reinterpret_cast<const U8*>( &bits ), sizeof( bits ), width, offset );
 }
 
+void maskBufGeneral( const U32* src, int srcWords, U32* dst, int dstWords, const U32* mask,
+                     int maskWords ) {
+   require( srcWords >= 0, "srcWords >= 0", maskBufSignature );
+   require( srcWords == dstWords, "srcWords == dstWords", maskBufSignature );
+   require( srcWords == maskWords, "srcWords == maskWords", maskBufSignature );
+   Kelvar::maskWords( src, dst, mask, srcWords );
+}
+
 } // namespace Kelvar
 
 void getBuf( const U8* src, int srcLen, U8* value, int valueLen, int width, int offset ) {
@@ -244,19 +252,5 @@ void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, int width, int 
 
 void maskBuf( const U32* src, int srcWords, U32* dst, int dstWords, const U32* mask,
               int maskWords ) {
-   require( srcWords >= 0, "srcWords >= 0", maskBufSignature );
-   require( srcWords == dstWords, "srcWords == dstWords", maskBufSignature );
-   require( srcWords == maskWords, "srcWords == maskWords", maskBufSignature );
-   // As bytes: an entry image need not be aligned like a U32.
-   const auto* __restrict from = reinterpret_cast<const U8*>( src );
-   const auto* __restrict through = reinterpret_cast<const U8*>( mask );
-   auto* __restrict to = reinterpret_cast<U8*>( dst );
-   const long bytes = 4L * srcWords;
-   long at = 0;
-   for( ; at + 8 <= bytes; at += 8 ) {
-      store<U64>( to + at, load<U64>( from + at ) & load<U64>( through + at ) );
-   }
-   if( at < bytes ) {
-      store<U32>( to + at, load<U32>( from + at ) & load<U32>( through + at ) );
-   }
+   Kelvar::maskBufGeneral( src, srcWords, dst, dstWords, mask, maskWords );
 }

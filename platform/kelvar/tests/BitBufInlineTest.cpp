@@ -247,4 +247,30 @@ TEST( BitBufInline, NeighboursKeepTheirValues ) {
    }
 }
 
+// The counts are constants, and one is odd.
+template<int words>
+void masksEachWord() {
+   std::array<U32, words> source;
+   std::array<U32, words> mask;
+   std::array<U32, words + 1> output;
+   output.fill( 0xa5a5a5a5 );
+   for( int word = 0; word < words; ++word ) {
+      const auto index = static_cast<std::size_t>( word );
+      source[index] = 0xffff0000u + static_cast<U32>( word );
+      mask[index] = 0x00ffff0fu << word % 3;
+   }
+   maskBuf( source.data(), words, output.data(), words, mask.data(), words );
+   for( std::size_t word = 0; word < words; ++word ) {
+      EXPECT_EQ( output[word], source[word] & mask[word] ) << word << " of " << words;
+   }
+   EXPECT_EQ( output[words], 0xa5a5a5a5 );
+}
+
+TEST( BitBufInline, MaskOfConstantCounts ) {
+   masksEachWord<1>();
+   masksEachWord<2>();
+   masksEachWord<3>();
+   masksEachWord<20>();
+}
+
 } // namespace

@@ -1,21 +1,14 @@
 // Hash and output of the run-time's string.
 #include <Oru/String.h>
 
-#include <cstdint>
+#include <functional>
 #include <ostream>
 
 namespace Oru {
 
 namespace Impl {
 
-std::size_t StringData<char>::hash() const {
-   std::uint64_t hash = 0xcbf29ce484222325u;
-   for( const char character : text_ ) {
-      hash ^= static_cast<unsigned char>( character );
-      hash *= 0x100000001b3u;
-   }
-   return hash;
-}
+std::size_t StringData<char>::hash() const { return std::hash<std::string_view>()( text_ ); }
 
 } // namespace Impl
 

@@ -26,11 +26,13 @@ KELVAR_API void maskBuf( const U32* src, int srcWords, U32* dst, int dstWords, c
 
 namespace Kelvar {
 
-// getBuf and setBuf once more, under names that the inline definitions below can call.
+// The three once more, under names that the inline definitions below can call.
 KELVAR_API void getBufGeneral( const U8* src, int srcLen, U8* value, int valueLen, int width,
                                int offset );
 KELVAR_API void setBufGeneral( U8* dst, int dstLen, const U8* value, int valueLen, int width,
                                int offset );
+KELVAR_API void maskBufGeneral( const U32* src, int srcWords, U32* dst, int dstWords,
+                                const U32* mask, int maskWords );
 
 // The same for a field of 64 bits or less by value: the rare road of a field that ends in a partial
 // word of its image. Cold, so that the compiler keeps the calls out of the way.
@@ -41,13 +43,7 @@ KELVAR_API void narrowBitsIs( U8* dst, int dstLen, U64 bits, int width, int offs
 
 } // namespace Kelvar
 
-#ifndef KELVAR_BITBUF_WITHOUT_INLINE
-
 static_assert( __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "images are read as native words" );
-
-// GNU's inline: such a definition is used for inlining alone. Whoever takes the address of the
-// function, or doesn't inline, gets the exported one.
-#define KELVAR_INLINE extern inline __attribute__( ( gnu_inline, always_inline ) )
 
 namespace Kelvar {
 
@@ -166,7 +162,30 @@ __attribute__( ( always_inline ) ) inline void wideBitsAre( U8* dst, const U8* v
    }
 }
 
+// As bytes: an entry image need not be aligned like a U32.
+__attribute__( ( always_inline ) ) inline void maskWords( const U32* src, U32* dst, const U32* mask,
+                                                          int words ) {
+   const auto* __restrict from = reinterpret_cast<const U8*>( src );
+   const auto* __restrict through = reinterpret_cast<const U8*>( mask );
+   auto* __restrict to = reinterpret_cast<U8*>( dst );
+   const long bytes = 4L * words;
+   long at = 0;
+   for( ; at + 8 <= bytes; at += 8 ) {
+      wordAtIs( to, at, wordAt( from, at ) & wordAt( through, at ) );
+   }
+   if( at < bytes ) {
+      const U64 half = halfWordAt( from, at ) & halfWordAt( through, at );
+      std::memcpy( to + at, &half, sizeof( U32 ) );
+   }
+}
+
 } // namespace Kelvar
+
+#ifndef KELVAR_BITBUF_WITHOUT_INLINE
+
+// GNU's inline: such a definition is used for inlining alone. Whoever takes the address of the
+// function, or doesn't inline, gets the exported one.
+#define KELVAR_INLINE extern inline __attribute__( ( gnu_inline, always_inline ) )
 
 KELVAR_INLINE void getBuf( const U8* src, int srcLen, U8* value, int valueLen, int width,
                            int offset ) {
@@ -254,6 +273,16 @@ KELVAR_INLINE void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, i
       half = ( half & ~static_cast<U32>( lastMask ) ) | static_cast<U32>( lastBits );
       std::memcpy( dst + place.last, &half, sizeof( U32 ) );
    }
+}
+
+KELVAR_INLINE void maskBuf( const U32* src, int srcWords, U32* dst, int dstWords, const U32* mask,
+                            int maskWords ) {
+   if( !( __builtin_constant_p( srcWords ) && srcWords >= 0 && srcWords == dstWords &&
+          srcWords == maskWords ) ) {
+      Kelvar::maskBufGeneral( src, srcWords, dst, dstWords, mask, maskWords );
+      return;
+   }
+   Kelvar::maskWords( src, dst, mask, srcWords );
 }
 
 #undef KELVAR_INLINE

@@ -24,7 +24,7 @@ public:
 
    std::string_view view() const { return text_; }
 
-   // A 64-bit FNV-1a hash of the characters.
+   // A 64-bit hash of the characters.
    std::size_t hash() const;
 
 private:
