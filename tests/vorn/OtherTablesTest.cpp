@@ -91,7 +91,7 @@ TEST( OtherTables, wideFields ) {
       << decoded.out;
 
    expectRefused( { "program", "-" },
-                  "<stdin>:1: value 0x1" + std::string( 57, '0' ) +
+                  "<stdin>:1:61: value 0x1" + std::string( 57, '0' ) +
                      "... of field tcamCpuCmdDi is too large; its 328 bits in TcamBankTable on "
                      "BCM88690_B0 hold at most 2^328 - 1",
                   line + "1" + std::string( 82, '0' ) + "\"}}" );

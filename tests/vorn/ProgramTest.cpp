@@ -42,9 +42,30 @@ void expectMade( const std::string& input, const std::string& output ) {
    EXPECT_EQ( outcome.status, 0 );
 }
 
-void expectBad( const std::string& input, const std::string& message ) {
-   Testing::expectRefused( { "program", "-" }, "<stdin>:1: " + message, input );
+// A caret stands in the input before what is wrong, and is taken out.
+struct BadLine {
+   std::string input;
+   std::string message;
+};
+
+void expectBad( const BadLine& bad ) {
+   std::string input = bad.input;
+   const auto column = input.find( '^' );
+   ASSERT_NE( column, std::string::npos ) << input;
+   input.erase( column, 1 );
+   Testing::expectRefused(
+      { "program", "-" }, "<stdin>:1:" + std::to_string( column + 1 ) + ": " + bad.message, input );
 }
+
+// A line for LifTable, whose entries carry a tag.
+std::string lif( const std::string& variant, const std::string& fields,
+                 const std::string& more = "" ) {
+   return R"({"table":"LifTable","chip":10,"variant":)" + variant + R"(,"fields":{)" + fields +
+          "}" + more + "}\n";
+}
+
+// An image of LifTable with the tag of variant 3, 0x25 in 6 bits from bit 174.
+const std::string lifImage = std::string( 42, '0' ) + "4009" + std::string( 114, '0' );
 
 class TemporaryFile {
 public:
@@ -140,9 +161,10 @@ TEST( Program, theLinesBeforeABadOneArePrinted ) {
                              line( "2", "4" ) );
    const auto outcome = vorn( { "program", file.path() } );
    EXPECT_EQ( outcome.out, madeOnChip2( "01000000" ) + madeOnChip2( "02000000" ) );
-   EXPECT_EQ( outcome.err, file.path() + ":4: value 1048576 of field action is too large; its 20 "
-                                         "bits in TcamActionTable on BCM88650_B0 hold at most "
-                                         "0xfffff\n" );
+   EXPECT_EQ( outcome.err, file.path() +
+                              ":4:56: value 1048576 of field action is too large; its 20 "
+                              "bits in TcamActionTable on BCM88650_B0 hold at most "
+                              "0xfffff\n" );
    EXPECT_EQ( outcome.status, 1 );
 }
 
@@ -159,116 +181,328 @@ TEST( Program, aFullDeviceIsAnError ) {
 }
 
 TEST( Program, aLineWithoutEnd ) {
-   expectBad( std::string( ( 1 << 20 ) + 1, ' ' ), "the line is longer than 1048576 bytes" );
+   Testing::expectRefused( { "program", "-" }, "<stdin>:1: the line is longer than 1048576 bytes",
+                           std::string( ( 1 << 20 ) + 1, ' ' ) );
    expectMade( std::string( 1 << 20, ' ' ), "" );
 }
 
+TEST( Program, notations ) {
+   for( const auto value :
+        { R"("0b1111_1111_1111_1111_1111")", R"("0xf_ffff")", R"("1_048_575")", R"("mask")",
+          R"("0.15.255.255")", R"("::f:ffff")", R"("00:00:00:0f:ff:ff")", R"("00-00-00-0f-ff-ff")",
+          R"("0000.000f.ffff")" } ) {
+      expectMade( line( "2", value ), madeOnChip2( "ffff0f00" ) );
+   }
+   expectMade( line( "2", "\"mask\"" ) + line( "2", "\"5\"" ) + line( "2", "7" ),
+               madeOnChip2( "ffff0f00" ) + madeOnChip2( "05000000" ) + madeOnChip2( "07000000" ) );
+}
+
+TEST( Program, fromAnImage ) {
+   const std::string begin = R"({"table":"TcamActionTable","chip":2,"from":")";
+   // Bits 20 to 31 are outside of the field.
+   expectMade( begin + R"(ffffffff","fields":{"action":"0x12345"}})", madeOnChip2( "4523f1ff" ) );
+   expectMade( begin + R"(0x87654321","fields":{}})", madeOnChip2( "21436587" ) );
+   expectMade( R"({"table":"TcamActionTable","chip":2,"fields":{"action":0},"from":"ff ff ff ff"})"
+               "\n" +
+                  line( "2", "1" ),
+               madeOnChip2( "0000f0ff" ) + madeOnChip2( "01000000" ) );
+   const auto made = vorn( { "program", "--output", "bytes", "-" },
+                           lif( "3", "", R"(,"from":")" + lifImage + '"' ) );
+   EXPECT_EQ( made.out, lifImage + '\n' );
+   EXPECT_EQ( made.err, "" );
+}
+
+TEST( Program, anImageALine ) {
+   const std::string input = line( "2", "1" ) + "\n" + line( "10", "74565" ) + line( "2", "2" );
+   EXPECT_EQ( vorn( { "program", "--output", "bytes", "-" }, input ).out,
+              "01000000\n4523010000000000\n02000000\n" );
+   EXPECT_EQ( vorn( { "program", "-", "--output=words" }, input ).out,
+              "0x00000001\n0x00012345 0x00000000\n0x00000002\n" );
+   EXPECT_EQ( vorn( { "program", "-", "--output=json" }, input ).out,
+              vorn( { "program", "-" }, input ).out );
+   const auto outcome = vorn( { "program", "-", "--output", "text" }, input );
+   EXPECT_TRUE( outcome.err.starts_with(
+      "vorn: --output: unknown form \"text\"; allowed: json, bytes, words" ) )
+      << outcome.err;
+   EXPECT_EQ( outcome.status, 2 );
+}
+
+TEST( Program, linesAndColumns ) {
+   const auto placeOf = []( const std::string& input ) {
+      const auto outcome = vorn( { "program", "-" }, input );
+      return outcome.err.substr( 0, outcome.err.find( ": " ) );
+   };
+   EXPECT_EQ( placeOf( "x" ), "<stdin>:1:1" );
+   EXPECT_EQ( placeOf( "\n\n\t x" ), "<stdin>:3:3" );
+   EXPECT_EQ( placeOf( "\r\n" + line( "2", "1" ) + " \r\n{\r\n" ), "<stdin>:4:3" );
+   // Columns count characters, of whatever length.
+   EXPECT_EQ( placeOf( "{\"t\u00e9\u20ac\":1}" ), "<stdin>:1:2" );
+   EXPECT_EQ( placeOf( "{\"table\":\"\u00e9\u20ac\U0001f600\",\"chip\":true}" ), "<stdin>:1:23" );
+   // An escaped quote doesn't end a name.
+   EXPECT_EQ( placeOf( R"({"table":"a\"b\\","chip":true})" ), "<stdin>:1:26" );
+   EXPECT_EQ( placeOf( "\xef\xbb\xbf{\"chip\":true}" ), "<stdin>:1:10" );
+}
+
 TEST( Program, whatIsNotJson ) {
-   expectBad( "action", "not valid JSON at column 1: syntax error while parsing value - invalid "
-                        "literal; last read: 'a'" );
-   expectBad( R"({"table":"TcamActionTable","chip":2)",
-              "not valid JSON at column 36: syntax error while parsing object - unexpected end of "
-              "input; expected '}'" );
-   expectBad( "{} {}", "missing key \"table\"; every line needs table, chip and fields" );
-   expectBad( R"({"table":"TcamActionTable","chip":2,"fields":{}} {})",
-              "not valid JSON at column 50: syntax error while parsing value - unexpected '{'; "
-              "expected end of input" );
-   expectBad( line( "2", "01" ), "not valid JSON at column 57: syntax error while parsing object - "
-                                 "unexpected number literal; expected '}'" );
-   expectBad( R"({"table":"TcamActionTable","chip":2,"fields":{}})" + std::string( 1, '\0' ) + "x",
-              "not valid JSON: the line holds a zero byte" );
+   const std::string start = R"({"table":"TcamActionTable","chip":2)";
+   const BadLine lines[] = {
+      { "^action", "not valid JSON: invalid literal" },
+      { "^// all ports", "not valid JSON: invalid literal" },
+      { "^'table'", "not valid JSON: invalid literal" },
+      { "^}", "not valid JSON: unexpected '}'; expected '[', '{', or a literal" },
+      { start + "^", "not valid JSON: unexpected end of input; expected '}'" },
+      { start + ",^", "not valid JSON: unexpected end of input; expected string literal" },
+      { start + ",^}", "not valid JSON: unexpected '}'; expected string literal" },
+      { start + R"( ^"fields":{}})", "not valid JSON: unexpected string literal; expected '}'" },
+      { start + R"(,"fields" ^{}})", "not valid JSON: unexpected '{'; expected ':'" },
+      { start + R"(,"fields":^})",
+        "not valid JSON: unexpected '}'; expected '[', '{', or a literal" },
+      { start + R"(,^fields:{}})", "not valid JSON: invalid literal" },
+      { start + R"(,"fields":{}}^})", "not valid JSON: unexpected '}'; expected end of input" },
+      { start + R"(,"fields":{}} ^{})", "not valid JSON: unexpected '{'; expected end of input" },
+      { start + R"(,"fields":{"action":1,^}})",
+        "not valid JSON: unexpected '}'; expected string literal" },
+      { start + R"(,"fields":{"action":^}})",
+        "not valid JSON: unexpected '}'; expected '[', '{', or a literal" },
+      { start + R"(,"variant":^tru})", "not valid JSON: invalid literal" },
+      { start + R"(,"variant":^tru)", "not valid JSON: invalid literal" },
+      { start + R"(,"variant":^nul,"entry":1})", "not valid JSON: invalid literal" },
+      { start + R"(,"variant":^1.})", "not valid JSON: invalid number; expected digit after '.'" },
+      { start + R"(,"variant":^-})", "not valid JSON: invalid number; expected digit after '-'" },
+      { start + R"(,"variant":^+1})", "not valid JSON: invalid literal" },
+      { line( "2", "^01" ), "not valid JSON: unexpected number literal; expected '}'" },
+      { line( "2", "^0x10" ),
+        "not valid JSON: invalid literal; all values but decimal numbers stand in quotes" },
+      { line( "2", "^mask" ),
+        "not valid JSON: invalid literal; all values but decimal numbers stand in quotes" },
+      { line( "2", "^1_000" ),
+        "not valid JSON: invalid literal; all values but decimal numbers stand in quotes" },
+      { line( "2", "\"1^" ).substr( 0, 58 ),
+        "not valid JSON: invalid string: missing closing quote" },
+      { R"({"table":"a^)"
+        "\t"
+        R"("})",
+        "not valid JSON: invalid string: control character U+0009 (HT) must be escaped to \\u0009 "
+        "or \\t" },
+      { R"({"table":"a\^q"})",
+        "not valid JSON: invalid string: forbidden character after backslash" },
+      { "{\"table\":\"a^\xff\"}", "not valid JSON: invalid string: ill-formed UTF-8 byte" },
+      { start + R"(,"fields":{}})" + "^" + std::string( 1, '\0' ) + "x",
+        "not valid JSON: the line holds a zero byte" },
+   };
+   for( const BadLine& bad : lines ) {
+      expectBad( bad );
+   }
 }
 
 TEST( Program, whatIsNotAnObject ) {
-   for( const auto& [text, kind] : { std::pair( "[]", "an array" ), std::pair( "5", "a number" ),
-                                     std::pair( "-5", "a number" ), std::pair( "0.5", "a number" ),
-                                     std::pair( "\"x\"", "a string" ), std::pair( "true", "true" ),
-                                     std::pair( "null", "null" ) } ) {
-      expectBad( text, std::string( "a line holds one JSON object, not " ) + kind );
+   for( const auto& [text, kind] :
+        { std::pair( "^[]", "an array" ), std::pair( "^5", "a number" ),
+          std::pair( "^-5", "a number" ), std::pair( " ^0.5", "a number" ),
+          std::pair( "^1e999", "a number" ), std::pair( "^\"x\"", "a string" ),
+          std::pair( "\t^true", "true" ), std::pair( "^false", "false" ),
+          std::pair( "^null", "null" ) } ) {
+      expectBad( { text, std::string( "a line holds one JSON object, not " ) + kind } );
    }
 }
 
 TEST( Program, keys ) {
-   expectBad( line( "2", "1", R"(,"entri":1)" ), "unknown key \"entri\"; did you mean entry?" );
-   expectBad(
-      line( "2", "1", R"(,"q":1)" ),
-      "unknown key \"q\"; allowed: table, chip, variant, entry, array, identifier, fields" );
-   expectBad( line( "2", "1", R"(,"chip":2)" ), "key \"chip\" is given twice" );
-   expectBad( line( "2", "1", R"(,"fields":{})" ), "key \"fields\" is given twice" );
-   expectBad( R"({"chip":2,"fields":{}})",
-              "missing key \"table\"; every line needs table, chip and fields" );
-   expectBad( R"({"table":"TcamActionTable","fields":{}})",
-              "missing key \"chip\"; every line needs table, chip and fields" );
-   expectBad( R"({"table":"TcamActionTable","chip":2})",
-              "missing key \"fields\"; every line needs table, chip and fields" );
+   const BadLine lines[] = {
+      { line( "2", "1", R"(,^"entri":1)" ), "unknown key \"entri\"; did you mean entry?" },
+      { line( "2", "1", R"(,^"Chip":2)" ), "unknown key \"Chip\"; did you mean chip?" },
+      { line( "2", "1", R"(,^"feilds":{})" ), "unknown key \"feilds\"; did you mean fields?" },
+      { line( "2", "1", R"(,^"form":"00")" ), "unknown key \"form\"; did you mean from?" },
+      { line( "2", "1", R"(,^"q":1)" ), "unknown key \"q\"; allowed: table, chip, variant, entry, "
+                                        "array, identifier, from, fields" },
+      { line( "2", "1", R"(,^"chip":2)" ), "key \"chip\" is given twice" },
+      { line( "2", "1", R"(,^"fields":{})" ), "key \"fields\" is given twice" },
+      { line( "2", "1", R"(,"from":"00",^"from":"00")" ), "key \"from\" is given twice" },
+      { "^{}", "missing key \"table\"; every line needs table, chip and fields" },
+      { "^{} {}", "missing key \"table\"; every line needs table, chip and fields" },
+      { R"( ^{"chip":2,"fields":{}})",
+        "missing key \"table\"; every line needs table, chip and fields" },
+      { R"(^{"table":"TcamActionTable","fields":{}})",
+        "missing key \"chip\"; every line needs table, chip and fields" },
+      { R"(^{"table":"TcamActionTable","chip":2})",
+        "missing key \"fields\"; every line needs table, chip and fields" },
+   };
+   for( const BadLine& bad : lines ) {
+      expectBad( bad );
+   }
 }
 
 TEST( Program, wrongTypes ) {
-   expectBad( R"({"table":5})", "the value of \"table\" is a string, not a number" );
-   expectBad( R"({"table":-5})", "the value of \"table\" is a string, not a number" );
-   expectBad( R"({"table":null})", "the value of \"table\" is a string, not null" );
-   expectBad( R"({"table":{}})", "the value of \"table\" is a string, not an object" );
-   expectBad( R"({"chip":false})", "the value of \"chip\" is a name or a number, not false" );
-   expectBad( R"({"entry":"5"})", "the value of \"entry\" is a number, not a string" );
-   expectBad( R"({"array":[5]})", "the value of \"array\" is a number, not an array" );
-   expectBad( R"({"fields":[]})", "the value of \"fields\" is an object, not an array" );
-   expectBad( R"({"fields":0.5})", "the value of \"fields\" is an object, not a number" );
-   expectBad( line( "2", "true" ),
-              "the value of field \"action\" is a number or a string, not true" );
-   expectBad( line( "2", "{}" ),
-              "the value of field \"action\" is a number or a string, not an object" );
-   expectBad( line( "2", "[1]" ),
-              "the value of field \"action\" is a number or a string, not an array" );
+   const BadLine lines[] = {
+      { R"({"table":^5})", "the value of \"table\" is a string, not a number" },
+      { R"({"table":^-5})", "the value of \"table\" is a string, not a number" },
+      { R"({"table":^0.5})", "the value of \"table\" is a string, not a number" },
+      { R"({"table": ^null})", "the value of \"table\" is a string, not null" },
+      { R"({"table":^{}})", "the value of \"table\" is a string, not an object" },
+      { R"({"chip":^false})", "the value of \"chip\" is a name or a number, not false" },
+      { R"({"chip":^{"fields":1}})", "the value of \"chip\" is a name or a number, not an object" },
+      { R"({"variant":^"0"})", "the value of \"variant\" is a number, not a string" },
+      { R"({"entry":^"5"})", "the value of \"entry\" is a number, not a string" },
+      { R"({"array":^[5]})", "the value of \"array\" is a number, not an array" },
+      { R"({"identifier":^true})", "the value of \"identifier\" is a number, not true" },
+      { R"({"from":^0})", "the value of \"from\" is a string, not a number" },
+      { R"({"from":^["00"]})", "the value of \"from\" is a string, not an array" },
+      { R"({"fields":^[]})", "the value of \"fields\" is an object, not an array" },
+      { R"({"fields":^"action=1"})", "the value of \"fields\" is an object, not a string" },
+      { R"({"fields":^0.5})", "the value of \"fields\" is an object, not a number" },
+      { line( "2", "^true" ), "the value of field \"action\" is a number or a string, not true" },
+      { line( "2", "^null" ), "the value of field \"action\" is a number or a string, not null" },
+      { line( "2", "^{}" ),
+        "the value of field \"action\" is a number or a string, not an object" },
+      { line( "2", "^[1]" ),
+        "the value of field \"action\" is a number or a string, not an array" },
+   };
+   for( const BadLine& bad : lines ) {
+      expectBad( bad );
+   }
 }
 
 TEST( Program, numbers ) {
-   expectBad( line( "2", "-1" ), "negative value -1 for action; a value is 0 or more" );
-   expectBad( line( "2", "\"-1\"" ), "negative value -1 for action; a value is 0 or more" );
-   expectBad( line( "2", "1.0" ), "bad number 1.0 for action; a value is an integer of 0 or more" );
-   expectBad( line( "2", "1e999" ),
-              "bad number 1e999 for action; a value is an integer of 0 or more" );
-   expectBad( line( "2", "18446744073709551616" ),
-              "bad number 18446744073709551616 for action; an integer beyond 64 bits is written as "
-              "a string" );
-   expectBad( line( "2", std::string( 400, '9' ) ),
-              "bad number " + std::string( 60, '9' ) +
-                 "... for action; an integer beyond 64 bits is written as a string" );
-   expectBad( line( "2", "\"ten\"" ), "bad number \"ten\" for action; write decimal digits, or 0x "
-                                      "and hexadecimal digits" );
-   expectBad( line( "2", "1", R"(,"entry":-1)" ),
-              "negative value -1 for entry; a value is 0 or more" );
-   expectBad( line( "1.5", "1" ), "bad number 1.5 for chip; a value is an integer of 0 or more" );
+   const BadLine lines[] = {
+      { line( "2", "^-1" ), "negative value -1 for action; a value is 0 or more" },
+      { line( "2", "^\"-1\"" ), "negative value -1 for action; a value is 0 or more" },
+      { line( "2", "^1.0" ), "bad number 1.0 for action; a value is an integer of 0 or more" },
+      { line( "2", "^1e999" ), "bad number 1e999 for action; a value is an integer of 0 or more" },
+      { line( "2", "^18446744073709551616" ),
+        "bad number 18446744073709551616 for action; an integer beyond 64 bits is written as a "
+        "string" },
+      { line( "2", '^' + std::string( 400, '9' ) ),
+        "bad number " + std::string( 60, '9' ) +
+           "... for action; an integer beyond 64 bits is written as a string" },
+      { line( "2", "1", R"(,"entry":^-1)" ), "negative value -1 for entry; a value is 0 or more" },
+      { line( "2", "1", R"(,"variant":^-0)" ),
+        "negative value 0 for variant; a value is 0 or more" },
+      { line( "2", "1", R"(,"array":^2.5)" ),
+        "bad number 2.5 for array; a value is an integer of 0 or more" },
+      { line( "^1.5", "1" ), "bad number 1.5 for chip; a value is an integer of 0 or more" },
+      { line( "^-2", "1" ), "negative value -2 for chip; a value is 0 or more" },
+   };
+   for( const BadLine& bad : lines ) {
+      expectBad( bad );
+   }
+}
+
+TEST( Program, notationsThatAreNone ) {
+   const std::string anyValue =
+      "; write decimal digits, hexadecimal digits after 0x, binary digits after 0b, an IPv4, IPv6 "
+      "or MAC address, or mask";
+   const std::string colons =
+      "; write a MAC address as 00:1c:73:00:00:01 or an IPv6 address as 2001:db8::1";
+   const std::string dots =
+      "; write an IPv4 address as 10.0.0.1 or a MAC address as 001c.7300.0001";
+   const std::pair<std::string, std::string> values[] = {
+      { "", anyValue },
+      { "ten", anyValue },
+      { "1 2", "; did you mean 12?" },
+      { "0x12g", "; write hexadecimal digits after 0x" },
+      { "0b12", "; did you mean 0x0b12?" },
+      { "beef", "; did you mean 0xbeef?" },
+      { "msak", "; did you mean mask?" },
+      { "10.0.0.256", dots },
+      { "10.0.0", dots },
+      { "10.0.0.0/24", "; write an address without a prefix length" },
+      { "00:1c:73:00:00", colons },
+      { "2001:db8:::1", colons },
+      { "00-1c-73", "; write a MAC address as 00-1c-73-00-00-01" },
+   };
+   for( const auto& [value, advice] : values ) {
+      expectBad(
+         { line( "2", "^\"" + value + '"' ), "bad value \"" + value + "\" for action" + advice } );
+   }
 }
 
 TEST( Program, valuesThatAreTooLarge ) {
-   expectBad( line( "4", "16777216" ),
-              "value 16777216 of field action is too large; its 24 bits in "
-              "TcamActionTable on BCM88375_A0 hold at most 0xffffff" );
-   expectBad( line( "10", "\"0x100000000\"" ),
-              "value 0x100000000 of field action is too large; its 32 bits in TcamActionTable on "
-              "BCM88690_B0 hold at most 0xffffffff" );
-   expectBad( line( "10", "\"0x" + std::string( 129, '1' ) + '"' ),
-              "value 0x" + std::string( 58, '1' ) +
-                 "... of field action is too large; its 32 bits in TcamActionTable on BCM88690_B0 "
-                 "hold at most 0xffffffff" );
+   const std::string end20 = " of field action is too large; its 20 bits in TcamActionTable on "
+                             "BCM88650_B0 hold at most 0xfffff";
+   const std::string end32 = " of field action is too large; its 32 bits in TcamActionTable on "
+                             "BCM88690_B0 hold at most 0xffffffff";
+   const BadLine lines[] = {
+      { line( "2", "^1048576" ), "value 1048576" + end20 },
+      { line( "2", "^\"0b100000000000000000000\"" ), "value 0b100000000000000000000" + end20 },
+      { line( "2", "^\"10.0.0.1\"" ), "value 10.0.0.1" + end20 },
+      { line( "4", "^16777216" ), "value 16777216 of field action is too large; its 24 bits in "
+                                  "TcamActionTable on BCM88375_A0 hold at most 0xffffff" },
+      { line( "10", "^\"0x100000000\"" ), "value 0x100000000" + end32 },
+      { line( "10", "^\"00:1c:73:00:00:01\"" ), "value 00:1c:73:00:00:01" + end32 },
+      { line( "10", "^\"2001:db8::1\"" ), "value 2001:db8::1" + end32 },
+      { line( "10", "^\"0x" + std::string( 129, '1' ) + '"' ),
+        "value 0x" + std::string( 58, '1' ) + "..." + end32 },
+   };
+   for( const BadLine& bad : lines ) {
+      expectBad( bad );
+   }
 }
 
 TEST( Program, namesAndPlaces ) {
-   expectBad( R"({"table":"TcamActionTabel","chip":2,"fields":{}})",
-              "unknown table \"TcamActionTabel\"; did you mean TcamActionTable?" );
-   expectBad( line( "\"BCM88650_BO\"", "1" ),
-              "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" );
-   expectBad( line( "2", "1", R"(,"variant":3)" ),
-              "TcamActionTable has no variant 3 on BCM88650_B0; allowed: 0" );
-   expectBad( line( "2", "1", R"(,"variant":256)" ),
-              "TcamActionTable has no variant 256 on BCM88650_B0; allowed: 0" );
-   expectBad( line( "2", R"(1,"actoin":2)" ),
-              "no field \"actoin\" in TcamActionTable on BCM88650_B0; did you mean action?" );
-   expectBad( line( "2", R"(1,"action":1)" ), "field action is given twice" );
-   expectBad( line( "2", "1", R"(,"entry":1024)" ),
-              "entry 1024 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 1023" );
-   expectBad( line( "2", "1", R"(,"array":24)" ),
-              "array 24 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 23" );
-   expectBad( line( "2", "1", R"(,"identifier":1)" ),
-              "identifier 1 is out of range in TcamActionTable on BCM88650_B0; allowed: 0" );
+   const std::string chips =
+      "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), BCM88470_A0 (6), "
+      "BCM88470_B0 (7), BCM88680_A0 (8), BCM88690_B0 (10), BCM88690_V6_B0 (12), BCM88800_A0 (13), "
+      "BCM88850_A0 (14), BCM88480_A0 (15), BCM88480_B0 (16)";
+   const BadLine lines[] = {
+      { R"({"table":^"TcamActionTabel","chip":2,"fields":{}})",
+        "unknown table \"TcamActionTabel\"; did you mean TcamActionTable?" },
+      { line( "^\"BCM88650_BO\"", "1" ),
+        "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" },
+      { line( "^9", "1" ), "unknown chip 9; allowed: " + chips + ", Software (21)" },
+      { line( "^\"9\"", "1" ), "unknown chip 9; allowed: " + chips + ", Software (21)" },
+      { line( "^21", "1" ), "TcamActionTable does not exist on Software; allowed: " + chips },
+      { line( "2", "1", R"(,"variant":^3)" ),
+        "TcamActionTable has no variant 3 on BCM88650_B0; allowed: 0" },
+      { line( "2", "1", R"(,"variant":^256)" ),
+        "TcamActionTable has no variant 256 on BCM88650_B0; allowed: 0" },
+      { R"({"table":"EgressPerPortTable","chip":^2,"variant":9,"fields":{}})",
+        "EgressPerPortTable does not exist on BCM88650_B0; allowed: BCM88690_B0 (10), "
+        "BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 (14), BCM88480_A0 (15), BCM88480_B0 "
+        "(16)" },
+      { lif( "^5", "" ), "LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" },
+      { line( "2", R"(1,^"actoin":2)" ),
+        "no field \"actoin\" in TcamActionTable on BCM88650_B0; did you mean action?" },
+      { line( "2", R"(1,^"vsi":2)" ),
+        "no field \"vsi\" in TcamActionTable on BCM88650_B0; allowed: action" },
+      { line( "2", R"(1,^"":2)" ),
+        "no field \"\" in TcamActionTable on BCM88650_B0; allowed: action" },
+      { line( "2", R"(1,^"action":1)" ), "field action is given twice" },
+      { lif( "3", R"(^"resultType":"mask")" ),
+        "field resultType of LifTable on BCM88690_B0 variant 3 is read-only: it holds the entry's "
+        "tag" },
+      { lif( "0", R"("vsi":1,^"actionProfileIndex":1)" ),
+        "field actionProfileIndex does not exist in LifTable on BCM88690_B0 variant 0, only on "
+        "chip types and variants 2-8: 3,4; did you mean actionProfileIdx?" },
+      { line( "2", "1", R"(,"entry":^1024)" ),
+        "entry 1024 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 1023" },
+      { line( "2", "1", R"(,"entry":1023,"array":^24)" ),
+        "array 24 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 23" },
+      { line( "2", "1", R"(,"identifier":^1,"array":23)" ),
+        "identifier 1 is out of range in TcamActionTable on BCM88650_B0; allowed: 0" },
+      { line( "2", "1", R"(,"array":18446744073709551615,"entry":^18446744073709551615)" ),
+        "entry 18446744073709551615 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 "
+        "to 1023" },
+   };
+   for( const BadLine& bad : lines ) {
+      expectBad( bad );
+   }
+}
+
+TEST( Program, whatIsNoImageToBeginWith ) {
+   const BadLine lines[] = {
+      { line( "2", "1", R"(,"from":^"")" ),
+        "the image has 0 bytes; an entry of TcamActionTable on BCM88650_B0 has 4" },
+      { line( "2", "1", R"(,"from":^"000000")" ),
+        "the image has 3 bytes; an entry of TcamActionTable on BCM88650_B0 has 4" },
+      { line( "10", "1", R"(,"from":^"0x00000000")" ),
+        "the image has 4 bytes; an entry of TcamActionTable on BCM88690_B0 has 8" },
+      { lif( "3", "", R"(,"from":^")" + std::string( 160, '0' ) + '"' ),
+        "the image is not one of LifTable on BCM88690_B0 variant 3: its tag resultType is 0x0, "
+        "not 0x25" },
+      { lif( "4", "", R"(,"from":^")" + lifImage + '"' ),
+        "the image is not one of LifTable on BCM88690_B0 variant 4: its tag resultType is 0x25, "
+        "not 0x21; did you mean variant 3?" },
+   };
+   for( const BadLine& bad : lines ) {
+      expectBad( bad );
+   }
 }

@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <pty.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -66,9 +67,8 @@ private:
 
 int memoryFile() { return ::memfd_create( "vorn", MFD_CLOEXEC ); }
 
-pid_t start( const std::vector<std::string>& arguments, const Descriptor& in, const Descriptor& out,
-             const Descriptor& err ) {
-   std::string program = VORN_BINARY;
+pid_t start( std::string program, const std::vector<std::string>& arguments, const Descriptor& in,
+             const Descriptor& out, const Descriptor& err ) {
    std::vector<std::string> texts = arguments;
    std::vector<char*> pointers{ program.data() };
    for( auto& text : texts ) {
@@ -82,10 +82,10 @@ pid_t start( const std::vector<std::string>& arguments, const Descriptor& in, co
    posix_spawn_file_actions_adddup2( &actions, err.number(), STDERR_FILENO );
    pid_t pid = 0;
    const int failure =
-      ::posix_spawn( &pid, VORN_BINARY, &actions, nullptr, pointers.data(), environ );
+      ::posix_spawnp( &pid, program.c_str(), &actions, nullptr, pointers.data(), environ );
    posix_spawn_file_actions_destroy( &actions );
    if( failure != 0 ) {
-      throw std::runtime_error( "cannot start " VORN_BINARY );
+      throw std::runtime_error( "cannot start " + program );
    }
    return pid;
 }
@@ -100,12 +100,17 @@ int statusOf( pid_t pid ) {
 
 Outcome vorn( const std::vector<std::string>& arguments, std::string_view input,
               const char* outputFile ) {
+   return run( VORN_BINARY, arguments, input, outputFile );
+}
+
+Outcome run( const std::string& program, const std::vector<std::string>& arguments,
+             std::string_view input, const char* outputFile ) {
    const Descriptor in( memoryFile() );
    in.write( input );
    ::lseek( in.number(), 0, SEEK_SET );
    const Descriptor out( outputFile ? ::open( outputFile, O_WRONLY | O_CLOEXEC ) : memoryFile() );
    const Descriptor err( memoryFile() );
-   const int status = statusOf( start( arguments, in, out, err ) );
+   const int status = statusOf( start( program, arguments, in, out, err ) );
    return { outputFile ? std::string() : out.contents(), err.contents(), status };
 }
 
@@ -124,7 +129,7 @@ std::string answerTo( const std::vector<std::string>& arguments, std::string_vie
       {
          const Descriptor in( toVorn[0] );
          const Descriptor out( fromVorn[1] );
-         pid = start( arguments, in, out, err );
+         pid = start( VORN_BINARY, arguments, in, out, err );
       }
       questions.write( line );
       while( text.find( '\n' ) == std::string::npos && answers.read( text ) ) {
@@ -132,6 +137,48 @@ std::string answerTo( const std::vector<std::string>& arguments, std::string_vie
    }
    statusOf( pid );
    return text;
+}
+
+Outcome onTerminal( const std::vector<std::string>& arguments,
+                    const std::vector<std::string>& lines, unsigned short columns,
+                    bool outputToo ) {
+   int ofUser = -1;
+   int ofVorn = -1;
+   std::array<int, 2> input{};
+   std::array<int, 2> output{};
+   winsize size{};
+   size.ws_col = columns;
+   if( ::openpty( &ofUser, &ofVorn, nullptr, nullptr, &size ) != 0 ||
+       ::pipe2( input.data(), O_CLOEXEC ) != 0 || ::pipe2( output.data(), O_CLOEXEC ) != 0 ) {
+      throw std::runtime_error( "no terminal" );
+   }
+   const Descriptor user( ofUser );
+   const Descriptor answers( output[0] );
+   Outcome outcome{};
+   pid_t pid = 0;
+   {
+      const Descriptor questions( input[1] );
+      {
+         const Descriptor terminal( ofVorn );
+         const Descriptor in( input[0] );
+         const Descriptor out( output[1] );
+         pid = start( VORN_BINARY, arguments, in, outputToo ? terminal : out, terminal );
+      }
+      for( const std::string& line : lines ) {
+         questions.write( line );
+         const auto before = outcome.out.size();
+         while( !outputToo && outcome.out.find( '\n', before ) == std::string::npos &&
+                answers.read( outcome.out ) ) {
+         }
+      }
+   }
+   while( answers.read( outcome.out ) ) {
+   }
+   // A terminal whose program has ended is an error to read.
+   while( user.read( outcome.err ) ) {
+   }
+   outcome.status = statusOf( pid );
+   return outcome;
 }
 
 void expectRefused( const std::vector<std::string>& arguments, const std::string& message,

@@ -18,8 +18,19 @@ struct Outcome {
 Outcome vorn( const std::vector<std::string>& arguments, std::string_view input = {},
               const char* outputFile = nullptr );
 
+// The same for another program, by its path or its name.
+Outcome run( const std::string& program, const std::vector<std::string>& arguments,
+             std::string_view input = {}, const char* outputFile = nullptr );
+
 // The first line that vorn answers to `line` while its standard input stays open.
 std::string answerTo( const std::vector<std::string>& arguments, std::string_view line );
+
+// Runs vorn with a terminal of that many columns as its standard error, and as its standard output,
+// too, if `outputToo`. Its standard input is a pipe that brings these lines, each after the answer
+// to the one before. `err` is what the terminal is sent.
+Outcome onTerminal( const std::vector<std::string>& arguments,
+                    const std::vector<std::string>& lines, unsigned short columns,
+                    bool outputToo = false );
 
 // Expects an exit status of 1, nothing on standard output, and on standard error this one line.
 void expectRefused( const std::vector<std::string>& arguments, const std::string& message,

@@ -41,16 +41,6 @@ std::vector<U32> allNumbers() {
    throw Error( "unknown chip " + given + "; allowed: " + listOfChips( allNumbers() ) );
 }
 
-std::vector<U32> variantsOf( std::string_view table, U32 chip ) {
-   std::vector<U32> variants;
-   for( unsigned variant = 0; variant < 256; ++variant ) {
-      if( Hardware::pairInfo( table, chip, static_cast<U8>( variant ) ) ) {
-         variants.push_back( variant );
-      }
-   }
-   return variants;
-}
-
 bool sameVariants( const ChipVariants& left, const ChipVariants& right ) {
    return left.any == right.any && ( left.any || left.variants == right.variants );
 }
@@ -70,7 +60,7 @@ const Chip& chipOf( std::string_view nameOrNumber ) {
    }
    const auto first = nameOrNumber.substr( 0, 1 );
    if( first == "-" || ( first >= "0" && first <= "9" ) ) {
-      const Value number = parseValue( nameOrNumber, "chip" );
+      const Value number = parseNumber( nameOrNumber, "chip" );
       if( number.bits > 64 ) {
          unknownNumber( shown( nameOrNumber ) );
       }
@@ -103,14 +93,25 @@ std::string listOfChips( const std::vector<U32>& numbers ) {
 
 std::string ChipVariants::text() const { return any ? "any" : rangesOf( variants ); }
 
+std::optional<ChipVariants> variantsOn( std::string_view table, U32 chip ) {
+   const auto first = Hardware::pairInfo( table, chip, 0 );
+   if( first && !first->hasVariants ) {
+      return ChipVariants{ chip, { 0 }, true };
+   }
+   ChipVariants found{ chip, {}, false };
+   for( unsigned variant = 0; variant < 256; ++variant ) {
+      if( Hardware::pairInfo( table, chip, static_cast<U8>( variant ) ) ) {
+         found.variants.push_back( variant );
+      }
+   }
+   return found.variants.empty() ? std::nullopt : std::optional( std::move( found ) );
+}
+
 std::vector<ChipVariants> pairsOf( std::string_view table ) {
    std::vector<ChipVariants> pairs;
    for( const Chip& chip : allChips() ) {
-      const auto info = Hardware::pairInfo( table, chip.number, 0 );
-      if( info && !info->hasVariants ) {
-         pairs.push_back( { chip.number, { 0 }, true } );
-      } else if( auto variants = variantsOf( table, chip.number ); !variants.empty() ) {
-         pairs.push_back( { chip.number, std::move( variants ), false } );
+      if( auto variants = variantsOn( table, chip.number ) ) {
+         pairs.push_back( std::move( *variants ) );
       }
    }
    return pairs;
@@ -130,17 +131,24 @@ std::vector<ChipVariants> pairsWithField( std::string_view table, U32 fieldId ) 
 }
 
 std::string textOf( const std::vector<ChipVariants>& pairs ) {
-   std::string result;
-   for( auto first = pairs.begin(); first != pairs.end(); ) {
-      const auto end = std::find_if_not( first, pairs.end(), [&]( const ChipVariants& pair ) {
-         return sameVariants( *first, pair );
-      } );
+   struct Group {
+      const ChipVariants* first;
       std::vector<U32> chips;
-      std::transform( first, end, std::back_inserter( chips ),
-                      []( const ChipVariants& pair ) { return pair.chip; } );
+   };
+   std::vector<Group> groups;
+   for( const ChipVariants& pair : pairs ) {
+      auto group = std::find_if( groups.begin(), groups.end(), [&]( const Group& other ) {
+         return sameVariants( *other.first, pair );
+      } );
+      if( group == groups.end() ) {
+         group = groups.insert( group, { &pair, {} } );
+      }
+      group->chips.push_back( pair.chip );
+   }
+   std::string result;
+   for( const Group& group : groups ) {
       result.append( result.empty() ? "" : "; " );
-      result.append( rangesOf( chips ) ).append( ": " ).append( first->text() );
-      first = end;
+      result.append( rangesOf( group.chips ) ).append( ": " ).append( group.first->text() );
    }
    return result;
 }

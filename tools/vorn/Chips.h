@@ -3,6 +3,7 @@
 
 #include <Kelvar/Types.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,9 @@ struct ChipVariants {
    // "0-4,6", or "any".
    std::string text() const;
 };
+
+// The variants of the named table on the chip type; nothing where it doesn't serve it.
+std::optional<ChipVariants> variantsOn( std::string_view table, U32 chip );
 
 // The pairs of the named table, in order of the chip type.
 std::vector<ChipVariants> pairsOf( std::string_view table );

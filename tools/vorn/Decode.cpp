@@ -1,130 +1,286 @@
-// `vorn decode`: the fields of one entry image.
+// `vorn decode`: the fields of entry images.
 #include "Decode.h"
 
 #include "Arguments.h"
+#include "Chips.h"
+#include "Decoder.h"
+#include "Entry.h"
 #include "Error.h"
-#include "Plan.h"
-#include "Text.h"
+#include "ImageText.h"
 #include "Values.h"
 #include "Verbs.h"
 
-#include <Kelvar/BitBuf.h>
-
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
-#include <algorithm>
+#include <array>
+#include <map>
 #include <memory>
+#include <tuple>
+#include <utility>
 
 namespace Vorn {
 
 namespace {
 
-// Each piece has whole bytes, and may begin with 0x.
-void appendBytes( std::vector<U8>& image, std::string_view piece ) {
-   auto digits = piece;
-   if( digits.starts_with( "0x" ) || digits.starts_with( "0X" ) ) {
-      digits.remove_prefix( 2 );
-   }
-   constexpr std::string_view allowed = "0123456789abcdefABCDEF";
-   if( digits.empty() || digits.size() % 2 != 0 ||
-       digits.find_first_not_of( allowed ) != std::string_view::npos ) {
-      throw Error( "bad image " + inQuotes( piece ) +
-                   "; write two hexadecimal digits for each byte, entry byte 0 first" );
-   }
-   for( ; !digits.empty(); digits.remove_prefix( 2 ) ) {
-      const std::string byte = "0x" + std::string( digits.substr( 0, 2 ) );
-      image.push_back( static_cast<U8>( parseValue( byte, "image" ).words[0] ) );
-   }
-}
+// A pair, and the image of it to compare with, loaded; empty where there is none.
+struct Pair {
+   Decoder decoder;
+   std::vector<U8> before;
+};
 
-std::vector<U8> imageOf( const std::vector<std::string>& arguments ) {
-   constexpr std::string_view blanks = " \t\n\r";
-   std::vector<U8> image;
-   for( const std::string_view argument : arguments ) {
-      for( auto begin = argument.find_first_not_of( blanks ); begin != std::string_view::npos; ) {
-         const auto end = std::min( argument.find_first_of( blanks, begin ), argument.size() );
-         appendBytes( image, argument.substr( begin, end - begin ) );
-         begin = argument.find_first_not_of( blanks, end );
+// The pairs of the images met so far. The registry is asked about each of them once.
+class Pairs {
+public:
+   // Finds the pair that the command line names, if it names one.
+   explicit Pairs( const DecodeArguments& arguments );
+
+   // The pair that the command line names, or nothing.
+   const Pair* own() const { return own_; }
+
+   // The pair of an image. What is wrong about it is a BadText.
+   const Pair& of( const Image& image );
+
+private:
+   using Texts = std::array<std::string, 3>;
+
+   const Pair& find( const Image& image );
+   const Pair& make( Plan plan );
+
+   std::optional<Image> changedFrom_;
+   std::map<std::tuple<std::string_view, U8, U8>, Pair> pairs_;
+   std::map<Texts, const Pair*> found_; // by what images say of their pairs
+   const Pair* own_ = nullptr;
+   Texts texts_;                // what the last image said
+   const Pair* last_ = nullptr; // and its pair
+};
+
+Pairs::Pairs( const DecodeArguments& arguments ) {
+   if( arguments.changedFrom ) {
+      try {
+         changedFrom_ = imageOf( *arguments.changedFrom, arguments.format );
+      } catch( const Error& error ) {
+         throw Error( "--changed-from: " + error.message() );
       }
    }
-   return image;
-}
-
-void requireAllFields( const Plan& plan, std::span<const U8> image ) {
-   std::size_t needed = 0;
-   for( const auto& field : plan.fields() ) {
-      needed = std::max( needed, ( std::size_t( field.offset ) + field.width + 7 ) / 8 );
-   }
-   if( image.size() < needed ) {
-      throw Error( "the image has " + std::to_string( image.size() ) + " bytes; the fields of " +
-                   plan.pairText() + " need " + std::to_string( needed ) + ", a whole entry has " +
-                   std::to_string( plan.imageBytes() ) );
+   if( arguments.pair ) {
+      own_ = last_ = &make( Plan( *arguments.pair ) );
    }
 }
 
-Value valueOf( const Plan::Field& field, std::span<const U8> image ) {
-   Value value;
-   getBuf( image.data(), static_cast<int>( image.size() ), value.bytes(),
-           static_cast<int>( sizeof( value.words ) ), field.width, field.offset );
-   value.measure();
-   return value;
+const Pair& Pairs::of( const Image& image ) {
+   const std::array pieces{ &image.table, &image.chip, &image.variant };
+   bool isLast = last_ != nullptr;
+   for( std::size_t i = 0; i < pieces.size(); ++i ) {
+      const std::string_view said = pieces[i]->isGiven ? pieces[i]->text : std::string_view();
+      if( said != texts_[i] ) {
+         texts_[i] = said;
+         isLast = false;
+      }
+   }
+   if( !isLast ) {
+      last_ = nullptr;
+      const Pair*& found = found_[texts_];
+      if( !found ) {
+         found = &find( image );
+      }
+      last_ = found;
+   }
+   return *last_;
 }
 
-std::string jsonOf( const Plan& plan, std::span<const U8> image ) {
-   nlohmann::ordered_json object;
-   object["table"] = plan.table();
-   object["chip"] = plan.chip().name;
-   object["variant"] = plan.variant();
-   auto& fields = object["fields"] = nlohmann::ordered_json::object();
-   for( const auto& field : plan.fields() ) {
-      fields[std::string( field.name )] = hexOf( valueOf( field, image ) );
+const Pair& Pairs::find( const Image& image ) {
+   // Does a step that `piece` is the reason of.
+   const auto within = [&]( const Piece& piece, auto step ) -> decltype( auto ) {
+      try {
+         return step();
+      } catch( const Error& error ) {
+         throw BadText( piece.isGiven ? piece.at : image.at, error.message() );
+      }
+   };
+   if( own_ ) {
+      within( image.table, [&] { requirePair( own_->decoder.plan(), image ); } );
+      return *own_;
    }
-   return object.dump() + '\n';
+   if( !image.table.isGiven || !image.chip.isGiven ) {
+      throw BadText( image.at, std::string( "the image doesn't say its " ) +
+                                  ( image.table.isGiven ? "chip type" : "table" ) +
+                                  "; give TABLE and --chip, or write TABLE CHIP VARIANT and a "
+                                  "colon before the image" );
+   }
+   const std::string& table = image.table.text;
+   const Chip& chip =
+      within( image.chip, [&]() -> const Chip& { return chipOf( image.chip.text ); } );
+   const U64 variant = within( image.variant, [&] {
+      return image.variant.isGiven ? parseIndex( image.variant.text, "variant", 0xff ) : 0;
+   } );
+   const Piece& reason = variantsOn( table, chip.number ) ? image.variant
+                         : pairsOf( table ).empty()       ? image.table
+                                                          : image.chip;
+   return make( within( reason, [&] { return Plan( table, chip, variant ); } ) );
 }
 
-std::string linesOf( const Plan& plan, std::span<const U8> image ) {
-   std::vector<Plan::Field> fields( plan.fields().begin(), plan.fields().end() );
-   std::stable_sort( fields.begin(), fields.end(),
-                     []( const Plan::Field& left, const Plan::Field& right ) {
-                        return left.offset < right.offset;
-                     } );
-   std::vector<std::vector<std::string>> rows{ { "offset", "width", "field", "value", "decimal" } };
-   for( const auto& field : fields ) {
-      const Value value = valueOf( field, image );
-      rows.push_back( { std::to_string( field.offset ), std::to_string( field.width ),
-                        std::string( field.name ), hexOf( value ),
-                        field.width <= 64 ? std::to_string( value.words[0] ) : "" } );
+const Pair& Pairs::make( Plan plan ) {
+   const std::tuple key( plan.table(), plan.chip().number, plan.variant() );
+   if( const auto known = pairs_.find( key ); known != pairs_.end() ) {
+      return known->second;
    }
-   constexpr Align columns[] = { Align::right, Align::right, Align::left, Align::left,
-                                 Align::left };
-   return columnsOf( columns, rows );
+   Pair pair{ Decoder( std::move( plan ) ), {} };
+   if( changedFrom_ ) {
+      try {
+         requirePair( pair.decoder.plan(), *changedFrom_ );
+         pair.decoder.load( changedFrom_->bytes, pair.before );
+      } catch( const Error& error ) {
+         throw Error( "--changed-from: " + error.message() );
+      }
+   }
+   return pairs_.emplace( key, std::move( pair ) ).first->second;
+}
+
+// Decodes one image after another.
+class Decoding {
+public:
+   explicit Decoding( const DecodeArguments& arguments )
+      : pairs_( arguments ), printer_( arguments.form, pairs_.own() == nullptr ) {}
+
+   // The lines of the image, valid until the next call.
+   std::string_view linesOf( const Image& image ) {
+      const auto& [decoder, before] = pairs_.of( image );
+      decoder.load( image.bytes, loaded_ );
+      return printer_.print( { decoder, image.bytes, loaded_, before } );
+   }
+
+   std::string_view lastLines() {
+      return printer_.finish( pairs_.own() ? &pairs_.own()->decoder : nullptr );
+   }
+
+private:
+   Pairs pairs_;
+   Printer printer_;
+   std::vector<U8> loaded_;
+};
+
+// The lines of the image that the reader has read.
+std::string_view linesOf( Decoding& decoding, const ImageReader& reader ) {
+   try {
+      return decoding.linesOf( reader.image() );
+   } catch( const BadText& bad ) {
+      throw Error( reader.place( bad.at() ), bad.message() );
+   } catch( const Error& error ) {
+      throw Error( reader.place( reader.image().at ), error.message() );
+   }
 }
 
 } // namespace
 
-std::string decode( const DecodeArguments& arguments ) {
-   const Plan plan( arguments.pair );
-   const auto image = imageOf( arguments.image );
-   requireAllFields( plan, image );
-   return arguments.json ? jsonOf( plan, image ) : linesOf( plan, image );
+void decode( const DecodeArguments& arguments, Output& output ) {
+   Decoding decoding( arguments );
+   if( arguments.path.empty() ) {
+      std::string text;
+      for( const std::string& piece : arguments.image ) {
+         text += piece + ' ';
+      }
+      output.write( decoding.linesOf( imageOf( text, arguments.format ) ) );
+   } else {
+      ImageReader reader( arguments.path, arguments.format, [&output] { output.flush(); } );
+      while( reader.next() ) {
+         output.write( linesOf( decoding, reader ) );
+      }
+   }
+   output.write( decoding.lastLines() );
 }
 
+namespace {
+
+// What the command line says of the pair, each empty where it doesn't.
+struct Given {
+   PairText pair{ "", "", "" };
+   DecodeArguments arguments;
+};
+
+// To be called when the command line is parsed.
+void complete( Given& given ) {
+   auto& [table, chip, variant] = given.pair;
+   auto& [pair, image, path, format, form, changedFrom] = given.arguments;
+   if( table == "-" || isJson( table ) ) {
+      image.insert( image.begin(), std::exchange( table, {} ) );
+   }
+   if( image == std::vector<std::string>{ "-" } && path.empty() ) {
+      image.clear();
+      path = "-";
+   }
+   if( image.empty() && path.empty() ) {
+      throw CLI::RequiredError( "IMAGE" );
+   }
+   if( !image.empty() && !path.empty() ) {
+      throw CLI::ExcludesError( "--file", "IMAGE" );
+   }
+   if( table.empty() && !( chip.empty() && variant.empty() ) ) {
+      throw CLI::RequiresError( chip.empty() ? "--variant" : "--chip", "TABLE" );
+   }
+   if( !table.empty() ) {
+      if( chip.empty() ) {
+         throw CLI::RequiredError( "--chip" );
+      }
+      pair = { table, chip, variant.empty() ? "0" : variant };
+   }
+}
+
+void addForms( CLI::App& verb, DecodeForm& form ) {
+   const auto add = [&]( const char* name, DecodeForm chosen, const char* text ) {
+      return verb.add_flag_callback(
+         name, [&form, chosen] { form = chosen; }, text );
+   };
+   CLI::Option* const json = add( "--json", DecodeForm::json, "Print an object of JSON an image" );
+   CLI::Option* const line =
+      add( "--single-line", DecodeForm::singleLine, "Print name=value pairs, a line an image" );
+   CLI::Option* const csv =
+      add( "--csv", DecodeForm::csv, "Print names once, then a row of values an image" );
+   json->excludes( line )->excludes( csv );
+   line->excludes( csv );
+}
+
+} // namespace
+
 Verb addDecode( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "decode", "Print the fields of an image" );
-   const auto arguments = std::make_shared<DecodeArguments>();
-   addPair( *verb, arguments->pair );
-   verb->add_flag( "--json", arguments->json, "Print one JSON object" );
-   verb->add_option( "HEX", arguments->image, "The image as hexadecimal digits" )->required();
-   describe( *verb,
-             "The image is two digits for each byte, entry byte 0 first, in one or several pieces, "
-             "each with or without 0x before it. It has to reach to the end of the last field; "
-             "bytes behind the entry are not looked at. A tag is shown like any field and not "
-             "checked.\n\n"
-             "With --json the fields are in their declared order, else by offset.\n\n" +
-                chipTypesParagraph(),
-             "  vorn decode TcamActionTable --chip BCM88690_B0 4523010000000000" );
-   return { verb, [arguments]( Output& output ) { output.write( decode( *arguments ) ); } };
+   CLI::App* const verb = commandLine.add_subcommand( "decode", "Print the fields of images" );
+   const auto given = std::make_shared<Given>();
+   DecodeArguments* const arguments = &given->arguments;
+   verb->add_option( "TABLE", given->pair.table, "Name of the table, as `vorn tables` prints it" );
+   verb->add_option( "IMAGE", arguments->image, "The image, or - for images from standard input" );
+   verb->add_option( "--file", arguments->path, "File of images, - for standard input" )
+      ->type_name( "FILE" );
+   verb->add_option( "--chip", given->pair.chip, "Chip type, by name or number" )
+      ->type_name( "NAME|NUMBER" );
+   verb->add_option( "--variant", given->pair.variant, "Variant of the table, 0 if not given" )
+      ->type_name( "V" );
+   addImageFormat( *verb, arguments->format );
+   verb
+      ->add_option( "--changed-from", arguments->changedFrom,
+                    "Print only the fields that differ from this image, old and new" )
+      ->type_name( "IMAGE" );
+   addForms( *verb, arguments->form );
+   verb->get_option( "--csv" )->excludes( verb->get_option( "--changed-from" ) );
+   verb->callback( [given] { complete( *given ); } );
+   describe(
+      *verb,
+      imagesParagraphs() +
+         "\n\nA file has an image a line; only a hexdump takes several, up to its last line, which "
+         "is an offset alone. Before an image its pair may stand: TABLE CHIP VARIANT and a colon. "
+         "A JSON object has it in \"table\", \"chip\" and \"variant\". TABLE and --chip need not "
+         "be given then; if they are, they must agree. What `vorn encode` and `vorn program` "
+         "print can be piped into `vorn decode -`.\n\n"
+         "An image has to reach to the end of the last field; bytes behind the entry are not "
+         "looked at. A tag is shown like any field and not checked.\n\n"
+         "Fields are in order of their offset, but in their declared order with --single-line, "
+         "--json and --csv. Values are hexadecimal; those of --csv are decimal up to a width of "
+         "64 bits and 0x and hexadecimal digits beyond, so that readers of data frames take them "
+         "as numbers where they can. The columns of --csv are the fields of one pair.\n\n"
+         "A bad image ends the program with exit status 1. The images before it have been printed "
+         "then, and nothing of it or of any after it.\n\n" +
+         chipTypesParagraph(),
+      "  vorn decode TcamActionTable --chip BCM88690_B0 4523010000000000\n"
+      "  vorn program entries.jsonl | vorn decode --single-line -" );
+   return { verb, [given]( Output& output ) { decode( given->arguments, output ); } };
 }
 
 } // namespace Vorn

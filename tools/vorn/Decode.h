@@ -1,20 +1,28 @@
-// The fields of an entry image given as text.
+// The fields of entry images given as text.
 #pragma once
 
+#include "Images.h"
+#include "Io.h"
 #include "Plan.h"
+#include "Printer.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace Vorn {
 
 struct DecodeArguments {
-   PairText pair;
-   std::vector<std::string> image; // hexadecimal digits, in any number of pieces
-   bool json = false;
+   std::optional<PairText> pair;   // nothing where each image says it itself
+   std::vector<std::string> image; // its text, in any number of pieces
+   std::string path;               // of a file of images, "-" for standard input; else empty
+   ImageFormat format = ImageFormat::automatic;
+   DecodeForm form = DecodeForm::text;
+   std::optional<std::string> changedFrom; // the image that the others are compared with
 };
 
-// The lines of `vorn decode`.
-std::string decode( const DecodeArguments& arguments );
+// Prints the fields of the image, or of those of the file. What comes before a bad image is given
+// to `output` before the Error is thrown.
+void decode( const DecodeArguments& arguments, Output& output );
 
 } // namespace Vorn

@@ -4,6 +4,7 @@
 #include "Arguments.h"
 #include "Entry.h"
 #include "Error.h"
+#include "Forms.h"
 #include "Plan.h"
 #include "Text.h"
 #include "Values.h"
@@ -24,66 +25,72 @@ void setField( Entry& entry, std::string_view argument ) {
    }
    const auto name = argument.substr( 0, equals );
    const auto given = argument.substr( equals + 1 );
-   entry.set( name, parseValue( given, name ), given );
+   const auto position = entry.open( name );
+   if( given == maskWord ) {
+      entry.fill( position );
+   } else {
+      entry.set( position, parseValue( given, name ), given );
+   }
 }
 
-std::string wordsOf( std::span<const U8> image ) {
-   std::string text;
-   for( std::size_t i = 0; i < image.size(); i += 4 ) {
-      const U8 bytes[] = { image[i + 3], image[i + 2], image[i + 1], image[i] };
-      text += i > 0 ? " 0x" : "0x";
-      appendHex( text, bytes );
+// Begins the entry with the image that is given.
+void beginFrom( Entry& entry, const Plan& plan, const EncodeArguments& arguments ) {
+   try {
+      entry.reset( plan, imageOf( *arguments.from, arguments.fromFormat ) );
+   } catch( const Error& error ) {
+      throw Error( "--from: " + error.message() );
    }
-   return text;
 }
 
 } // namespace
 
 std::string encode( const EncodeArguments& arguments ) {
    const Plan plan( arguments.pair );
-   Place place;
-   place.entry = parseIndex( arguments.entry, "entry", 0xffffffff );
-   place.array = parseIndex( arguments.array, "array", 0xffff );
-   place.identifier = parseIndex( arguments.identifier, "identifier", 0xffff );
+   const Place place = placeOf( arguments.place );
    const auto address = plan.address( place );
    Entry entry;
-   entry.reset( plan );
+   if( arguments.from ) {
+      beginFrom( entry, plan, arguments );
+   } else {
+      entry.reset( plan );
+   }
    for( const auto& field : arguments.fields ) {
       setField( entry, field );
    }
-
-   std::string text = "image: ";
-   appendHex( text, entry.image(), " " );
-   text += "\nwords: " + wordsOf( entry.image() ) + '\n';
-   if( !address ) {
-      return text + "address: none\n";
-   }
-   return text + "address: " + hexOf( address->schanAddress ) +
-          "\naccessType: " + std::to_string( address->accessType ) +
-          "\ndestBlock: " + std::to_string( address->destBlock ) + '\n';
+   std::string text;
+   arguments.form( text, { plan, place, address, entry.image() } );
+   return text;
 }
 
 Verb addEncode( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "encode", "Compose the image of one entry" );
    const auto arguments = std::make_shared<EncodeArguments>();
    addPair( *verb, arguments->pair );
-   verb->add_option( "--entry", arguments->entry, "Entry of the table, 0 if not given" )
-      ->type_name( "N" );
-   verb->add_option( "--array", arguments->array, "Array element, 0 if not given" )
-      ->type_name( "N" );
+   addPlace( *verb, arguments->place );
+   verb->add_option( "--from", arguments->from, "Image to begin with, a fresh entry if not given" )
+      ->type_name( "IMAGE" );
+   addImageFormat( *verb, arguments->fromFormat );
+   static constexpr std::string_view forms[] = { "text", "bytes", "words", "json" };
+   addForm( *verb, arguments->form, forms );
    verb
-      ->add_option( "--identifier", arguments->identifier,
-                    "Instance of the memory, 0 if not given" )
-      ->type_name( "N" );
-   verb->add_option( "field=value", arguments->fields,
-                     "Fields to set; a value is decimal, or hexadecimal after 0x" );
+      ->add_flag_callback(
+         "--json", [arguments] { arguments->form = formNamed( "json" ); },
+         "The same as --output json" )
+      ->excludes( verb->get_option( "--output" ) );
+   verb->add_option( "field=value", arguments->fields, "Fields to set, and their values or mask" );
    describe( *verb,
              "Prints the image as bytes, entry byte 0 first, and as 32-bit words, and the entry's "
-             "address. Fields that are not given are 0, but for the tag. Fields are written in the "
-             "given order; where two overlap the later one wins.\n\n" +
-                chipTypesParagraph(),
-             "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 --array 2 --identifier 1 "
-             "action=0x12345" );
+             "address; with --output the bytes or the words alone, or a line of JSON as `vorn "
+             "program` prints it.\n\n"
+             "Fields that are not given are 0, but for the tag. With --from, they and all bits "
+             "between fields are those of the image, which must be as long as an entry and carry "
+             "the pair's tag; `vorn decode --help` tells how an image may be written. Fields are "
+             "written in the given order; where two overlap the later one wins.\n\n" +
+                notationsParagraphs() + "\n\n" + chipTypesParagraph(),
+             "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 --array 2 action=0x12345\n"
+             "  vorn encode TcamBankIpv4Tt --chip 10 --output bytes ipv4Dip=10.0.0.1 vrf=mask\n"
+             "  vorn encode EgressPerPortTable --chip 10 --from 400100000000000000000000 "
+             "vlanDomain=6" );
    return { verb, [arguments]( Output& output ) { output.write( encode( *arguments ) ); } };
 }
 

@@ -1,8 +1,12 @@
 // One entry image from fields given as text.
 #pragma once
 
+#include "Arguments.h"
+#include "Forms.h"
+#include "Images.h"
 #include "Plan.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,10 +14,11 @@ namespace Vorn {
 
 struct EncodeArguments {
    PairText pair;
-   std::string entry = "0";
-   std::string array = "0";
-   std::string identifier = "0";
-   std::vector<std::string> fields; // "name=value"
+   PlaceText place;
+   std::vector<std::string> fields;      // "name=value"
+   std::optional<std::string> from = {}; // image to begin with
+   ImageFormat fromFormat = ImageFormat::automatic;
+   Form form = formNamed( "text" );
 };
 
 // The lines of `vorn encode`.

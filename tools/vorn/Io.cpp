@@ -10,9 +10,24 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Vorn {
+
+namespace {
+
+// From where the descriptor stands to the end of its file; 0 for what is no file.
+U64 sizeBehind( int descriptor ) {
+   struct stat status {};
+   if( ::fstat( descriptor, &status ) != 0 || !S_ISREG( status.st_mode ) ) {
+      return 0;
+   }
+   const off_t begin = ::lseek( descriptor, 0, SEEK_CUR );
+   return begin >= 0 && begin < status.st_size ? static_cast<U64>( status.st_size - begin ) : 0;
+}
+
+} // namespace
 
 void Output::write( std::string_view lines ) {
    pending_ += lines;
@@ -43,6 +58,7 @@ LineReader::LineReader( const std::string& path, std::function<void()> beforeRea
    if( descriptor_ < 0 ) {
       throw Error( "cannot open " + name_ + ": " + std::strerror( errno ) );
    }
+   size_ = sizeBehind( descriptor_ );
 }
 
 LineReader::~LineReader() {
@@ -87,6 +103,7 @@ bool LineReader::readMore() {
       const ssize_t count = ::read( descriptor_, buffer_.data() + end_, buffer_.size() - end_ );
       if( count >= 0 ) {
          end_ += static_cast<std::size_t>( count );
+         bytesRead_ += static_cast<U64>( count );
          return count > 0;
       }
       if( errno != EINTR ) {

@@ -1,6 +1,8 @@
 // Whole lines in and out: standard output through a buffer, and a file or standard input by line.
 #pragma once
 
+#include <Kelvar/Types.h>
+
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -41,12 +43,18 @@ public:
    // "entries.jsonl:3", the place of the last line.
    std::string place() const;
 
+   // How many bytes there are to read, 0 if only reading tells; and how many have been read.
+   U64 size() const { return size_; }
+   U64 bytesRead() const { return bytesRead_; }
+
 private:
    bool readMore();
 
    std::string name_;
    std::function<void()> beforeRead_;
    int descriptor_;
+   U64 size_ = 0;
+   U64 bytesRead_ = 0;
    std::size_t number_ = 0;
    std::vector<char> buffer_;
    std::size_t begin_ = 0; // of what is read and not yet handed out

@@ -116,14 +116,39 @@ std::optional<Address> Plan::address( const Place& place ) const {
    return address;
 }
 
-std::string Plan::pairText() const {
-   const std::string text = std::string( table_ ) + " on " + chip_.name;
-   for( const ChipVariants& pair : pairsOf( table_ ) ) {
-      if( pair.chip == chip_.number && pair.variants.size() > 1 ) {
-         return text + " variant " + std::to_string( variant_ );
+std::vector<Plan::TagField> Plan::tag() const {
+   std::vector<TagField> tag;
+   bool isStamped = false;
+   for( const Field& field : fields_ ) {
+      if( field.readOnly ) {
+         const U64 value = view_->stringField( field.name, 0 );
+         tag.push_back( { &field, value } );
+         isStamped = isStamped || value != 0;
       }
    }
-   return text;
+   return isStamped ? tag : std::vector<TagField>();
+}
+
+std::string Plan::pairText() const {
+   return std::string( table_ ) + " on " + chip_.name + variantText();
+}
+
+std::string Plan::variantText() const {
+   return variantsOn( table_, chip_.number )->variants.size() > 1
+             ? " variant " + std::to_string( variant_ )
+             : "";
+}
+
+std::vector<Plan> plansOn( const Chip& chip ) {
+   std::vector<Plan> plans;
+   for( const auto table : Hardware::classNames() ) {
+      if( const auto pairs = variantsOn( table, chip.number ) ) {
+         for( const U32 variant : pairs->variants ) {
+            plans.emplace_back( table, chip, variant );
+         }
+      }
+   }
+   return plans;
 }
 
 } // namespace Vorn

@@ -31,6 +31,8 @@ struct Place {
    U64 entry = 0;
    U64 array = 0;
    U64 identifier = 0;
+
+   bool operator==( const Place& ) const = default;
 };
 
 // Where it lies, as the chip's S-channel says it.
@@ -38,6 +40,8 @@ struct Address {
    U32 schanAddress = 0;
    U8 accessType = 0;
    U8 destBlock = 0;
+
+   bool operator==( const Address& ) const = default;
 };
 
 class Plan {
@@ -51,6 +55,14 @@ public:
       bool readOnly;
    };
 
+   // A field whose value is the same in every entry of the pair.
+   struct TagField {
+      const Field* field; // among fields()
+      U64 value;
+
+      bool operator==( const TagField& ) const = default;
+   };
+
    // An unknown table, chip type or variant and a pair that the table lacks are Errors.
    Plan( std::string_view table, const Chip& chip, U64 variant );
    explicit Plan( const PairText& pair );
@@ -58,6 +70,7 @@ public:
    std::string_view table() const { return table_; }
    const Chip& chip() const { return chip_; }
    U8 variant() const { return variant_; }
+   const Hardware::PairInfo& info() const { return info_; }
 
    // The fields of the pair in their declared order.
    std::span<const Field> fields() const { return fields_; }
@@ -72,8 +85,14 @@ public:
    // Nothing where the pair has no address. A place out of range is an Error.
    std::optional<Address> address( const Place& place ) const;
 
+   // The constants that tell entries of the pair from others; none where a fresh entry is all zero.
+   std::vector<TagField> tag() const;
+
    // "LifTable on BCM88690_B0 variant 3"; the variant is left out where there is no other.
    std::string pairText() const;
+
+   // Its end alone, " variant 3" or nothing.
+   std::string variantText() const;
 
 private:
    [[noreturn]] void refuseField( std::string_view name ) const;
@@ -86,5 +105,8 @@ private:
    std::vector<Field> fields_;
    std::unordered_map<std::string_view, std::size_t> positions_;
 };
+
+// The plans of a chip type's pairs, in registry order.
+std::vector<Plan> plansOn( const Chip& chip );
 
 } // namespace Vorn

@@ -2,15 +2,18 @@
 #include "Arguments.h"
 #include "Entry.h"
 #include "Error.h"
+#include "Forms.h"
 #include "Plan.h"
+#include "Progress.h"
 #include "Record.h"
-#include "Text.h"
 #include "Values.h"
 #include "Verbs.h"
 
+#include <Hardware/Registry.h>
+
 #include <CLI/CLI.hpp>
 
-#include <charconv>
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string_view>
@@ -20,102 +23,127 @@ namespace Vorn {
 
 namespace {
 
-// A plan, and what all lines of its pair begin with.
-struct Prepared {
-   explicit Prepared( Plan made );
+using Key = Record::Key;
 
-   Plan plan;
-   std::string head;
-};
+// The key whose value is to blame where the registry doesn't have the record's pair.
+Key wrongKeyOf( const Record& record ) {
+   const auto tables = Hardware::classNames();
+   if( std::find( tables.begin(), tables.end(), record.table() ) == tables.end() ) {
+      return Key::table;
+   }
+   const bool isServed = variantsOn( record.table(), record.chip().number ).has_value();
+   return isServed && record.has( Key::variant ) ? Key::variant : Key::chip;
+}
 
-Prepared::Prepared( Plan made ) : plan( std::move( made ) ) {
-   head.append( R"({"table":")" ).append( plan.table() );
-   head.append( R"(","chip":")" ).append( plan.chip().name );
-   head.append( R"(","variant":)" ).append( std::to_string( plan.variant() ) );
-   head.append( R"(,"entry":)" );
+// The same where the pair doesn't have the record's place.
+Key wrongKeyOf( const Plan& plan, const Place& place ) {
+   if( place.entry >= plan.info().entries ) {
+      return Key::entry;
+   }
+   return place.array >= plan.info().arrayElements ? Key::array : Key::identifier;
 }
 
 // The pairs met so far. The registry is asked about each of them once.
 class Pairs {
 public:
-   const Prepared& of( const Record& record ) {
-      const Key key( record.table(), record.chip().number, record.variant() );
-      if( last_ != prepared_.end() && last_->first == key ) {
+   const Plan& of( Record& record ) {
+      const PairKey key( record.table(), record.chip().number, record.variant() );
+      if( last_ != plans_.end() && last_->first == key ) {
          return last_->second;
       }
-      last_ = prepared_.find( key );
-      if( last_ == prepared_.end() ) {
+      last_ = plans_.find( key );
+      if( last_ == plans_.end() ) {
+         record.lookAt( wrongKeyOf( record ) );
          Plan plan( record.table(), record.chip(), record.variant() );
-         const Key lasting( plan.table(), plan.chip().number, plan.variant() );
-         last_ = prepared_.emplace( lasting, Prepared( std::move( plan ) ) ).first;
+         const PairKey lasting( plan.table(), plan.chip().number, plan.variant() );
+         last_ = plans_.emplace( lasting, std::move( plan ) ).first;
       }
       return last_->second;
    }
 
 private:
-   using Key = std::tuple<std::string_view, U8, U64>;
+   using PairKey = std::tuple<std::string_view, U8, U64>;
 
-   std::map<Key, Prepared> prepared_;
-   std::map<Key, Prepared>::iterator last_ = prepared_.end();
+   std::map<PairKey, Plan> plans_;
+   std::map<PairKey, Plan>::iterator last_ = plans_.end();
 };
-
-void appendNumber( std::string& text, U64 number, int base = 10 ) {
-   char digits[20];
-   const auto end = std::to_chars( std::begin( digits ), std::end( digits ), number, base ).ptr;
-   text.append( digits, end );
-}
 
 class Programmer {
 public:
+   explicit Programmer( Form form ) : form_( form ) {}
+
    // The output line for an input line, valid until the next call.
    const std::string& lineFor( std::string_view input ) {
       record_.parse( input );
-      const Prepared& pair = pairs_.of( record_ );
-      const auto address = pair.plan.address( record_.place() );
-      entry_.reset( pair.plan );
-      for( const auto& field : record_.fields() ) {
-         entry_.set( field.name, field.value, field.given );
+      const Plan& plan = pairs_.of( record_ );
+      const auto address = addressOf( plan );
+      if( record_.has( Key::from ) ) {
+         record_.lookAt( Key::from );
+         entry_.reset( plan, imageOf( record_.from() ) );
+      } else {
+         entry_.reset( plan );
       }
-      compose( pair, address );
+      for( const auto& field : record_.fields() ) {
+         setField( field );
+      }
+      line_.clear();
+      form_( line_, { plan, record_.place(), address, entry_.image() } );
       return line_;
    }
 
+   // Where in the input line the last Error has its reason.
+   std::size_t column() const { return record_.column(); }
+
 private:
-   void compose( const Prepared& pair, const std::optional<Address>& address ) {
-      const Place& place = record_.place();
-      line_ = pair.head;
-      appendNumber( line_, place.entry );
-      line_ += R"(,"array":)";
-      appendNumber( line_, place.array );
-      line_ += R"(,"identifier":)";
-      appendNumber( line_, place.identifier );
-      line_ += R"(,"image":")";
-      appendHex( line_, entry_.image() );
-      if( address ) {
-         line_ += R"(","address":"0x)";
-         appendNumber( line_, address->schanAddress, 16 );
-         line_ += R"(","accessType":)";
-         appendNumber( line_, address->accessType );
-         line_ += R"(,"destBlock":)";
-         appendNumber( line_, address->destBlock );
-         line_ += "}\n";
-      } else {
-         line_ += R"(","address":null,"accessType":null,"destBlock":null})";
-         line_ += '\n';
+   std::optional<Address> addressOf( const Plan& plan ) {
+      const Place place = record_.place();
+      try {
+         return plan.address( place );
+      } catch( const Error& ) {
+         record_.lookAt( wrongKeyOf( plan, place ) );
+         throw;
       }
    }
 
+   void setField( const Record::FieldValue& field ) {
+      record_.lookAtName( field );
+      const auto position = entry_.open( field.name );
+      record_.lookAtValue( field );
+      if( field.given == maskWord ) {
+         entry_.fill( position );
+      } else {
+         entry_.set( position, field.value, field.given );
+      }
+   }
+
+   Form form_;
    Pairs pairs_;
    Record record_;
    Entry entry_;
    std::string line_;
 };
 
+struct ProgramArguments {
+   std::string path;
+   Form form;
+   std::string count = "0"; // of entries in a pipe; 0 if it is not known
+};
+
 // Turns the lines of the file, or of standard input for "-", into lines of `output`. The lines
 // before a bad one are given to `output` before the Error is thrown.
-void program( const std::string& path, Output& output ) {
-   Programmer programmer;
-   LineReader reader( path, [&output] { output.flush(); } );
+void program( const ProgramArguments& arguments, Output& output ) {
+   const U64 count = parseIndex( arguments.count, "count", ~U64( 0 ) );
+   Programmer programmer( arguments.form );
+   Progress progress;
+   U64 entries = 0;
+   LineReader reader( arguments.path, [&] {
+      output.flush();
+      if( const U64 size = reader.size() ) {
+         progress.show( reader.bytesRead(), size, entries );
+      } else {
+         progress.show( entries, count, entries );
+      }
+   } );
    for( std::string_view line; reader.next( line ); ) {
       if( line.find_first_not_of( " \t\r" ) == std::string_view::npos ) {
          continue;
@@ -124,9 +152,11 @@ void program( const std::string& path, Output& output ) {
       try {
          made = &programmer.lineFor( line );
       } catch( const Error& error ) {
-         throw Error( reader.place(), error.message() );
+         throw Error( reader.place() + ':' + std::to_string( programmer.column() ),
+                      error.message() );
       }
       output.write( *made );
+      ++entries;
    }
 }
 
@@ -134,23 +164,43 @@ void program( const std::string& path, Output& output ) {
 
 Verb addProgram( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "program", "Compose images for JSON lines" );
-   const auto path = std::make_shared<std::string>();
-   verb->add_option( "FILE", *path, "File of JSON lines, - for standard input" )->required();
+   const auto arguments = std::make_shared<ProgramArguments>();
+   verb->add_option( "FILE", arguments->path, "File of JSON lines, - for standard input" )
+      ->required();
+   static constexpr std::string_view forms[] = { "json", "bytes", "words" };
+   addForm( *verb, arguments->form, forms );
+   verb
+      ->add_option( "--count", arguments->count,
+                    "Entries to expect of a pipe, for the progress line" )
+      ->type_name( "N" );
    describe( *verb,
-             "Reads a JSON object from each line that is not blank: \"table\", \"chip\" (name or "
-             "number), \"variant\", \"entry\", \"array\", \"identifier\" (0 if not given) and "
-             "\"fields\", an object of field names and values. A value is a number, or a string in "
-             "decimal or in hexadecimal after 0x, which may have any width. Fields are written in "
-             "the order of the line; where two overlap the later one wins.\n\n"
-             "Prints for each a JSON object in one line, with the image as bytes in hexadecimal, "
-             "entry byte 0 first, and the address; \"address\", \"accessType\" and \"destBlock\" "
-             "are null where there is no address.\n\n"
-             "A bad line ends the program with exit status 1. The lines before it have been "
-             "printed then, and nothing of the bad line or of any after it. A line holds at most " +
-                std::to_string( LineReader::longestLine ) + " bytes.",
+             "Reads a JSON object from each line that is not blank:\n"
+             "  \"table\", \"chip\"                   names; the chip type also by number\n"
+             "  \"variant\"                         0 if not given\n"
+             "  \"entry\", \"array\", \"identifier\"  0 if not given\n"
+             "  \"fields\"                          an object of field names and values\n"
+             "  \"from\"                            an image to begin with instead of a fresh\n"
+             "                                    entry, as `vorn encode --from` takes it\n"
+             "\n"
+             "Fields are written in the order of the line; where two overlap the later one wins.\n"
+             "\n" +
+                notationsParagraphs() +
+                " In JSON, all but decimal numbers of at most 64 bits stand in quotes.\n\n"
+                "Prints for each a JSON object in one line, with the image as bytes in "
+                "hexadecimal, entry byte 0 first, and the address; \"address\", \"accessType\" and "
+                "\"destBlock\" are null where there is no address. With --output bytes or words "
+                "the line is the image alone, as those bytes or as 32-bit words.\n\n"
+                "A bad line ends the program with exit status 1. The lines before it have been "
+                "printed then, and nothing of the bad line or of any after it. A line holds at "
+                "most " +
+                std::to_string( LineReader::longestLine ) +
+                " bytes.\n\n"
+                "While standard error is a terminal and standard output is none, a line there "
+                "shows how far a file has come, or a pipe with --count.",
              "  echo '{\"table\":\"TcamActionTable\",\"chip\":\"BCM88690_B0\",\"entry\":5,"
-             "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -" );
-   return { verb, [path]( Output& output ) { program( *path, output ); } };
+             "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -\n"
+             "  vorn program entries.jsonl --output bytes > images.txt" );
+   return { verb, [arguments]( Output& output ) { program( *arguments, output ); } };
 }
 
 } // namespace Vorn

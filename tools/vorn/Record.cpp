@@ -8,23 +8,60 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 
 namespace Vorn {
 
 namespace {
 
-enum Key : std::size_t { table, chip, variant, entry, array, identifier, fields };
+using Key = Record::Key;
 
-constexpr std::array<std::string_view, 7> keyNames{ "table", "chip",       "variant", "entry",
-                                                    "array", "identifier", "fields" };
+constexpr std::array<std::string_view, Record::keyCount> keyNames{ "table", "chip",  "variant",
+                                                                   "entry", "array", "identifier",
+                                                                   "from",  "fields" };
 
-constexpr std::array<std::string_view, 7> keyTypes{
-   "a string", "a name or a number", "a number", "a number", "a number", "a number", "an object",
-};
+constexpr std::array<std::string_view, Record::keyCount> keyTypes{ "a string", "a name or a number",
+                                                                   "a number", "a number",
+                                                                   "a number", "a number",
+                                                                   "a string", "an object" };
 
 constexpr auto requiredKeys = { Key::table, Key::chip, Key::fields };
+
+constexpr std::string_view punctuation = "{}[],:";
+constexpr std::string_view delimiters = " \t\r{}[],:\"";
+
+constexpr bool contains( std::string_view text, char c ) {
+   return text.find( c ) != std::string_view::npos;
+}
+
+// The end of the token that begins there, if it is one that the JSON parser takes.
+std::size_t tokenEnd( std::string_view line, std::size_t begin ) {
+   if( contains( punctuation, line[begin] ) ) {
+      return begin + 1;
+   }
+   if( line[begin] != '"' ) {
+      return std::min( line.find_first_of( delimiters, begin ), line.size() );
+   }
+   std::size_t end = begin + 1;
+   while( end < line.size() && line[end] != '"' ) {
+      end += line[end] == '\\' ? 2 : 1;
+   }
+   return std::min( end + 1, line.size() );
+}
+
+// The beginning of the first token for which isIt( begin, end ) holds, else the end of the line.
+template<class Predicate>
+std::size_t beginOfToken( std::string_view line, Predicate isIt ) {
+   constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+   std::size_t begin = line.starts_with( byteOrderMark ) ? byteOrderMark.size() : 0;
+   while( ( begin = line.find_first_not_of( " \t\r", begin ) ) != std::string_view::npos ) {
+      const std::size_t end = tokenEnd( line, begin );
+      if( isIt( begin, end ) ) {
+         return begin;
+      }
+      begin = end;
+   }
+   return line.size();
+}
 
 } // namespace
 
@@ -35,9 +72,8 @@ public:
    explicit RecordParser( Record& record ) : record_( record ) {}
 
    bool start_object( std::size_t ) {
-      if( depth_ == 1 && key_ != Key::fields ) {
-         refuse( "an object" );
-      } else if( depth_ == 2 ) {
+      ++record_.token_;
+      if( depth_ == 2 || ( depth_ == 1 && key_ != Key::fields ) ) {
          refuse( "an object" );
       }
       ++depth_;
@@ -46,17 +82,13 @@ public:
 
    bool end_object() {
       if( --depth_ == 0 ) {
-         for( const Key key : requiredKeys ) {
-            if( !seen_[key] ) {
-               throw Error( "missing key " + inQuotes( keyNames[key] ) +
-                            "; every line needs table, chip and fields" );
-            }
-         }
+         requireKeys();
       }
       return true;
    }
 
    bool key( std::string& name ) {
+      ++record_.token_;
       if( depth_ == 2 ) {
          if( record_.fieldCount_ == record_.fields_.size() ) {
             record_.fields_.emplace_back();
@@ -64,6 +96,7 @@ public:
          Record::FieldValue& field = record_.fields_[record_.fieldCount_++];
          field.name.swap( name );
          field.given.clear();
+         field.token = record_.token_;
          return true;
       }
       const auto found = std::find( keyNames.begin(), keyNames.end(), name );
@@ -71,58 +104,56 @@ public:
          throw Error( "unknown key " + inQuotes( name ) + suggestion( name, keyNames ) );
       }
       key_ = static_cast<Key>( found - keyNames.begin() );
-      if( seen_[key_] ) {
+      if( record_.has( key_ ) ) {
          throw Error( "key " + inQuotes( name ) + " is given twice" );
       }
-      seen_[key_] = true;
+      record_.tokens_[Record::indexOf( key_ )] = record_.token_ + 1;
       return true;
    }
 
    bool string( std::string& text ) {
+      ++record_.token_;
       if( depth_ == 2 ) {
          Record::FieldValue& field = lastField();
-         field.value = parseValue( text, field.name );
+         if( text != maskWord ) {
+            field.value = parseValue( text, field.name );
+         }
          field.given.swap( text );
-      } else if( depth_ == 1 && key_ == Key::table ) {
+         return true;
+      }
+      switch( depth_ == 1 ? key_ : Key::fields ) {
+      case Key::table:
          record_.table_.swap( text );
-      } else if( depth_ == 1 && key_ == Key::chip ) {
+         return true;
+      case Key::chip:
          record_.chip_ = &chipOf( text );
-      } else {
+         return true;
+      case Key::from:
+         record_.from_.swap( text );
+         return true;
+      default:
          refuse( "a string" );
+      }
+   }
+
+   bool number_unsigned( U64 number ) {
+      ++record_.token_;
+      if( !takesNumber() ) {
+         refuse( "a number" );
+      }
+      if( depth_ == 2 ) {
+         lastField().value = Value( number );
+      } else if( key_ == Key::chip ) {
+         record_.chip_ = &chipOf( number );
+      } else {
+         record_.numbers_[Record::indexOf( key_ )] = number;
       }
       return true;
    }
 
-   bool number_unsigned( U64 number ) {
-      if( depth_ == 2 ) {
-         lastField().value = Value( number );
-         return true;
-      }
-      switch( depth_ == 1 ? key_ : Key::fields ) {
-      case Key::chip:
-         record_.chip_ = &chipOf( number );
-         return true;
-      case Key::variant:
-         record_.variant_ = number;
-         return true;
-      case Key::entry:
-         record_.place_.entry = number;
-         return true;
-      case Key::array:
-         record_.place_.array = number;
-         return true;
-      case Key::identifier:
-         record_.place_.identifier = number;
-         return true;
-      case Key::table:
-      case Key::fields:
-         break;
-      }
-      refuse( "a number" );
-   }
-
    // Called for what begins with a minus sign.
    bool number_integer( std::int64_t number ) {
+      ++record_.token_;
       if( !takesNumber() ) {
          refuse( "a number" );
       }
@@ -132,6 +163,7 @@ public:
 
    // Called for fractions and exponents, and for integers beyond 64 bits.
    bool number_float( double, const std::string& text ) {
+      ++record_.token_;
       if( !takesNumber() ) {
          refuse( "a number" );
       }
@@ -141,43 +173,75 @@ public:
                              : "; a value is an integer of 0 or more" ) );
    }
 
-   bool boolean( bool value ) { refuse( value ? "true" : "false" ); }
-   bool null() { refuse( "null" ); }
-   bool start_array( std::size_t ) { refuse( "an array" ); }
+   bool boolean( bool value ) { return refuseNext( value ? "true" : "false" ); }
+   bool null() { return refuseNext( "null" ); }
+   bool start_array( std::size_t ) { return refuseNext( "an array" ); }
 
    // Never called: arrays are refused and the text has no binary values.
    bool end_array() { return false; }
    bool binary( nlohmann::json::binary_t& ) { return false; }
 
+   // `position` is the number of bytes read, the last of them part of what is wrong.
    bool parse_error( std::size_t position, const std::string& token,
                      const nlohmann::detail::exception& exception ) {
       if( exception.id == numberOverflow ) {
          return number_float( 0, token );
       }
-      // What follows the parser's own account of the place, which counts lines within the line.
-      constexpr std::string_view column = "column ";
+      // The parser's account of what it was about stands before a dash, what it read behind this.
+      constexpr std::string_view dash = " - ";
       std::string_view reason = exception.what();
-      reason.remove_prefix( std::min( reason.find( column ), reason.size() ) );
-      reason.remove_prefix( std::min( reason.find( ": " ), reason.size() ) );
-      throw Error( "not valid JSON at column " + std::to_string( position ) +
-                   shown( reason, 160 ) );
+      if( const auto before = reason.find( dash ); before != std::string_view::npos ) {
+         reason.remove_prefix( before + dash.size() );
+      }
+      reason = reason.substr( 0, reason.find( "; last read: " ) );
+      record_.token_ = 0;
+      record_.byte_ = reason.starts_with( "invalid string" )
+                         ? position - 1
+                         : beginOfWrongToken( position, reason.starts_with( "invalid" ) );
+      const bool isBareValue = depth_ == 2 && reason.starts_with( "invalid literal" );
+      throw Error( "not valid JSON: " + shown( reason, 160 ) +
+                   ( isBareValue ? "; all values but decimal numbers stand in quotes" : "" ) );
    }
 
 private:
    static constexpr int numberOverflow = 406;
 
+   // An invalid token may be found out by what stands behind it.
+   std::size_t beginOfWrongToken( std::size_t position, bool isInvalid ) const {
+      const auto line = record_.line_;
+      if( isInvalid && ( position > line.size() || contains( delimiters, line[position - 1] ) ) ) {
+         --position;
+      }
+      return beginOfToken( line, [&]( std::size_t, std::size_t end ) { return end >= position; } );
+   }
+
    Record::FieldValue& lastField() { return record_.fields_[record_.fieldCount_ - 1]; }
+
+   void requireKeys() {
+      for( const Key key : requiredKeys ) {
+         if( !record_.has( key ) ) {
+            record_.token_ = 1;
+            throw Error( "missing key " + inQuotes( nameOf( key ) ) +
+                         "; every line needs table, chip and fields" );
+         }
+      }
+   }
+
+   static std::string_view nameOf( Key key ) { return keyNames[Record::indexOf( key )]; }
 
    // Whether a number of any kind may stand here.
    bool takesNumber() const {
-      return depth_ == 2 || ( depth_ == 1 && key_ != Key::table && key_ != Key::fields );
+      return depth_ == 2 ||
+             ( depth_ == 1 && key_ != Key::table && key_ != Key::from && key_ != Key::fields );
    }
 
    std::string valueName() {
-      if( depth_ == 0 ) {
-         return "a line";
-      }
-      return depth_ == 2 ? shown( lastField().name ) : std::string( keyNames[key_] );
+      return depth_ == 2 ? shown( lastField().name ) : std::string( nameOf( key_ ) );
+   }
+
+   bool refuseNext( std::string_view what ) {
+      ++record_.token_;
+      refuse( what );
    }
 
    // Ends with what may stand where `what` was found.
@@ -187,8 +251,8 @@ private:
          throw Error( "a line holds one JSON object" + given );
       }
       if( depth_ == 1 ) {
-         throw Error( "the value of " + inQuotes( keyNames[key_] ) + " is " +
-                      std::string( keyTypes[key_] ) + given );
+         throw Error( "the value of " + inQuotes( nameOf( key_ ) ) + " is " +
+                      std::string( keyTypes[Record::indexOf( key_ )] ) + given );
       }
       throw Error( "the value of field " + inQuotes( lastField().name ) +
                    " is a number or a string" + given );
@@ -197,20 +261,28 @@ private:
    Record& record_;
    int depth_ = 0; // of objects: 1 in the line's own, 2 in its "fields"
    Key key_ = Key::table;
-   std::array<bool, keyNames.size()> seen_{};
 };
 
 void Record::parse( std::string_view line ) {
-   if( std::memchr( line.data(), '\0', line.size() ) ) {
-      // The JSON parser would take it for the end of the text.
+   line_ = line;
+   numbers_ = {};
+   tokens_ = {};
+   token_ = 0;
+   fieldCount_ = 0;
+   // The JSON parser would take it for the end of the text.
+   if( byte_ = line.find( '\0' ); byte_ != std::string_view::npos ) {
       throw Error( "not valid JSON: the line holds a zero byte" );
    }
-   chip_ = nullptr;
-   variant_ = 0;
-   place_ = {};
-   fieldCount_ = 0;
    RecordParser parser( *this );
    nlohmann::json::sax_parse( line.begin(), line.end(), &parser );
+}
+
+std::size_t Record::column() const {
+   std::size_t left = token_;
+   const auto isIt = [&]( std::size_t begin, std::size_t ) {
+      return !contains( "}],:", line_[begin] ) && --left == 0;
+   };
+   return columnOf( line_, token_ == 0 ? byte_ : beginOfToken( line_, isIt ) );
 }
 
 } // namespace Vorn

@@ -31,8 +31,16 @@ std::string shown( std::string_view text, std::size_t limit ) {
 
 std::string inQuotes( std::string_view text ) { return '"' + shown( text ) + '"'; }
 
-std::string wrapped( std::string_view text ) {
-   constexpr std::size_t columns = 80;
+std::size_t columnOf( std::string_view line, std::size_t at ) {
+   const auto before = line.substr( 0, at );
+   // The bytes that begin a character.
+   const auto characters = std::count_if( before.begin(), before.end(), []( char c ) {
+      return ( static_cast<U8>( c ) & 0xc0 ) != 0x80;
+   } );
+   return static_cast<std::size_t>( characters ) + 1;
+}
+
+std::string wrapped( std::string_view text, std::size_t columns ) {
    std::string result;
    while( !text.empty() ) {
       const auto end = text.find( '\n' );
@@ -51,10 +59,10 @@ std::string wrapped( std::string_view text ) {
    return result;
 }
 
-std::string listOf( std::span<const std::string_view> names ) {
+std::string listOf( std::span<const std::string_view> names, std::string_view between ) {
    std::string result;
    for( const auto name : names ) {
-      result.append( result.empty() ? "" : ", " ).append( name );
+      result.append( result.empty() ? "" : between ).append( name );
    }
    return result;
 }
@@ -95,24 +103,34 @@ void appendHex( std::string& text, std::span<const U8> bytes, std::string_view b
    }
 }
 
-std::string columnsOf( std::span<const Align> columns,
-                       std::span<const std::vector<std::string>> rows ) {
-   std::vector<std::size_t> widths( columns.size() );
+std::vector<std::size_t> widthsOf( std::span<const std::vector<std::string>> rows ) {
+   std::vector<std::size_t> widths( rows.empty() ? 0 : rows.front().size() );
    for( const auto& row : rows ) {
-      for( std::size_t i = 0; i < columns.size(); ++i ) {
+      for( std::size_t i = 0; i < widths.size(); ++i ) {
          widths[i] = std::max( widths[i], row[i].size() );
       }
    }
+   return widths;
+}
+
+std::string lineOf( std::span<const Align> columns, std::span<const std::size_t> widths,
+                    const std::vector<std::string>& row ) {
+   std::string line;
+   for( std::size_t i = 0; i < row.size(); ++i ) {
+      const std::string padding( widths[i] - row[i].size(), ' ' );
+      line += i > 0 ? "  " : "";
+      line += columns[i] == Align::right ? padding + row[i] : row[i] + padding;
+   }
+   line.erase( line.find_last_not_of( ' ' ) + 1 );
+   return line + '\n';
+}
+
+std::string columnsOf( std::span<const Align> columns,
+                       std::span<const std::vector<std::string>> rows ) {
+   const auto widths = widthsOf( rows );
    std::string result;
    for( const auto& row : rows ) {
-      std::string line;
-      for( std::size_t i = 0; i < columns.size(); ++i ) {
-         const std::string padding( widths[i] - row[i].size(), ' ' );
-         line += i > 0 ? "  " : "";
-         line += columns[i] == Align::right ? padding + row[i] : row[i] + padding;
-      }
-      line.erase( line.find_last_not_of( ' ' ) + 1 );
-      result += line + '\n';
+      result += lineOf( columns, widths, row );
    }
    return result;
 }

@@ -1,11 +1,16 @@
-// Field values of up to 512 bits: read from decimal or hexadecimal text, and printed.
+// Field values of up to 512 bits: read from the notations that people write them in, and printed.
 #include "Values.h"
 
 #include "Error.h"
+#include "Suggest.h"
 #include "Text.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <span>
+
+#include <arpa/inet.h>
 
 namespace Vorn {
 
@@ -40,6 +45,165 @@ bool appendDigit( Value& value, unsigned base, unsigned digit ) {
    return carry == 0;
 }
 
+struct Base {
+   std::string_view prefix; // in lower case
+   unsigned base;
+   std::size_t easyDigits;  // cannot overflow one word, and are nearly always all there are
+   std::string_view digits; // what has to follow
+};
+
+constexpr Base bases[] = { { "0x", 16, 16, "hexadecimal digits after 0x" },
+                           { "0b", 2, 64, "binary digits after 0b" },
+                           { "", 10, 19, "decimal digits" } };
+
+const Base& baseOf( std::string_view text ) {
+   const bool hasPrefix = text.size() >= 2 && text[0] == '0';
+   const char letter = hasPrefix ? static_cast<char>( text[1] | 0x20 ) : ' ';
+   return bases[letter == 'x' ? 0 : letter == 'b' ? 1 : 2];
+}
+
+// Whether `text` is a number; `value` has to be fresh.
+bool readNumber( std::string_view text, Value& value ) {
+   const Base& base = baseOf( text );
+   const auto digits = text.substr( base.prefix.size() );
+   std::size_t count = 0;
+   bool fits = true;
+   for( std::size_t i = 0; i < digits.size(); ++i ) {
+      const unsigned digit = digitOf( digits[i] );
+      if( digit >= base.base ) {
+         if( digits[i] == '_' && i > 0 && digits[i - 1] != '_' && i + 1 < digits.size() ) {
+            continue;
+         }
+         return false;
+      }
+      if( count++ < base.easyDigits ) {
+         value.words[0] = value.words[0] * base.base + digit;
+      } else {
+         fits = fits && appendDigit( value, base.base, digit );
+      }
+   }
+   value.measure();
+   if( !fits ) {
+      value.bits = Value::maxBits + 1;
+   }
+   return count > 0;
+}
+
+bool readInternetAddress( int family, std::size_t size, std::string_view text, Value& value ) {
+   std::array<U8, 16> bytes{};
+   // A string of its own, because inet_pton reads up to a zero byte.
+   if( ::inet_pton( family, std::string( text ).c_str(), bytes.data() ) != 1 ) {
+      return false;
+   }
+   value = Value();
+   std::reverse_copy( bytes.data(), bytes.data() + size, value.bytes() );
+   value.measure();
+   return true;
+}
+
+// How a MAC address may be written.
+struct Grouping {
+   char separator;
+   std::size_t groups;
+   std::size_t digits; // of each
+};
+
+constexpr Grouping groupings[] = { { ':', 6, 2 }, { '-', 6, 2 }, { '.', 3, 4 } };
+
+bool readMacAddress( const Grouping& grouping, std::string_view text, Value& value ) {
+   const std::size_t stride = grouping.digits + 1;
+   if( text.size() != grouping.groups * stride - 1 ) {
+      return false;
+   }
+   U64 number = 0;
+   for( std::size_t i = 0; i < text.size(); ++i ) {
+      if( i % stride == grouping.digits ) {
+         if( text[i] != grouping.separator ) {
+            return false;
+         }
+      } else if( const unsigned digit = digitOf( text[i] ); digit != notADigit ) {
+         number = number << 4 | digit;
+      } else {
+         return false;
+      }
+   }
+   value = Value( number );
+   return true;
+}
+
+// Whether `text` is an address. Each notation has a number of groups of its own, so the order in
+// which they are tried doesn't matter.
+bool readAddress( std::string_view text, Value& value ) {
+   if( text.find_first_not_of( "0123456789abcdefABCDEF.:-" ) != std::string_view::npos ) {
+      return false;
+   }
+   return std::any_of( std::begin( groupings ), std::end( groupings ),
+                       [&]( const Grouping& grouping ) {
+                          return readMacAddress( grouping, text, value );
+                       } ) ||
+          readInternetAddress( AF_INET, 4, text, value ) ||
+          readInternetAddress( AF_INET6, 16, text, value );
+}
+
+// What a value with such a character is to look like, the most telling character first.
+struct Shape {
+   char character;
+   std::string_view advice;
+};
+
+constexpr Shape shapes[] = {
+   { '/', "write an address without a prefix length" },
+   { ':', "write a MAC address as 00:1c:73:00:00:01 or an IPv6 address as 2001:db8::1" },
+   { '.', "write an IPv4 address as 10.0.0.1 or a MAC address as 001c.7300.0001" },
+   { '-', "write a MAC address as 00-1c-73-00-00-01" },
+};
+
+// The number that was probably meant: without what people put between digits, or after 0x.
+std::string numberNear( std::string_view text ) {
+   std::string bare( text );
+   std::erase_if( bare, []( char c ) {
+      return std::string_view( " _',+" ).find( c ) != std::string_view::npos;
+   } );
+   for( const std::string& meant : { bare, "0x" + bare } ) {
+      Value value;
+      if( meant.size() < 40 && readNumber( meant, value ) ) {
+         return meant;
+      }
+   }
+   return {};
+}
+
+std::string adviceOn( std::string_view text, bool isValue ) {
+   const Base& base = baseOf( text );
+   for( const Shape& shape : shapes ) {
+      // Nothing but a number begins with 0x; a MAC address may begin with 0b.
+      if( isValue && base.base != 16 && text.find( shape.character ) != std::string_view::npos ) {
+         return std::string( shape.advice );
+      }
+   }
+   if( const auto number = numberNear( text ); !number.empty() ) {
+      return "did you mean " + number + '?';
+   }
+   if( !base.prefix.empty() ) {
+      return "write " + std::string( base.digits );
+   }
+   if( isValue && nearest( text, { &maskWord, 1 } ) ) {
+      return "did you mean mask?";
+   }
+   return std::string( "write decimal digits, hexadecimal digits after 0x" ) +
+          ( isValue ? ", binary digits after 0b, an IPv4, IPv6 or MAC address, or mask"
+                    : " or binary digits after 0b" );
+}
+
+[[noreturn]] void refuse( std::string_view text, std::string_view name, bool isValue ) {
+   if( text.size() > 1 && text[0] == '-' && digitOf( text[1] ) < 10 ) {
+      throw Error( "negative value " + shown( text ) + " for " + shown( name ) +
+                   "; a value is 0 or more" );
+   }
+   throw Error( ( isValue ? "bad value " : "bad number " ) + inQuotes( text ) + " for " +
+                shown( name ) + "; " + adviceOn( text, isValue ) );
+}
+
 } // namespace
 
 Value::Value( U64 number ) : bits( static_cast<unsigned>( std::bit_width( number ) ) ) {
@@ -58,45 +222,38 @@ void Value::measure() {
    }
 }
 
-Value parseValue( std::string_view text, std::string_view name ) {
-   const bool hexadecimal = text.starts_with( "0x" ) || text.starts_with( "0X" );
-   const unsigned base = hexadecimal ? 16 : 10;
-   const auto digits = text.substr( hexadecimal ? 2 : 0 );
-   const auto bad = [&] {
-      if( text.size() > 1 && text[0] == '-' && digitOf( text[1] ) < 10 ) {
-         return Error( "negative value " + shown( text ) + " for " + shown( name ) +
-                       "; a value is 0 or more" );
-      }
-      return Error( "bad number " + inQuotes( text ) + " for " + shown( name ) +
-                    "; write decimal digits, or 0x and hexadecimal digits" );
-   };
-   if( digits.empty() ) {
-      throw bad();
-   }
+Value parseNumber( std::string_view text, std::string_view name ) {
    Value value;
-   bool fits = true;
-   // Digits that cannot overflow one word, which are nearly always all there are.
-   const std::size_t easy = hexadecimal ? 16 : 19;
-   for( std::size_t i = 0; i < digits.size(); ++i ) {
-      const unsigned digit = digitOf( digits[i] );
-      if( digit >= base ) {
-         throw bad();
-      }
-      if( i < easy ) {
-         value.words[0] = value.words[0] * base + digit;
-      } else {
-         fits = fits && appendDigit( value, base, digit );
-      }
-   }
-   value.measure();
-   if( !fits ) {
-      value.bits = Value::maxBits + 1;
+   if( !readNumber( text, value ) ) {
+      refuse( text, name, false );
    }
    return value;
 }
 
+Value parseValue( std::string_view text, std::string_view name ) {
+   Value value;
+   if( !readNumber( text, value ) && !readAddress( text, value ) ) {
+      refuse( text, name, true );
+   }
+   return value;
+}
+
+std::string notationsParagraphs() {
+   return "Values:\n"
+          "  2000, 1_000_000        decimal; underscores may stand between digits of any base\n"
+          "  0xffff, 0b1010_0101    hexadecimal, binary\n"
+          "  10.0.0.1               IPv4 address: 0x0a000001\n"
+          "  2001:db8::1            IPv6 address: 0x20010db8000000000000000000000001\n"
+          "  00:1c:73:00:00:01      MAC address: 0x001c73000001; also 00-1c-73-00-00-01 and\n"
+          "                         001c.7300.0001\n"
+          "  mask                   ones in all bits of the field\n\n"
+          "The form alone tells the notation: six groups of two digits are a MAC address, all else "
+          "with colons is an IPv6 address. An address is its bytes, in the order in which they are "
+          "sent, read as one number.";
+}
+
 U64 parseIndex( std::string_view text, std::string_view name, U64 largest ) {
-   const Value value = parseValue( text, name );
+   const Value value = parseNumber( text, name );
    if( value.bits > 64 ) {
       throw Error( std::string( name ) + ' ' + shown( text ) + " is out of range; it is at most " +
                    std::to_string( largest ) );
@@ -105,15 +262,20 @@ U64 parseIndex( std::string_view text, std::string_view name, U64 largest ) {
 }
 
 std::string hexOf( const Value& value ) {
-   constexpr char digits[] = "0123456789abcdef";
-   std::string result = "0x";
-   for( unsigned digit = value.bits == 0 ? 1 : ( value.bits + 3 ) / 4; digit-- > 0; ) {
-      result += digits[value.words[digit / 16] >> ( digit % 16 * 4 ) & 15];
-   }
+   std::string result;
+   appendHex( result, value );
    return result;
 }
 
 std::string hexOf( U64 number ) { return hexOf( Value( number ) ); }
+
+void appendHex( std::string& text, const Value& value ) {
+   constexpr char digits[] = "0123456789abcdef";
+   text += "0x";
+   for( unsigned digit = value.bits == 0 ? 1 : ( value.bits + 3 ) / 4; digit-- > 0; ) {
+      text += digits[value.words[digit / 16] >> ( digit % 16 * 4 ) & 15];
+   }
+}
 
 std::string largestOf( unsigned width ) {
    return width <= 64 ? hexOf( ~U64( 0 ) >> ( 64 - width ) )

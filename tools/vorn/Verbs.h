@@ -4,6 +4,7 @@
 #include "Io.h"
 
 #include <functional>
+#include <span>
 
 namespace CLI {
 class App;
@@ -24,5 +25,19 @@ Verb addTables( CLI::App& commandLine );
 Verb addEncode( CLI::App& commandLine );
 Verb addDecode( CLI::App& commandLine );
 Verb addProgram( CLI::App& commandLine );
+Verb addAddress( CLI::App& commandLine );
+Verb addLocate( CLI::App& commandLine );
+Verb addIdentify( CLI::App& commandLine );
+Verb addLayout( CLI::App& commandLine );
+Verb addReference( CLI::App& commandLine );
+
+using AddVerb = Verb ( * )( CLI::App& commandLine );
+
+// These two have other verbs as their arguments.
+Verb addTrace( CLI::App& commandLine, std::span<const AddVerb> verbs );
+Verb addComplete( CLI::App& commandLine );
+
+// Does those of the verbs that parsing has met.
+void runParsed( std::span<const Verb> verbs, Output& output );
 
 } // namespace Vorn

@@ -1,0 +1,371 @@
+// What the verbs that find entries refuse, and wrong usage of all of them: each kind of it with its
+// message, of one line.
+#include "RunVorn.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Refused {
+   const char* what;
+   std::vector<std::string> arguments;
+   std::string message;
+   std::string input = {};
+};
+
+const std::string all = "BCM88650_B0, BCM88660_A0, BCM88375_A0, BCM88375_B0, BCM88470_A0, "
+                        "BCM88470_B0, BCM88680_A0, BCM88690_B0, BCM88690_V6_B0, BCM88800_A0, "
+                        "BCM88850_A0, BCM88480_A0, BCM88480_B0, Software";
+const std::string early = "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), "
+                          "BCM88470_A0 (6), BCM88470_B0 (7), BCM88680_A0 (8)";
+const std::string late = "BCM88690_B0 (10), BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 "
+                         "(14), BCM88480_A0 (15), BCM88480_B0 (16)";
+
+std::string noNumber( const std::string& text, const std::string& name ) {
+   return "bad number \"" + text + "\" for " + name +
+          "; write decimal digits, hexadecimal digits after 0x or binary digits after 0b";
+}
+
+std::string negative( const std::string& text, const std::string& name ) {
+   return "negative value " + text + " for " + name + "; a value is 0 or more";
+}
+
+// A row for `vorn address TABLE --chip CHIP`.
+Refused address( const char* what, const std::string& table, const std::string& chip,
+                 std::vector<std::string> more, const std::string& message ) {
+   more.insert( more.begin(), { "address", table, "--chip", chip } );
+   return { what, more, "vorn: " + message };
+}
+
+// A row for an entry of TcamActionTable on BCM88650_B0, which has 1024 in each of 24 elements.
+Refused entry( const char* what, const std::string& text, const std::string& message ) {
+   return address( what, "TcamActionTable", "2", { "--entry", text }, message );
+}
+
+Refused locate( const char* what, const std::string& chip, std::vector<std::string> more,
+                const std::string& message ) {
+   more.insert( more.begin(), { "locate", "--chip", chip } );
+   return { what, more, "vorn: " + message };
+}
+
+Refused identify( const char* what, const std::string& chip, std::vector<std::string> more,
+                  const std::string& message ) {
+   more.insert( more.begin(), { "identify", "--chip", chip } );
+   return { what, more, "vorn: " + message };
+}
+
+// A row for a line of standard input.
+Refused line( const char* what, const std::string& text, const std::string& message ) {
+   return { what, { "identify", "--chip", "10", "-" }, "<stdin>:" + message, text };
+}
+
+const std::string bytesWanted = "; write two hexadecimal digits for each byte, entry byte 0 first";
+
+const std::vector<Refused> badInput{
+   address( "a table misspelt", "LifTabel", "2", {},
+            "unknown table \"LifTabel\"; did you mean LifTable?" ),
+   address( "a table in lower case", "outacbank", "2", {},
+            "unknown table \"outacbank\"; did you mean OutAcBank?" ),
+   address( "a table by its hardware name", "TCAM_ACTION_TABLE", "2", {},
+            "unknown table \"TCAM_ACTION_TABLE\"; did you mean TcamActionTable?" ),
+   address( "a table with an escape in it", "LifTable\x1b", "2", {},
+            "unknown table \"LifTable\\x1b\"; did you mean LifTable?" ),
+   address( "a chip type misspelt", "LifTable", "BCM88650_BO", {},
+            "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" ),
+   address( "a chip type without its step", "LifTable", "BCM88850", {},
+            "unknown chip \"BCM88850\"; did you mean BCM88850_A0?" ),
+   address( "no chip type at all", "LifTable", "", {}, "unknown chip \"\"; allowed: " + all ),
+   address( "the number of none", "LifTable", "11", {},
+            "unknown chip 11; allowed: " + early + ", " + late + ", Software (21)" ),
+   address( "a number beyond a byte", "LifTable", "258", {},
+            "unknown chip 258; allowed: " + early + ", " + late + ", Software (21)" ),
+   address( "a negative chip type", "LifTable", "-2", {}, negative( "-2", "chip" ) ),
+   address( "a chip type that is half a number", "LifTable", "2x", {}, noNumber( "2x", "chip" ) ),
+   address( "a table that is gone", "EvecTable", "10", {},
+            "EvecTable does not exist on BCM88690_B0; allowed: " + early ),
+   address( "a table that is not there yet", "EvecEncapTable", "8", {},
+            "EvecEncapTable does not exist on BCM88680_A0; allowed: " + late ),
+   address( "a variant in a hole", "LifTable", "16", { "--variant", "5" },
+            "LifTable has no variant 5 on BCM88480_B0; allowed: 0-4,6-11" ),
+   address( "a variant that a sibling has", "IvecTable", "8", { "--variant", "2" },
+            "IvecTable has no variant 2 on BCM88680_A0; allowed: 0,1" ),
+   address( "a variant beyond a byte", "EvecTable", "3", { "--variant", "256" },
+            "EvecTable has no variant 256 on BCM88660_A0; allowed: 0-255" ),
+   address( "a variant beyond 64 bits", "LifTable", "2", { "--variant", "18446744073709551616" },
+            "variant 18446744073709551616 is out of range; it is at most 255" ),
+   address( "a variant in words", "LifTable", "2", { "--variant", "one" },
+            noNumber( "one", "variant" ) ),
+   address( "a negative variant", "LifTable", "2", { "--variant=-1" },
+            negative( "-1", "variant" ) ),
+   address( "a variant with a fraction", "LifTable", "2", { "--variant", "1.5" },
+            noNumber( "1.5", "variant" ) ),
+   entry( "the entry behind the last", "1024",
+          "entry 1024 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 1023" ),
+   entry( "a range that begins in the table", "1000-1024",
+          "entry 1024 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 1023" ),
+   entry( "a range behind the table", "2000-3000",
+          "entry 3000 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 1023" ),
+   entry( "a range backwards", "7-3",
+          "range 7-3 for entry ends before it begins; did you mean 3-7?" ),
+   entry( "a range backwards in two bases", "0x10-15",
+          "range 0x10-15 for entry ends before it begins; did you mean 15-0x10?" ),
+   entry( "a range without end", "5-", "bad range \"5-\" for entry; write it as first-last" ),
+   entry( "a range without beginning", "-5", negative( "-5", "entry" ) ),
+   entry( "a range of three", "1-2-3", noNumber( "2-3", "entry" ) ),
+   entry( "a range to a negative entry", "1--3", negative( "-3", "entry" ) ),
+   entry( "a range to no number", "1-last", noNumber( "last", "entry" ) ),
+   entry( "a range with dots", "1..3", noNumber( "1..3", "entry" ) ),
+   entry( "several entries", "1,3", "bad number \"1,3\" for entry; did you mean 13?" ),
+   entry( "a blank before the entry", " 5", "bad number \" 5\" for entry; did you mean 5?" ),
+   entry( "an empty entry", "", noNumber( "", "entry" ) ),
+   entry( "0x alone", "0x", "bad number \"0x\" for entry; write hexadecimal digits after 0x" ),
+   entry( "hexadecimal digits without 0x", "3ff",
+          "bad number \"3ff\" for entry; did you mean 0x3ff?" ),
+   entry( "an exponent", "1e3", "bad number \"1e3\" for entry; did you mean 0x1e3?" ),
+   entry( "an entry beyond 64 bits", "0x10000000000000000",
+          "entry 0x10000000000000000 is out of range; it is at most 4294967295" ),
+   address( "the entry that counts entries", "LifTable", "10", { "--entry", "4294967295" },
+            "entry 4294967295 is out of range in LifTable on BCM88690_B0 variant 0; allowed: 0 to "
+            "4294967294" ),
+   address( "a second entry of a register", "FheiIveSizeReg", "2", { "--entry", "0-1" },
+            "entry 1 is out of range in FheiIveSizeReg on BCM88650_B0; allowed: 0" ),
+   address( "an array element behind the last", "LifTable", "6", { "--array", "2" },
+            "array 2 is out of range in LifTable on BCM88470_A0 variant 0; allowed: 0 to 1" ),
+   address( "an array element that variant 0 has", "OutAcBank", "5",
+            { "--variant", "1", "--array", "1" },
+            "array 1 is out of range in OutAcBank on BCM88375_B0 variant 1; allowed: 0" ),
+   address( "an array element in words", "LifTable", "6", { "--array", "first" },
+            noNumber( "first", "array" ) ),
+   address( "a negative array element", "LifTable", "6", { "--array=-1" },
+            negative( "-1", "array" ) ),
+   address( "a range of array elements", "LifTable", "6", { "--array", "0-1" },
+            noNumber( "0-1", "array" ) ),
+   address( "an array element beyond 64 bits", "LifTable", "6",
+            { "--array", "99999999999999999999" },
+            "array 99999999999999999999 is out of range; it is at most 65535" ),
+   address( "a third instance", "TcamActionTable", "14", { "--identifier", "2" },
+            "identifier 2 is out of range in TcamActionTable on BCM88850_A0; allowed: 0 to 1" ),
+   address( "a second instance where a sibling has it", "TcamActionTable", "13",
+            { "--identifier", "1" },
+            "identifier 1 is out of range in TcamActionTable on BCM88800_A0; allowed: 0" ),
+   address( "an instance in words", "TcamActionTable", "14", { "--identifier", "core0" },
+            noNumber( "core0", "identifier" ) ),
+   address( "a negative instance", "TcamActionTable", "14", { "--identifier=-1" },
+            negative( "-1", "identifier" ) ),
+   address( "a pair without address", "LifTable", "Software", {},
+            "LifTable on Software has no address" ),
+   address( "an entry of a pair without address", "LifTable", "21", { "--entry", "1" },
+            "entry 1 is out of range in LifTable on Software; allowed: 0" ),
+
+   locate( "an address between two memories", "2", { "--dest-block", "3", "0x12ffff" },
+           "nothing lies at 0x12ffff in block 3 on BCM88650_B0; above it 0x130000 is entry 0 of "
+           "EpniIsidTable in block 3" ),
+   locate( "an address behind all memories", "10", { "0xffffffff" },
+           "nothing lies at 0xffffffff on BCM88690_B0; below it 0xfffffffe is entry 4294967294 of "
+           "LifTable variant 0 in block 1" ),
+   locate( "a block without memories", "10", { "0", "--dest-block", "3" },
+           "no memory of BCM88690_B0 lies in block 3; allowed: 1,2,5,6,9,10" ),
+   locate( "a block beyond a byte", "10", { "0", "--dest-block", "256" },
+           "dest-block 256 is out of range; it is at most 255" ),
+   locate( "a block beyond 64 bits", "10", { "0", "--dest-block", "99999999999999999999" },
+           "dest-block 99999999999999999999 is out of range; it is at most 255" ),
+   locate( "a block in words", "10", { "0", "--dest-block", "IPPE" },
+           noNumber( "IPPE", "dest-block" ) ),
+   locate( "a negative block", "10", { "0", "--dest-block=-1" }, negative( "-1", "dest-block" ) ),
+   locate( "an empty block", "10", { "0", "--dest-block", "" }, noNumber( "", "dest-block" ) ),
+   locate( "an address in words", "10", { "here" }, noNumber( "here", "address" ) ),
+   locate( "an address without 0x", "10", { "1a000000" },
+           "bad number \"1a000000\" for address; did you mean 0x1a000000?" ),
+   locate( "an address with a bad digit", "10", { "0x1g" },
+           "bad number \"0x1g\" for address; write hexadecimal digits after 0x" ),
+   locate( "0x alone", "10", { "0x" },
+           "bad number \"0x\" for address; write hexadecimal digits after 0x" ),
+   locate( "an empty address", "10", { "" }, noNumber( "", "address" ) ),
+   locate( "a range of addresses", "10", { "1-2" }, noNumber( "1-2", "address" ) ),
+   locate( "an address beyond 32 bits", "10", { "0x100000000" },
+           "address 0x100000000 is out of range; it is at most 4294967295" ),
+   locate( "an address beyond 64 bits", "10", { "0x10000000000000000" },
+           "address 0x10000000000000000 is out of range; it is at most 4294967295" ),
+   locate( "a chip type misspelt", "BCM88470_AO", { "0" },
+           "unknown chip \"BCM88470_AO\"; did you mean BCM88470_A0?" ),
+   locate( "a chip type without addresses", "Software", { "0" },
+           "no memory of Software has an address" ),
+
+   identify( "a length of none", "2", { "0500000000" },
+             "the image has 5 bytes; an entry on BCM88650_B0 has 4,8,12,16,24,80" ),
+   identify( "an empty image", "21", { "" }, "the image has 0 bytes; an entry on Software has 24" ),
+   identify( "a tag of none", "13", { std::string( 48, '0' ) },
+             "the image has 24 bytes, but the tag of no such entry on BCM88800_A0" ),
+   identify( "a chip type misspelt", "BCM88800_AO", { "00000000" },
+             "unknown chip \"BCM88800_AO\"; did you mean BCM88800_A0?" ),
+   identify( "an odd number of digits", "2", { "0500000" },
+             "an odd number of digits in \"0500000\"" + bytesWanted ),
+   identify( "a bad digit", "2", { "05O00000" }, "bad digit \"O\" in \"05O00000\"" + bytesWanted ),
+   identify( "a file that isn't there", "2", { "--file", "/nowhere/images" },
+             "cannot open /nowhere/images: No such file or directory" ),
+   identify( "a folder", "2", { "--file", "/tmp" }, "cannot read /tmp: Is a directory" ),
+   line( "a line with a bad digit", "  0500000x\n",
+         "1:10: bad digit \"x\" in \"0500000x\"" + bytesWanted ),
+   line( "a length of none in a line", "\n\n 00\n",
+         "3:2: the image has 1 bytes; an entry on BCM88690_B0 has 4,8,12,24,36,44,80" ),
+   line( "an image of another chip type", R"({"chip":"BCM88650_B0","image":"00000000"})",
+         "1:31: the image is one of BCM88650_B0, not of BCM88690_B0" ),
+   line( "an image of no chip type", R"({"chip":9,"image":"00000000"})",
+         "1:19: unknown chip 9; allowed: " + early + ", " + late + ", Software (21)" ),
+   line( "an object without image", R"({"table":"LifTable"})", "1:1: missing key \"image\"" ),
+
+   { "what a traced verb refuses",
+     { "trace", "locate", "--chip", "Sofware", "0" },
+     "vorn: unknown chip \"Sofware\"; did you mean Software?" },
+   { "a table of a traced verb",
+     { "trace", "address", "LifTabel", "--chip", "2" },
+     "vorn: unknown table \"LifTabel\"; did you mean LifTable?" },
+};
+
+const std::string verbs =
+   "tables, layout, encode, decode, program, identify, address, locate, reference";
+
+const std::vector<Refused> wrongUsage{
+   { "no verb", {}, "a verb is required; allowed: " + verbs + ", trace" },
+   { "a verb misspelt", { "lokate" }, "unknown verb \"lokate\"; did you mean locate?" },
+   { "a verb in capitals", { "TABLES" }, "unknown verb \"TABLES\"; did you mean tables?" },
+   { "no such verb", { "frob" }, "unknown verb \"frob\"; allowed: " + verbs + ", trace" },
+   { "an option before the verb",
+     { "--json", "tables" },
+     "unknown option \"--json\"; allowed: --help, --version" },
+   { "a letter for an option", { "-v" }, "unknown option \"-v\"; allowed: --help, --version" },
+   { "an option misspelt before the verb",
+     { "--versoin" },
+     "unknown option \"--versoin\"; did you mean --version?" },
+   { "nothing to trace", { "trace" }, "a verb is required; allowed: " + verbs },
+   { "a verb to trace, misspelt",
+     { "trace", "encod" },
+     "unknown verb \"encod\"; did you mean encode?" },
+   { "the trace of a trace",
+     { "trace", "trace", "tables" },
+     "unknown verb \"trace\"; allowed: " + verbs },
+   { "an option of trace",
+     { "trace", "--level", "8", "tables" },
+     "unknown option \"--level\"; allowed: --help" },
+   { "an option of a traced verb",
+     { "trace", "locate", "--chip", "2", "--block", "5", "0" },
+     "unknown option \"--block\"; allowed: --help, --chip, --dest-block, --json" },
+   { "an argument that a traced verb lacks",
+     { "trace", "locate", "--chip", "2" },
+     "ADDRESS is required; see vorn trace locate --help" },
+   { "an argument of tables",
+     { "tables", "LifTable" },
+     "unexpected argument \"LifTable\"; see vorn tables --help" },
+   { "no address", { "locate", "--chip", "2" }, "ADDRESS is required; see vorn locate --help" },
+   { "no chip type to locate on", { "locate", "0" }, "--chip is required; see vorn locate --help" },
+   { "two addresses",
+     { "locate", "--chip", "2", "0", "1" },
+     "unexpected argument \"1\"; see vorn locate --help" },
+   { "a block without number",
+     { "locate", "--chip", "2", "0", "--dest-block" },
+     "--dest-block needs N; see vorn locate --help" },
+   { "two blocks",
+     { "locate", "--chip", "2", "0", "--dest-block", "1", "--dest-block", "2" },
+     "--dest-block is given twice; see vorn locate --help" },
+   { "two chip types",
+     { "locate", "--chip", "2", "--chip", "3", "0" },
+     "--chip is given twice; see vorn locate --help" },
+   { "a chip type without name",
+     { "locate", "0", "--chip" },
+     "--chip needs NAME|NUMBER; see vorn locate --help" },
+   { "a value for a flag",
+     { "locate", "--chip", "2", "0", "--json=no" },
+     "--json takes no value; see vorn locate --help" },
+   { "no table", { "address" }, "TABLE is required; see vorn address --help" },
+   { "no chip type of a table",
+     { "address", "LifTable" },
+     "--chip is required; see vorn address --help" },
+   { "a second table",
+     { "address", "LifTable", "OutAcBank", "--chip", "2" },
+     "unexpected argument \"OutAcBank\"; see vorn address --help" },
+   { "an option of another verb",
+     { "address", "LifTable", "--chip", "2", "--dest-block", "3" },
+     "unknown option \"--dest-block\"; allowed: --help, --chip, --variant, --entry, --array, "
+     "--identifier, --json" },
+   { "an option misspelt",
+     { "address", "LifTable", "--chip", "2", "--enrty", "3" },
+     "unknown option \"--enrty\"; did you mean --entry?" },
+   { "two ranges",
+     { "address", "LifTable", "--chip", "2", "--entry", "1-2", "--entry", "4-5" },
+     "--entry is given twice; see vorn address --help" },
+   { "an entry without number",
+     { "address", "LifTable", "--chip", "2", "--entry" },
+     "--entry needs N|N-M; see vorn address --help" },
+   { "two variants",
+     { "address", "LifTable", "--chip", "2", "--variant", "1", "--variant=2" },
+     "--variant is given twice; see vorn address --help" },
+   { "no image", { "identify", "--chip", "2" }, "IMAGE is required; see vorn identify --help" },
+   { "no chip type of an image",
+     { "identify", "00000000" },
+     "--chip is required; see vorn identify --help" },
+   { "an image and a file",
+     { "identify", "--chip", "2", "00000000", "--file", "images" },
+     "--file excludes IMAGE; see vorn identify --help" },
+   { "a file without name",
+     { "identify", "--chip", "2", "--file" },
+     "--file needs FILE; see vorn identify --help" },
+   { "two files",
+     { "identify", "--chip", "2", "--file", "a", "--file", "b" },
+     "--file is given twice; see vorn identify --help" },
+   { "a form of images misspelt",
+     { "identify", "--chip", "2", "--image-format", "word", "00000000" },
+     "--image-format: unknown format \"word\"; did you mean words?" },
+   { "a flag misspelt",
+     { "identify", "--chip", "2", "--ruledout", "00000000" },
+     "unknown option \"--ruledout\"; did you mean --ruled-out?" },
+   { "no file of entries", { "program" }, "FILE is required; see vorn program --help" },
+   { "two files of entries",
+     { "program", "-", "extra" },
+     "unexpected argument \"extra\"; see vorn program --help" },
+   { "no folder", { "reference" }, "DIR is required; see vorn reference --help" },
+   { "help with a value",
+     { "locate", "--help=me" },
+     "--help takes no value; see vorn locate --help" },
+   { "the version of a verb",
+     { "tables", "--version" },
+     "unknown option \"--version\"; allowed: --help, --json" },
+};
+
+void expectAll( const std::vector<Refused>& rows, const std::string& before, int status ) {
+   for( const Refused& row : rows ) {
+      SCOPED_TRACE( row.what );
+      const auto outcome = Testing::vorn( row.arguments, row.input );
+      EXPECT_EQ( outcome.err, before + row.message + '\n' );
+      EXPECT_EQ( outcome.out, "" );
+      EXPECT_EQ( outcome.status, status );
+   }
+}
+
+} // namespace
+
+TEST( BadInput, isToldInOneLine ) { expectAll( badInput, "", 1 ); }
+
+TEST( BadInput, wrongUsageIsToldInOneLine ) { expectAll( wrongUsage, "vorn: ", 2 ); }
+
+TEST( BadInput, aLineWithoutEnd ) {
+   Testing::expectRefused( { "identify", "--chip", "10", "-" },
+                           "<stdin>:2: the line is longer than 1048576 bytes",
+                           "\n" + std::string( 2000000, '0' ) );
+}
+
+TEST( BadInput, aFullDevice ) {
+   for( const std::vector<std::string>& arguments :
+        { std::vector<std::string>{ "address", "LifTable", "--chip", "2", "--entry", "0-16383" },
+          std::vector<std::string>{ "locate", "--chip", "10", "0" },
+          std::vector<std::string>{ "identify", "--chip", "2", "00000000" },
+          std::vector<std::string>{ "complete", "--", "" },
+          std::vector<std::string>{ "locate", "--help" },
+          std::vector<std::string>{ "--version" } } ) {
+      const auto outcome = Testing::vorn( arguments, {}, "/dev/full" );
+      EXPECT_EQ( outcome.err, "vorn: cannot write standard output: No space left on device\n" );
+      EXPECT_EQ( outcome.status, 1 );
+   }
+}

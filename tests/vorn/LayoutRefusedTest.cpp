@@ -1,0 +1,221 @@
+// What `vorn layout`, `vorn tables` and `vorn reference` refuse, run for real: each kind of bad
+// input and of wrong usage with its message.
+#include "Folders.h"
+#include "RunVorn.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <regex>
+
+namespace {
+
+struct Refused {
+   const char* what;
+   std::vector<std::string> arguments; // FOLDER stands for a folder of the test's own
+   const char* message;
+};
+
+std::string with( const std::string& text, const std::string& folder ) {
+   return std::regex_replace( text, std::regex( "FOLDER" ), folder );
+}
+
+constexpr auto chips = "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), "
+                       "BCM88470_A0 (6), BCM88470_B0 (7), BCM88680_A0 (8), BCM88690_B0 (10), "
+                       "BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 (14), BCM88480_A0 (15), "
+                       "BCM88480_B0 (16)";
+
+const std::vector<Refused> badInput{
+   { "a table misspelt",
+     { "layout", "LifTabel", "--chip", "2" },
+     "unknown table \"LifTabel\"; did you mean LifTable?" },
+   { "a table in lower case",
+     { "layout", "liftable", "--chip", "2" },
+     "unknown table \"liftable\"; did you mean LifTable?" },
+   { "a chip type misspelt",
+     { "layout", "LifTable", "--chip", "BCM88690_BO" },
+     "unknown chip \"BCM88690_BO\"; did you mean BCM88690_B0?" },
+   { "a table that the chip type lacks",
+     { "layout", "TcamActionTable", "--chip", "21" },
+     "TcamActionTable does not exist on Software; allowed: %" },
+   { "a chip type that a table has no more",
+     { "layout", "FheiIveSizeReg", "--chip", "10" },
+     "FheiIveSizeReg does not exist on BCM88690_B0; allowed: BCM88650_B0 (2), BCM88660_A0 (3), "
+     "BCM88375_A0 (4), BCM88375_B0 (5), BCM88470_A0 (6), BCM88470_B0 (7), BCM88680_A0 (8)" },
+   { "a chip type without a name",
+     { "layout", "TcamActionTable", "--chip", "11" },
+     "unknown chip 11; allowed: %, Software (21)" },
+   { "a negative chip type",
+     { "layout", "LifTable", "--chip=-2" },
+     "negative value -2 for chip; a value is 0 or more" },
+   { "a variant in a hole",
+     { "layout", "LifTable", "--chip", "2", "--variant", "5" },
+     "LifTable has no variant 5 on BCM88650_B0; allowed: 0-4,6" },
+   { "a variant beyond the last",
+     { "layout", "LifTable", "--chip", "10", "--variant", "12" },
+     "LifTable has no variant 12 on BCM88690_B0; allowed: 0-4,6-11" },
+   { "a variant beyond a byte, where it is not looked at",
+     { "layout", "EvecTable", "--chip", "2", "--variant", "256" },
+     "EvecTable has no variant 256 on BCM88650_B0; allowed: 0-255" },
+   { "a negative variant",
+     { "layout", "LifTable", "--chip", "2", "--variant", "-1" },
+     "negative value -1 for variant; a value is 0 or more" },
+   { "a variant beyond 64 bits",
+     { "layout", "LifTable", "--chip", "2", "--variant", "0x10000000000000000" },
+     "variant 0x10000000000000000 is out of range; it is at most 255" },
+   { "lines misspelt",
+     { "layout", "LifTable", "--chip", "2", "--lines", "unicod" },
+     "unknown lines \"unicod\"; did you mean unicode?" },
+   { "lines of a kind there isn't",
+     { "layout", "LifTable", "--chip", "2", "--lines", "double" },
+     "unknown lines \"double\"; allowed: ascii, unicode" },
+   { "a picture in a folder there isn't",
+     { "layout", "LifTable", "--chip", "2", "--svg", "FOLDER/none/a.svg" },
+     "cannot write \"FOLDER/none/a.svg\": No such file or directory" },
+   { "a picture under the name of a folder",
+     { "layout", "LifTable", "--chip", "2", "--svg", "FOLDER" },
+     "cannot write \"FOLDER\": Is a directory" },
+   { "a picture below a file",
+     { "layout", "LifTable", "--chip", "2", "--svg", "FOLDER/file/a.svg" },
+     "cannot write \"FOLDER/file/a.svg\": Not a directory" },
+   { "a picture without a name",
+     { "layout", "LifTable", "--chip", "2", "--svg", "" },
+     "cannot write \"\": No such file or directory" },
+   { "a picture for a full device",
+     { "layout", "LifTable", "--chip", "2", "--svg", "/dev/full" },
+     "cannot write \"/dev/full\": No space left on device" },
+   { "a difference from a chip type there isn't",
+     { "layout", "LifTable", "--diff", "BCM88650_BO", "4" },
+     "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" },
+   { "a difference to a chip type there isn't",
+     { "layout", "TcamActionTable", "--diff", "4", "9" },
+     "unknown chip 9; allowed: %, Software (21)" },
+   { "a difference of a table there isn't",
+     { "layout", "LivTable", "--diff", "2", "4" },
+     "unknown table \"LivTable\"; did you mean LifTable?" },
+   { "a difference to a chip type that the table lacks",
+     { "layout", "TcamActionTable", "--diff", "2", "Software" },
+     "TcamActionTable does not exist on Software; allowed: %" },
+   { "a difference from a variant there isn't",
+     { "layout", "LifTable", "--diff", "3:5", "4:5" },
+     "LifTable has no variant 5 on BCM88660_A0; allowed: 0-4,6" },
+   { "a difference to a variant there isn't",
+     { "layout", "LifTable", "--diff", "4:5", "10:5" },
+     "LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" },
+   { "a variant left out behind its colon",
+     { "layout", "LifTable", "--diff", "4:", "10" },
+     "bad number \"\" for variant; write decimal digits, hexadecimal digits after "
+     "0x or binary digits after 0b" },
+   { "two colons",
+     { "layout", "LifTable", "--diff", "4:1:2", "10" },
+     "bad number \"1:2\" for variant; write decimal digits, hexadecimal digits after "
+     "0x or binary digits after 0b" },
+   { "a table that isn't there and a picture",
+     { "layout", "Lif\nTable", "--chip", "2", "--svg", "FOLDER/a.svg" },
+     "unknown table \"Lif\\x0aTable\"; did you mean LifTable?" },
+   { "a reference under the name of a file",
+     { "reference", "FOLDER/file" },
+     "cannot make the folder \"FOLDER/file\": Not a directory" },
+   { "a reference below a file",
+     { "reference", "FOLDER/file/reference" },
+     "cannot make the folder \"FOLDER/file/reference\": Not a directory" },
+   { "a reference without a name",
+     { "reference", "" },
+     "cannot make the folder \"\": Invalid argument" },
+   { "a reference where a page is a folder",
+     { "reference", "FOLDER/reference" },
+     "cannot write \"FOLDER/reference/index.md\": Is a directory" },
+};
+
+const std::vector<Refused> wrongUsage{
+   { "no table", { "layout" }, "TABLE is required; see vorn layout --help" },
+   { "no chip type",
+     { "layout", "LifTable" },
+     "--chip or --diff is required; see vorn layout --help" },
+   { "a variant alone",
+     { "layout", "LifTable", "--variant", "1" },
+     "--chip or --diff is required; see vorn layout --help" },
+   { "a chip type and a difference",
+     { "layout", "LifTable", "--chip", "2", "--diff", "2", "4" },
+     "--diff excludes --chip; see vorn layout --help" },
+   { "a variant and a difference",
+     { "layout", "LifTable", "--variant", "2", "--diff", "2", "4" },
+     "--diff excludes --variant; see vorn layout --help" },
+   { "a picture of a difference",
+     { "layout", "LifTable", "--svg", "FOLDER/a.svg", "--diff", "2", "4" },
+     "--diff excludes --svg; see vorn layout --help" },
+   { "lines of a difference",
+     { "layout", "LifTable", "--lines", "ascii", "--diff", "2", "4" },
+     "--diff excludes --lines; see vorn layout --help" },
+   { "a difference to nothing",
+     { "layout", "LifTable", "--diff", "2" },
+     "TO of --diff is required; see vorn layout --help" },
+   { "a picture and JSON",
+     { "layout", "LifTable", "--chip", "2", "--json", "--svg", "FOLDER/a.svg" },
+     "--json excludes --svg; see vorn layout --help" },
+   { "lines and JSON",
+     { "layout", "LifTable", "--chip", "2", "--json", "--lines", "ascii" },
+     "--json excludes --lines; see vorn layout --help" },
+   { "lines of a picture",
+     { "layout", "LifTable", "--chip", "2", "--svg", "FOLDER/a.svg", "--lines", "ascii" },
+     "--svg excludes --lines; see vorn layout --help" },
+   { "an option misspelt",
+     { "layout", "LifTable", "--chip", "2", "--swg", "a.svg" },
+     "unknown option \"--swg\"; did you mean --svg?" },
+   { "an argument too many",
+     { "layout", "LifTable", "--chip", "2", "more" },
+     "unexpected argument \"more\"; see vorn layout --help" },
+   { "a third side of a difference",
+     { "layout", "LifTable", "--diff", "2", "3", "4" },
+     "unexpected argument \"4\"; see vorn layout --help" },
+   { "tables with an argument",
+     { "tables", "LifTable" },
+     "unexpected argument \"LifTable\"; see vorn tables --help" },
+   { "tables with an option there isn't",
+     { "tables", "--jason" },
+     "unknown option \"--jason\"; did you mean --json?" },
+   { "a reference to nowhere", { "reference" }, "DIR is required; see vorn reference --help" },
+   { "a reference to two places",
+     { "reference", "FOLDER", "FOLDER" },
+     "unexpected argument \"FOLDER\"; see vorn reference --help" },
+};
+
+// Runs each with a folder that holds a file, and a folder under the name of a page.
+void forEach( const std::vector<Refused>& rows,
+              const std::function<void( const Testing::Outcome&, const std::string& )>& check ) {
+   const Testing::TemporaryFolder folder;
+   std::ofstream( folder / "file" ) << "old";
+   std::filesystem::create_directories( folder / "reference/index.md" );
+   const std::string place = folder.path();
+   for( const Refused& row : rows ) {
+      SCOPED_TRACE( row.what );
+      std::vector<std::string> arguments;
+      for( const auto& argument : row.arguments ) {
+         arguments.push_back( with( argument, place ) );
+      }
+      const auto outcome = Testing::vorn( arguments );
+      EXPECT_EQ( outcome.out, "" );
+      check( outcome, "vorn: " + std::regex_replace( with( row.message, place ), std::regex( "%" ),
+                                                     chips ) );
+   }
+   // Nothing has been left behind.
+   const std::filesystem::recursive_directory_iterator files( folder.path() );
+   EXPECT_EQ( std::distance( begin( files ), end( files ) ), 3 );
+   EXPECT_EQ( Testing::contentsOf( folder / "file" ), "old" );
+}
+
+} // namespace
+
+TEST( LayoutRefused, badInput ) {
+   forEach( badInput, []( const Testing::Outcome& outcome, const std::string& message ) {
+      EXPECT_EQ( outcome.err, message + '\n' );
+      EXPECT_EQ( outcome.status, 1 );
+   } );
+}
+
+TEST( LayoutRefused, wrongUsage ) {
+   forEach( wrongUsage, []( const Testing::Outcome& outcome, const std::string& message ) {
+      EXPECT_EQ( outcome.err.substr( 0, outcome.err.find( '\n' ) ), message );
+      EXPECT_EQ( outcome.status, 2 );
+   } );
+}

@@ -1,0 +1,119 @@
+// `vorn address`: where an entry lies, or each of a range of entries.
+#include "Address.h"
+
+#include "Arguments.h"
+#include "Error.h"
+#include "Terminal.h"
+#include "Text.h"
+#include "Values.h"
+#include "Verbs.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
+namespace Vorn {
+
+namespace {
+
+struct AddressArguments {
+   PairText pair;
+   PlaceText place; // its entry may be a range
+   bool json = false;
+};
+
+constexpr Align columns[] = { Align::right, Align::right, Align::right,
+                              Align::right, Align::right, Align::right };
+
+const std::vector<std::string> headings{ "entry",   "array",      "identifier",
+                                         "address", "accessType", "destBlock" };
+
+std::vector<std::string> rowOf( const Place& place, const Address& address ) {
+   return { std::to_string( place.entry ),        std::to_string( place.array ),
+            std::to_string( place.identifier ),   hexOf( address.schanAddress ),
+            std::to_string( address.accessType ), std::to_string( address.destBlock ) };
+}
+
+// The first and the last entry of "5" or "5-7".
+std::pair<U64, U64> rangeFrom( const std::string& text ) {
+   const auto dash = text.find( '-', 1 );
+   const auto entry = [&]( const std::string& number ) {
+      return parseIndex( number, "entry", 0xffffffff );
+   };
+   if( dash == std::string::npos ) {
+      const U64 only = entry( text );
+      return { only, only };
+   }
+   const auto before = text.substr( 0, dash );
+   const auto after = text.substr( dash + 1 );
+   if( after.empty() ) {
+      throw Error( "bad range " + inQuotes( text ) + " for entry; write it as first-last" );
+   }
+   const std::pair range( entry( before ), entry( after ) );
+   if( range.second < range.first ) {
+      throw Error( "range " + shown( text ) + " for entry ends before it begins; did you mean " +
+                   shown( after ) + '-' + shown( before ) + '?' );
+   }
+   return range;
+}
+
+Address existing( const Plan& plan, const Place& place ) {
+   if( const auto address = plan.address( place ) ) {
+      return *address;
+   }
+   throw Error( plan.pairText() + " has no address" );
+}
+
+void address( const AddressArguments& arguments, Output& output ) {
+   const Plan plan( arguments.pair );
+   const auto [first, last] = rangeFrom( arguments.place.entry );
+   Place place = placeOf( { "0", arguments.place.array, arguments.place.identifier } );
+   // The last one first: it is the widest, and out of range if any is.
+   place.entry = last;
+   const auto widths = widthsOf( std::vector{ headings, rowOf( place, existing( plan, place ) ) } );
+   if( !arguments.json ) {
+      output.write( painted( Paint::heading, lineOf( columns, widths, headings ), STDOUT_FILENO ) );
+   }
+   for( place.entry = first; place.entry <= last; ++place.entry ) {
+      const Address found = existing( plan, place );
+      output.write( arguments.json ? placeLine( plan, place, found )
+                                   : lineOf( columns, widths, rowOf( place, found ) ) );
+   }
+}
+
+} // namespace
+
+std::string placeLine( const Plan& plan, const Place& place, const Address& address ) {
+   return R"({"table":")" + std::string( plan.table() ) + R"(","chip":")" + plan.chip().name +
+          R"(","variant":)" + std::to_string( plan.variant() ) + R"(,"entry":)" +
+          std::to_string( place.entry ) + R"(,"array":)" + std::to_string( place.array ) +
+          R"(,"identifier":)" + std::to_string( place.identifier ) + R"(,"address":")" +
+          hexOf( address.schanAddress ) + R"(","accessType":)" +
+          std::to_string( address.accessType ) + R"(,"destBlock":)" +
+          std::to_string( address.destBlock ) + "}\n";
+}
+
+Verb addAddress( CLI::App& commandLine ) {
+   CLI::App* const verb = commandLine.add_subcommand( "address", "Print where entries lie" );
+   const auto arguments = std::make_shared<AddressArguments>();
+   addPair( *verb, arguments->pair );
+   addPlace( *verb, arguments->place );
+   verb->get_option( "--entry" )
+      ->description( "Entry of the table, or a range of entries; 0 if not given" )
+      ->type_name( "N|N-M" );
+   verb->add_flag( "--json", arguments->json, "Print a JSON object for each entry" );
+   describe(
+      *verb,
+      "Prints a line for each entry after a line of headings: where the entry lies on the "
+      "chip's S-channel, and the access type and destination block that go with the address. "
+      "`vorn locate` answers the opposite question.\n\n" +
+         chipTypesParagraph(),
+      "  vorn address TcamActionTable --chip BCM88690_B0 --entry 5-7 --array 2" );
+   return { verb, [arguments]( Output& output ) { address( *arguments, output ); } };
+}
+
+} // namespace Vorn

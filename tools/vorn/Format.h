@@ -1,0 +1,67 @@
+// The format of an entry: its fields in bit order, and the bits that belong to none.
+#pragma once
+
+#include "Plan.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace Vorn {
+
+class Format {
+public:
+   struct Field : Plan::Field {
+      std::string_view hardwareName;
+      std::size_t lane; // fields in one lane don't overlap; the one with the most fields is 0
+
+      unsigned end() const { return unsigned( offset ) + width; }
+   };
+
+   // Bits that belong to no field, as many as there are side by side.
+   struct Run {
+      unsigned offset;
+      unsigned width;
+
+      bool operator==( const Run& ) const = default;
+   };
+
+   explicit Format( const Plan& plan );
+
+   // In order of the offset; of two at one offset the wider first.
+   std::span<const Field> fields() const { return fields_; }
+   std::span<const Run> unused() const { return unused_; }
+   unsigned unusedBits() const;
+
+   // As many as the fields that cover one bit, where there are the most; at least one.
+   std::size_t lanes() const { return lanes_; }
+
+   // The size of an entry in 32-bit words.
+   unsigned words() const { return words_; }
+
+   // The same fields at the same bits of an entry of the same size.
+   bool operator==( const Format& other ) const;
+
+private:
+   void findUnused();
+   void assignLanes();
+
+   unsigned words_;
+   std::vector<Field> fields_;
+   std::vector<Run> unused_;
+   std::size_t lanes_ = 1;
+};
+
+// What a memory or register measures, by the names that vorn prints.
+struct Number {
+   std::string_view name;
+   U32 value;
+};
+std::array<Number, 4> numbersOf( const Hardware::PairInfo& info );
+
+// The name of the field with this identifier in the hardware's documents.
+std::string_view hardwareName( U32 identifier );
+
+} // namespace Vorn

@@ -1,0 +1,111 @@
+// The forms in which a composed entry is printed.
+#include "Forms.h"
+
+#include "Suggest.h"
+#include "Text.h"
+#include "Values.h"
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <iterator>
+
+namespace Vorn {
+
+namespace {
+
+void appendNumber( std::string& text, U64 number, int base = 10 ) {
+   char digits[20];
+   const auto end = std::to_chars( std::begin( digits ), std::end( digits ), number, base ).ptr;
+   text.append( digits, end );
+}
+
+void appendBytes( std::string& text, const Composed& entry ) {
+   appendHex( text, entry.image );
+   text += '\n';
+}
+
+void appendWords( std::string& text, const Composed& entry ) {
+   const auto image = entry.image;
+   for( std::size_t i = 0; i < image.size(); i += 4 ) {
+      const U8 bytes[] = { image[i + 3], image[i + 2], image[i + 1], image[i] };
+      text += i > 0 ? " 0x" : "0x";
+      appendHex( text, bytes );
+   }
+   text += '\n';
+}
+
+void appendText( std::string& text, const Composed& entry ) {
+   text += "image: ";
+   appendHex( text, entry.image, " " );
+   text += "\nwords: ";
+   appendWords( text, entry );
+   if( !entry.address ) {
+      text += "address: none\n";
+      return;
+   }
+   text += "address: " + hexOf( entry.address->schanAddress ) +
+           "\naccessType: " + std::to_string( entry.address->accessType ) +
+           "\ndestBlock: " + std::to_string( entry.address->destBlock ) + '\n';
+}
+
+void appendJson( std::string& text, const Composed& entry ) {
+   text.append( R"({"table":")" ).append( entry.plan.table() );
+   text.append( R"(","chip":")" ).append( entry.plan.chip().name );
+   text += R"(","variant":)";
+   appendNumber( text, entry.plan.variant() );
+   text += R"(,"entry":)";
+   appendNumber( text, entry.place.entry );
+   text += R"(,"array":)";
+   appendNumber( text, entry.place.array );
+   text += R"(,"identifier":)";
+   appendNumber( text, entry.place.identifier );
+   text += R"(,"image":")";
+   appendHex( text, entry.image );
+   if( entry.address ) {
+      text += R"(","address":"0x)";
+      appendNumber( text, entry.address->schanAddress, 16 );
+      text += R"(","accessType":)";
+      appendNumber( text, entry.address->accessType );
+      text += R"(,"destBlock":)";
+      appendNumber( text, entry.address->destBlock );
+   } else {
+      text += R"(","address":null,"accessType":null,"destBlock":null)";
+   }
+   text += "}\n";
+}
+
+struct NamedForm {
+   std::string_view name;
+   Form form;
+};
+
+constexpr NamedForm forms[] = { { "text", appendText },
+                                { "bytes", appendBytes },
+                                { "words", appendWords },
+                                { "json", appendJson } };
+
+} // namespace
+
+Form formNamed( std::string_view name ) {
+   return std::find_if( std::begin( forms ), std::end( forms ),
+                        [&]( const NamedForm& form ) { return form.name == name; } )
+      ->form;
+}
+
+void addForm( CLI::App& verb, Form& form, std::span<const std::string_view> names ) {
+   form = formNamed( names.front() );
+   const auto read = [&form, names]( const std::string& name ) {
+      if( std::find( names.begin(), names.end(), name ) == names.end() ) {
+         throw CLI::ValidationError( "--output", "unknown form " + inQuotes( name ) +
+                                                    suggestion( name, names ) );
+      }
+      form = formNamed( name );
+   };
+   verb
+      .add_option_function<std::string>(
+         "--output", read, "Form of the output, " + std::string( names.front() ) + " if not given" )
+      ->type_name( listOf( names, "|" ) );
+}
+
+} // namespace Vorn

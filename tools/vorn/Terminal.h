@@ -1,0 +1,29 @@
+// Colours, which only a person at a terminal sees.
+#pragma once
+
+#include "Text.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vorn {
+
+// Whether what is written to the file descriptor may be coloured: it is a terminal, which is not
+// called "dumb", and NO_COLOR is not set or empty.
+bool hasColours( int descriptor );
+
+enum class Paint {
+   error,   // what stands before the message of an error
+   heading, // the names of columns
+};
+
+// `text` as it is to be written to the file descriptor: painted if it has colours, else unchanged.
+std::string painted( Paint paint, std::string_view text, int descriptor );
+
+// The lines of a table for standard output; the first of its rows is its headings.
+std::string tableOf( std::span<const Align> columns,
+                     std::span<const std::vector<std::string>> rows );
+
+} // namespace Vorn
