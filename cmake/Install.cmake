@@ -5,7 +5,8 @@ set( package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/VornTunnelKelvar )
 
 install( TARGETS VornTunnelKelvar EXPORT VornTunnelKelvarTargets
          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-                 COMPONENT library NAMELINK_COMPONENT development )
+                 COMPONENT library NAMELINK_COMPONENT development
+         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development )
 install( DIRECTORY include/Hardware DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
          COMPONENT development )
 install( EXPORT VornTunnelKelvarTargets NAMESPACE Vorn:: DESTINATION ${package_folder}
@@ -29,3 +30,5 @@ endif()
 configure_file( cmake/VornTunnelKelvar.pc.in VornTunnelKelvar.pc @ONLY )
 install( FILES ${PROJECT_BINARY_DIR}/VornTunnelKelvar.pc
          DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development )
+
+include( cmake/Packages.cmake )

@@ -18,4 +18,4 @@ needPackages() {
 }
 
 buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev'
-testPackages='libgtest-dev libgmock-dev clang pkg-config binutils'
+testPackages='libgtest-dev libgmock-dev clang pkg-config binutils abigail-tools xz-utils patch man-db zsh'

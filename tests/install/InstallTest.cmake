@@ -2,7 +2,7 @@
 # Needs BUILD, WORK, CXX, LIBDIR, FLAGS, and WITH_PLATFORM: empty, or a site prefix to run with.
 file( REMOVE_RECURSE ${WORK} )
 set( prefix ${WORK}/prefix )
-set( expected "12345678 at 0x1101005, 6, 6" )
+file( STRINGS ${CMAKE_CURRENT_LIST_DIR}/consumer/expected.txt expected )
 
 function( run )
    execute_process( COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY OUTPUT_VARIABLE output )

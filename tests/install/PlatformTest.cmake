@@ -8,7 +8,9 @@ function( run )
    execute_process( COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET )
 endfunction()
 
-run( ${CMAKE_COMMAND} --install ${BUILD} --prefix ${site} --component platform )
+foreach( component platform platformDevelopment )
+   run( ${CMAKE_COMMAND} --install ${BUILD} --prefix ${site} --component ${component} )
+endforeach()
 run( ${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/build -G Ninja -DVORN_PLATFORM=${site}
      -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug
      -DVORN_BUILD_TESTS=OFF -DVORN_BUILD_EXAMPLES=OFF -DVORN_BUILD_TOOLS=OFF

@@ -1,0 +1,81 @@
+# The Debian packages libvorntunnelkelvar1, libvorntunnelkelvar-dev and vorn, made of the components
+# of a tree that is configured for /usr: scripts/make-packages.sh. The stand-ins of platform/ come
+# with the library; a site that brings its own platform packages the library itself.
+if( NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr" OR NOT PROJECT_IS_TOP_LEVEL OR VORN_PLATFORM OR
+    NOT BUILD_SHARED_LIBS )
+   return()
+endif()
+
+file( STRINGS packaging/changelog newest LIMIT_COUNT 1 )
+if( NOT newest MATCHES "\\((${PROJECT_VERSION})-([^)]+)\\)" )
+   message( FATAL_ERROR "packaging/changelog has \"${newest}\" instead of ${PROJECT_VERSION}" )
+endif()
+set( CPACK_DEBIAN_PACKAGE_RELEASE ${CMAKE_MATCH_2} )
+set( package_version ${CMAKE_MATCH_1}-${CMAKE_MATCH_2} )
+
+set( CPACK_GENERATOR DEB )
+set( CPACK_PACKAGE_CONTACT "VornTunnelKelvar maintainers <maintainers@vorntunnelkelvar.example>" )
+set( CPACK_PACKAGE_DESCRIPTION_SUMMARY "" ) # each package has its own
+set( CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
+                                                 GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE )
+set( CPACK_STRIP_FILES ON )
+set( CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/packaging/Stage.cmake )
+set( CPACK_DEB_COMPONENT_INSTALL ON )
+set( CPACK_DEBIAN_FILE_NAME DEB-DEFAULT )
+set( CPACK_DEBIAN_COMPRESSION_TYPE xz )
+set( CPACK_DEBIAN_PACKAGE_SOURCE vorntunnelkelvar )
+set( CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON )
+
+# Dependencies: those on Debian's own libraries are found, those on one another are stated.
+set( CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON )
+set( CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src
+                                                 ${PROJECT_BINARY_DIR}/platform )
+set( CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON )
+set( CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=" )
+
+# vornPackage( name section summary description ): what the control file of a package says.
+macro( vornPackage name section summary description )
+   string( TOUPPER ${name} upper_name )
+   set( CPACK_DEBIAN_${upper_name}_PACKAGE_NAME ${name} )
+   set( CPACK_DEBIAN_${upper_name}_PACKAGE_SECTION ${section} )
+   set( CPACK_DEBIAN_${upper_name}_DESCRIPTION "${summary}\n${description}" )
+endmacro()
+
+set( about
+"Knows for 22 tables and registers on 13 chip types which fields an entry has,
+at which bit and how wide, and at which address it lies; composes and decodes
+entry images field by field." )
+
+vornPackage( libvorntunnelkelvar1 libs "typed views over packet processor table entries"
+"${about}
+
+This package has the shared library and the three platform libraries that it
+stands on." )
+# Packed relocations are of no symbol, so nothing finds that they need this C library.
+set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_DEPENDS "libc6 (>= 2.36)" )
+# The libraries' cache is renewed by dpkg's trigger. CPack would add scripts that call ldconfig, but
+# for those that are named here; it warns that they don't exist, and goes on without.
+set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_CONTROL_EXTRA
+     ${PROJECT_SOURCE_DIR}/packaging/triggers
+     ${PROJECT_SOURCE_DIR}/packaging/none/postinst ${PROJECT_SOURCE_DIR}/packaging/none/postrm )
+
+vornPackage( libvorntunnelkelvar-dev libdevel
+"typed views over packet processor table entries (development)"
+"${about}
+
+This package has the headers, the CMake package VornTunnelKelvar and the
+pkg-config file." )
+set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR-DEV_PACKAGE_DEPENDS
+     "libvorntunnelkelvar1 (= ${package_version})" )
+
+vornPackage( vorn utils "composes and decodes packet processor table entries"
+"Lists tables and their layouts, turns fields into entry images with their
+addresses and entry images into fields, one by one or as JSON lines." )
+set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS "libvorntunnelkelvar1 (>= ${PROJECT_VERSION})" )
+
+include( CPack )
+cpack_add_component( library GROUP libvorntunnelkelvar1 )
+cpack_add_component( platform GROUP libvorntunnelkelvar1 )
+cpack_add_component( development GROUP libvorntunnelkelvar-dev )
+cpack_add_component( platformDevelopment GROUP libvorntunnelkelvar-dev )
+cpack_add_component( vorn GROUP vorn )

@@ -1,0 +1,34 @@
+# Run by cpack between installing and packing: adds what a Debian package has beyond the installed
+# tree, and compresses what Debian wants compressed.
+find_program( GZIP gzip REQUIRED )
+
+# Without name and time, so that the same text gives the same bytes.
+function( compress )
+   execute_process( COMMAND ${GZIP} --best --no-name ${ARGN} COMMAND_ERROR_IS_FATAL ANY )
+endfunction()
+
+# document( package folder files... ): puts them under the package's documents.
+function( document package folder )
+   set( documents ${CPACK_TEMPORARY_DIRECTORY}/${package}/usr/share/doc/${package} )
+   file( COPY ${ARGN} DESTINATION ${documents}/${folder}
+         FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ )
+endfunction()
+
+set( source ${CMAKE_CURRENT_LIST_DIR}/.. )
+foreach( package libvorntunnelkelvar1 libvorntunnelkelvar-dev vorn )
+   document( ${package} "" ${source}/packaging/copyright ${source}/packaging/changelog )
+   set( share ${CPACK_TEMPORARY_DIRECTORY}/${package}/usr/share )
+   set( changelog ${share}/doc/${package}/changelog )
+   file( RENAME ${changelog} ${changelog}.Debian )
+   file( GLOB pages ${share}/man/man*/*.[1-9] )
+   compress( ${changelog}.Debian ${pages} )
+endforeach()
+
+# Where Debian's zsh looks.
+set( zsh ${CPACK_TEMPORARY_DIRECTORY}/vorn/usr/share/zsh )
+file( RENAME ${zsh}/site-functions ${zsh}/vendor-completions )
+
+file( GLOB entries ${source}/examples/*.jsonl )
+document( vorn examples ${entries} )
+document( libvorntunnelkelvar-dev examples ${source}/examples/logicalInterface.cpp )
+document( libvorntunnelkelvar-dev "" ${source}/docs/guide.md )

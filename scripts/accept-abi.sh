@@ -1,0 +1,20 @@
+#!/bin/sh
+# Makes what programs depend on now the baselines in abi/. Only for changes that are meant.
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+needPackages $buildPackages binutils abigail-tools xz-utils
+
+build=${VORN_ABI_BUILD:-build/abi}
+libraries='VornTunnelKelvar Kelvar HwVornFennTypes Oru'
+cmake --preset debug -B "$build" -DCMAKE_CXX_COMPILER=g++ -DVORN_BUILD_TESTS=OFF \
+   -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF >&2
+cmake --build "$build" --target $libraries >&2
+
+for library in $libraries; do
+   file=$(find "$build" -name "lib$library.so")
+   tests/abi/print.sh symbols "$file" >"abi/$library.symbols"
+   tests/abi/print.sh types "$file" | xz -9 >"abi/$library.abi.xz"
+done
+tests/abi/print.sh slots g++ include platform/*/include >abi/slots.txt
+git diff --stat -- abi

@@ -1,0 +1,27 @@
+#!/bin/sh
+# Runs the core of the tests under valgrind, over the build of a preset: release unless another is
+# given. Left out are the tests of processes that end, and of most tables, which take long.
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+needPackages $buildPackages $testPackages valgrind
+
+preset=${1:-release}
+build=${VORN_MEMORY_BUILD:-build/$preset}
+cmake --preset "$preset" -B "$build" -DVORN_BUILD_TESTS=ON >&2
+cmake --build "$build" --target kelvarTest hwVornFennTypesTest oruTest frameTest registryTest \
+   tablesTest exactBuffersTest >&2
+
+# check PROGRAM FILTER: the filter is GoogleTest's.
+check() {
+   echo "== $1"
+   valgrind --quiet --error-exitcode=99 --leak-check=full --show-leak-kinds=definite,indirect \
+      --errors-for-leak-kinds=definite,indirect "$build/$1" --gtest_brief=1 --gtest_filter="$2"
+}
+check platform/kelvarTest '*-*Death*'
+check platform/hwVornFennTypesTest '*'
+check platform/oruTest '*'
+check tests/frameTest '*'
+check tests/registryTest '*-Death.*:*FirstCalls*'
+check tests/tablesTest 'TcamActionTable.*:EgressPerPortTable.*:OutAcBank.*-*Metadata*:*Pairs*'
+check tests/hardening/exactBuffersTest '*TcamBankTable'

@@ -1,0 +1,249 @@
+// Every accessor on buffers that end with the field or soon behind it: nothing behind a buffer's
+// end is touched, and one byte too few is refused. Under the address sanitizer a slip shows.
+#include "Accessors.h"
+
+#define VIEW EgressPerPortTable
+#include "Accessors.inc"
+#define VIEW EpniIsidTable
+#include "Accessors.inc"
+#define VIEW EsemMgmtReq
+#include "Accessors.inc"
+#define VIEW EvecEncapTable
+#include "Accessors.inc"
+#define VIEW EvecFormatTable
+#include "Accessors.inc"
+#define VIEW EvecMappingTable
+#include "Accessors.inc"
+#define VIEW EvecTable
+#include "Accessors.inc"
+#define VIEW FheiIveSizeReg
+#include "Accessors.inc"
+#define VIEW FwdActProfileTable
+#include "Accessors.inc"
+#define VIEW IngressPpPortToVd
+#include "Accessors.inc"
+#define VIEW IppePinfoLlr
+#include "Accessors.inc"
+#define VIEW IsemMgmtReq
+#include "Accessors.inc"
+#define VIEW IvecTable
+#include "Accessors.inc"
+#define VIEW IvectTable
+#include "Accessors.inc"
+#define VIEW LifProfileAttributes
+#include "Accessors.inc"
+#define VIEW LifTable
+#include "Accessors.inc"
+#define VIEW OutAcBank
+#include "Accessors.inc"
+#define VIEW TcamActionTable
+#include "Accessors.inc"
+#define VIEW TcamBankIpv4Tt
+#include "Accessors.inc"
+#define VIEW TcamBankTable
+#include "Accessors.inc"
+#define VIEW TcamBankTableFormatter
+#include "Accessors.inc"
+#define VIEW VttInPpPortConfig0
+#include "Accessors.inc"
+
+#include <Hardware/Registry.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+namespace {
+
+using Testing::Bits;
+using Testing::bitsAt;
+using Testing::bitsAtAre;
+using Testing::ClassAccessors;
+using Testing::expressionOf;
+using Testing::FieldAccessors;
+using Testing::Image;
+using Testing::ValueImage;
+
+const std::vector<ClassAccessors>& classes() {
+   static const std::vector<ClassAccessors> classes = {
+#define VIEW( name ) Testing::accessorsOf<Hardware::name>(),
+#include "registry/Classes.def"
+   };
+   return classes;
+}
+
+// A buffer on the heap of exactly so many bytes.
+class Buffer {
+public:
+   explicit Buffer( const Image& image, std::size_t size ) : bytes_( new U8[size] ), size_( size ) {
+      std::copy_n( image.begin(), size, bytes_.get() );
+   }
+
+   U8* data() { return bytes_.get(); }
+   U16 size() const { return static_cast<U16>( size_ ); }
+   Image image() const { return Image( bytes_.get(), bytes_.get() + size_ ); }
+
+private:
+   std::unique_ptr<U8[]> bytes_;
+   std::size_t size_;
+};
+
+ValueImage valueImageOf( const Bits& bits ) {
+   Image image( sizeof( ValueImage ) );
+   bitsAtAre( image, 0, 8 * sizeof( ValueImage ), bits );
+   ValueImage value;
+   std::copy( image.begin(), image.end(), value.begin() );
+   return value;
+}
+
+Bits bitsOf( const ValueImage& value ) {
+   return bitsAt( Image( value.begin(), value.end() ), 0, 8 * sizeof( ValueImage ) );
+}
+
+U64 wordOf( const Bits& bits, unsigned index ) {
+   return ( bits >> 64 * index & Testing::lowOnes( 64 ) ).to_ullong();
+}
+
+// One field of a view and its place on the view's pair.
+class Walk {
+public:
+   Walk( const ClassAccessors& of, Kelvar::AsicBase& view, const FieldAccessors& field )
+      : class_( of ), view_( view ), field_( field ),
+        offset_( view.fieldOffset( field.identifier ) ),
+        width_( view.fieldWidth( field.identifier ) ) {}
+
+   // The bytes up to the field's end.
+   unsigned bytes() const { return ( offset_ + width_ + 7 ) / 8; }
+   bool wide() const { return field_.valueBytes > 8; }
+
+   void expectReads( const Image& image, std::size_t size ) {
+      const Bits expected = bitsAt( image, offset_, width_ );
+      on( image, size, [&] {
+         ValueImage value{};
+         field_.get( view_, value );
+         EXPECT_EQ( bitsOf( value ), expected );
+         for( unsigned word = 0; 8 * word < field_.valueBytes; ++word ) {
+            EXPECT_EQ( view_.stringField( field_.name, static_cast<U16>( word ) ),
+                       wordOf( expected, word ) );
+         }
+      } );
+   }
+
+   void expectWrites( const Image& image, std::size_t size, const Bits& value ) {
+      if( field_.set == nullptr ) {
+         return;
+      }
+      expectWrite( image, size, value, [&] { field_.set( view_, valueImageOf( value ) ); } );
+      expectWrite( image, size, Testing::lowOnes( width_ ), [&] { field_.mask( view_ ); } );
+      if( !wide() ) {
+         const U64 number = wordOf( value, 0 );
+         expectWrite( image, size, value, [&] { view_.setField64( field_.identifier, number ); } );
+         expectWrite( image, size, value, [&] { view_.stringFieldIs( field_.name, number ); } );
+      }
+   }
+
+   void expectRefusals( const Image& image, std::size_t size ) {
+      const std::string expected = "len_ >= " + std::to_string( bytes() );
+      const auto refuses = [&]( const auto& action ) {
+         const Image after =
+            on( image, size, [&] { EXPECT_EQ( expressionOf( action ), expected ); } );
+         EXPECT_TRUE( std::equal( after.begin(), after.end(), image.begin() ) );
+      };
+      ValueImage value{};
+      refuses( [&] { field_.get( view_, value ); } );
+      refuses( [&] { view_.stringField( field_.name, 0 ); } );
+      if( field_.set == nullptr ) {
+         return;
+      }
+      refuses( [&] { field_.set( view_, value ); } );
+      refuses( [&] { field_.mask( view_ ); } );
+      if( !wide() ) {
+         refuses( [&] { view_.setField64( field_.identifier, 0 ); } );
+         refuses( [&] { view_.stringFieldIs( field_.name, 0 ); } );
+      }
+   }
+
+private:
+   // Runs `action` with the view over the first `size` bytes of the image; what it leaves there.
+   template<class Action>
+   Image on( const Image& image, std::size_t size, const Action& action ) {
+      Buffer buffer( image, size );
+      class_.bufferIs( view_, buffer.data(), buffer.size() );
+      action();
+      class_.bufferIs( view_, nullptr, 0 );
+      return buffer.image();
+   }
+
+   template<class Action>
+   void expectWrite( const Image& image, std::size_t size, const Bits& value,
+                     const Action& action ) {
+      Image expected( image.begin(), image.begin() + static_cast<std::ptrdiff_t>( size ) );
+      bitsAtAre( expected, offset_, width_, value );
+      EXPECT_EQ( on( image, size, action ), expected );
+   }
+
+   const ClassAccessors& class_;
+   Kelvar::AsicBase& view_;
+   const FieldAccessors& field_;
+   unsigned offset_;
+   unsigned width_;
+};
+
+// Of a chip type without variants, a few stand for all.
+bool worthTrying( const Hardware::PairInfo& info, unsigned variant ) {
+   return info.hasVariants || variant == 0 || variant == 31 || variant == 255;
+}
+
+class ExactBuffers : public testing::TestWithParam<std::size_t> {};
+
+TEST_P( ExactBuffers, AreEnoughAndOneByteLessIsRefused ) {
+   const ClassAccessors& of = classes()[GetParam()];
+   std::mt19937 random( static_cast<unsigned>( GetParam() ) );
+   unsigned walked = 0;
+   for( unsigned chipType = 0; chipType < 32; ++chipType ) {
+      for( unsigned variant = 0; variant < 256; ++variant ) {
+         const auto info = Hardware::pairInfo( of.name, chipType, static_cast<U8>( variant ) );
+         if( !info || !worthTrying( *info, variant ) ) {
+            continue;
+         }
+         const auto view =
+            of.make( static_cast<Hardware::ChipType>( chipType ), static_cast<U8>( variant ) );
+         for( const FieldAccessors& field : of.fields ) {
+            if( !view->isFieldValid( field.identifier ) ) {
+               continue;
+            }
+            Walk walk( of, *view, field );
+            SCOPED_TRACE( std::string( of.name ) + " (" + std::to_string( chipType ) + ", " +
+                          std::to_string( variant ) + ") " + field.name );
+            const unsigned bytes = walk.bytes();
+            const Image image = Testing::randomImage( bytes + 8, random );
+            const Bits value = Testing::randomBits( view->fieldWidth( field.identifier ), random );
+            walk.expectRefusals( image, 0 );
+            walk.expectRefusals( image, bytes - 1 );
+            // Up to where whole words of the entry can be used.
+            for( unsigned size = bytes; size <= bytes + 8; ++size ) {
+               walk.expectReads( image, size );
+               walk.expectWrites( image, size, value );
+            }
+            ++walked;
+         }
+      }
+   }
+   EXPECT_GE( walked, of.fields.size() );
+}
+
+std::string className( const testing::TestParamInfo<std::size_t>& number ) {
+   return classes()[number.param].name;
+}
+INSTANTIATE_TEST_SUITE_P( EveryAccessor, ExactBuffers,
+                          testing::Range( std::size_t{ 0 }, std::size_t{ 22 } ), className );
+
+TEST( ExactBuffers, AreTriedOnEveryField ) {
+   ASSERT_EQ( classes().size(), Hardware::classNames().size() );
+   for( const ClassAccessors& of : classes() ) {
+      EXPECT_EQ( of.fields.size(), Hardware::classFields( of.name ).size() ) << of.name;
+   }
+}
+
+} // namespace
