@@ -1,0 +1,21 @@
+#!/bin/sh
+# Builds library and stand-ins with coverage counters, runs the tests, and prints which lines of
+# src/ and platform/ they reach. Pages with each line and its branches are left in
+# build/coverage/report.
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+needPackages $buildPackages $testPackages gcovr
+
+build=${VORN_COVERAGE_BUILD:-build/coverage}
+cmake --preset debug -B "$build" -DCMAKE_CXX_COMPILER=g++ -DVORN_BUILD_TESTS=ON \
+   -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF -DCMAKE_CXX_FLAGS=--coverage >&2
+cmake --build "$build" >&2
+find "$build" -name '*.gcda' -delete
+ctest --test-dir "$build" -E 'Headers|Install|Refused|Exports' --output-on-failure >&2
+
+mkdir -p "$build/report"
+gcovr --root . --object-directory "$build" --filter 'src/' \
+   --filter 'platform/[a-z]*/(src|include)/' --exclude-throw-branches \
+   --exclude-unreachable-branches --html-details "$build/report/index.html" --txt - \
+   --print-summary "$build"
