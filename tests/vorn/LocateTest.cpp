@@ -85,7 +85,7 @@ TEST( Locate, everyPlaceIsAmongTheAnswersForItsAddress ) {
 
 // All places of chips whose memories are small enough to be walked, counted by address.
 TEST( Locate, thereAreAsManyAnswersAsPlaces ) {
-   for( const U64 number : { 2, 4, 8 } ) {
+   for( const U64 number : { 2u, 4u, 8u } ) {
       const auto& chip = Vorn::chipOf( number );
       const auto memories = Vorn::memoriesOn( chip );
       std::unordered_map<U32, std::size_t> counts;
