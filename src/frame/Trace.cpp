@@ -18,9 +18,10 @@ namespace {
 
 template<class... Pieces>
 void write( const ClassData& data, Level level, Site site, const Pieces&... pieces ) {
+   const auto function = shortNameOf( data, site ); // the helper reads it when it ends
    Oru::TraceHelper helper( _defaultTraceHandle(),
                             static_cast<Oru::TraceFacility::FacilityLevel>( level ),
-                            "VornTunnelMetaInfo", site.line, shortNameOf( data, site ).c_str() );
+                            "VornTunnelMetaInfo", site.line, function.c_str() );
    ( helper.stream() << ... << pieces );
 }
 
