@@ -13,7 +13,7 @@ TEST( Text, shownIsOneShortLine ) {
    EXPECT_EQ( Vorn::shown( "plain" ), "plain" );
    EXPECT_EQ( Vorn::shown( "a\nb\x1b\x7f" ), "a\\x0ab\\x1b\\x7f" );
    EXPECT_EQ( Vorn::shown( std::string( 60, 'a' ) ), std::string( 60, 'a' ) );
-   EXPECT_EQ( Vorn::shown( std::string( 61, 'a' ) ), std::string( 60, 'a' ) + "..." );
+   EXPECT_EQ( Vorn::shown( std::string( 61, 'a' ) ), std::string( 60, 'a' ).append( "..." ) );
    EXPECT_EQ( Vorn::shown( "abcdef", 3 ), "abc..." );
    EXPECT_EQ( Vorn::inQuotes( "" ), "\"\"" );
 }

@@ -26,8 +26,8 @@ struct AddressArguments {
    bool json = false;
 };
 
-constexpr Align columns[] = { Align::right, Align::right, Align::right,
-                              Align::right, Align::right, Align::right };
+constexpr Align alignments[] = { Align::right, Align::right, Align::right,
+                                 Align::right, Align::right, Align::right };
 
 const std::vector<std::string> headings{ "entry",   "array",      "identifier",
                                          "address", "accessType", "destBlock" };
@@ -76,12 +76,13 @@ void address( const AddressArguments& arguments, Output& output ) {
    place.entry = last;
    const auto widths = widthsOf( std::vector{ headings, rowOf( place, existing( plan, place ) ) } );
    if( !arguments.json ) {
-      output.write( painted( Paint::heading, lineOf( columns, widths, headings ), STDOUT_FILENO ) );
+      output.write(
+         painted( Paint::heading, lineOf( alignments, widths, headings ), STDOUT_FILENO ) );
    }
    for( place.entry = first; place.entry <= last; ++place.entry ) {
       const Address found = existing( plan, place );
       output.write( arguments.json ? placeLine( plan, place, found )
-                                   : lineOf( columns, widths, rowOf( place, found ) ) );
+                                   : lineOf( alignments, widths, rowOf( place, found ) ) );
    }
 }
 

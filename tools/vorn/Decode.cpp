@@ -192,13 +192,13 @@ void decode( const DecodeArguments& arguments, Output& output ) {
 namespace {
 
 // What the command line says of the pair, each empty where it doesn't.
-struct Given {
+struct DecodeLine {
    PairText pair{ "", "", "" };
    DecodeArguments arguments;
 };
 
 // To be called when the command line is parsed.
-void complete( Given& given ) {
+void complete( DecodeLine& given ) {
    auto& [table, chip, variant] = given.pair;
    auto& [pair, image, path, format, form, changedFrom] = given.arguments;
    if( table == "-" || isJson( table ) ) {
@@ -243,7 +243,7 @@ void addForms( CLI::App& verb, DecodeForm& form ) {
 
 Verb addDecode( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "decode", "Print the fields of images" );
-   const auto given = std::make_shared<Given>();
+   const auto given = std::make_shared<DecodeLine>();
    DecodeArguments* const arguments = &given->arguments;
    verb->add_option( "TABLE", given->pair.table, "Name of the table, as `vorn tables` prints it" );
    verb->add_option( "IMAGE", arguments->image, "The image, or - for images from standard input" );

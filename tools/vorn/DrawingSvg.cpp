@@ -33,7 +33,7 @@ struct Kind {
 };
 
 constexpr Kind plain{ "#e8f1fb", "#34495e", "field" };
-constexpr Kind other{ "#eaf6e6", "#34495e", "another reading of the bits above" };
+constexpr Kind again{ "#eaf6e6", "#34495e", "another reading of the bits above" };
 constexpr Kind fixed{ "#fdeccb", "#34495e", "tag, read-only" };
 constexpr Kind none{ "#f4f4f4", "#a0a0a0", "unused" };
 
@@ -44,7 +44,7 @@ const Kind& kindOf( const Cell& cell, bool isFirst ) {
    if( cell.field->readOnly ) {
       return fixed;
    }
-   return isFirst ? plain : other;
+   return isFirst ? plain : again;
 }
 
 std::string escaped( std::string_view text ) {
@@ -224,7 +224,7 @@ void Picture::addKinds() {
    }
    top_ += rowGap;
    unsigned x = rowsLeft;
-   for( const Kind* const kind : { &plain, &other, &fixed, &none } ) {
+   for( const Kind* const kind : { &plain, &again, &fixed, &none } ) {
       if( std::find( kinds_.begin(), kinds_.end(), kind ) != kinds_.end() ) {
          body_ += rectangle( x, top_, swatchSize, swatchSize, *kind ) + '\n';
          x += swatchSize + 6;

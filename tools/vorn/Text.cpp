@@ -7,7 +7,7 @@ namespace Vorn {
 
 namespace {
 
-constexpr char digits[] = "0123456789abcdef";
+constexpr char hexDigits[] = "0123456789abcdef";
 
 } // namespace
 
@@ -21,7 +21,7 @@ std::string shown( std::string_view text, std::size_t limit ) {
    for( const char c : text.substr( 0, end ) ) {
       const auto byte = static_cast<U8>( c );
       if( byte < 0x20 || byte == 0x7f ) {
-         result += { '\\', 'x', digits[byte >> 4], digits[byte & 15] };
+         result += { '\\', 'x', hexDigits[byte >> 4], hexDigits[byte & 15] };
       } else {
          result += c;
       }
@@ -98,8 +98,8 @@ void appendHex( std::string& text, std::span<const U8> bytes, std::string_view b
       if( i > 0 ) {
          out = std::copy( between.begin(), between.end(), out );
       }
-      *out++ = digits[bytes[i] >> 4];
-      *out++ = digits[bytes[i] & 15];
+      *out++ = hexDigits[bytes[i] >> 4];
+      *out++ = hexDigits[bytes[i] & 15];
    }
 }
 
