@@ -29,7 +29,7 @@ extern "C" void __assert_fail( const char* expression, const char* file, unsigne
 
 namespace Testing {
 
-std::optional<AssertionFailure> failureOf( const std::function<void()>& action ) {
+std::optional<AssertionFailure> failureOf( Action action ) {
    std::optional<std::string> delivered;
    Oru::sassertSinkIs(
       [&delivered]( const std::string&, const std::string& message ) { delivered = message; } );
@@ -46,7 +46,7 @@ std::optional<AssertionFailure> failureOf( const std::function<void()>& action )
    return failure;
 }
 
-std::string expressionOf( const std::function<void()>& action ) {
+std::string expressionOf( Action action ) {
    const auto failure = failureOf( action );
    return failure ? failure->expression : "none";
 }

@@ -4,7 +4,8 @@
 // functions here catch. The message of a message assertion is picked up on its way to the sink.
 #pragma once
 
-#include <functional>
+#include "Action.h"
+
 #include <optional>
 #include <string>
 
@@ -20,9 +21,9 @@ struct AssertionFailure {
 };
 
 // Runs `action`; the assertion it failed, or nothing if it returned.
-std::optional<AssertionFailure> failureOf( const std::function<void()>& action );
+std::optional<AssertionFailure> failureOf( Action action );
 
 // The expression of the assertion that `action` fails; "none" if it returned.
-std::string expressionOf( const std::function<void()>& action );
+std::string expressionOf( Action action );
 
 } // namespace Testing

@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <span>
 #include <sstream>
 
 namespace Testing {
@@ -232,8 +233,8 @@ std::unique_ptr<Kelvar::AsicBase> viewOf( const Expectation& expected, const Pai
 }
 
 // A failed assertion of the library, with the function it happened in.
-void expectFailure( const std::function<void()>& action, const std::string& expression,
-                    const std::string& function, const std::string& where,
+void expectFailure( Action action, const std::string& expression, const std::string& function,
+                    const std::string& where,
                     const std::optional<std::string>& message = std::nullopt ) {
    const auto failure = failureOf( action );
    if( !failure ) {
@@ -245,6 +246,14 @@ void expectFailure( const std::function<void()>& action, const std::string& expr
    EXPECT_EQ( failure->file, "VornTunnelMetaInfo" ) << where;
    EXPECT_NE( failure->line, 0u ) << where;
    EXPECT_EQ( failure->message, message ) << where;
+}
+
+// The items of an array in front of the empty ones.
+template<class Item, std::size_t capacity>
+std::span<const Item> listed( const Item ( &items )[capacity] ) {
+   const auto end = std::find_if( std::begin( items ), std::end( items ),
+                                  []( const Item& item ) { return item.empty(); } );
+   return { std::begin( items ), end };
 }
 
 std::string quoted( const std::string& expression ) { return "\"" + expression + "\" == nullptr"; }
@@ -312,13 +321,25 @@ private:
 
 } // namespace
 
+Bits FieldUnderTest::get( const Kelvar::AsicBase& view ) const {
+   return std::visit( [&]( auto accessor ) { return toBits( ( view.*accessor )() ); }, getter );
+}
+
+void FieldUnderTest::set( Kelvar::AsicBase& view, const Bits& bits ) const {
+   const auto setBits = [&]<class Value>( void ( Kelvar::AsicBase::*accessor )( Value ) ) {
+      ( view.*accessor )( fromBits<std::remove_cvref_t<Value>>( bits ) );
+   };
+   std::visit( setBits, setter );
+}
+
 std::vector<LayoutRow> rowsOf( const std::vector<LayoutTable>& tables ) {
    std::vector<LayoutRow> rows;
    for( const LayoutTable& table : tables ) {
       for( const LayoutTable::Row& row : table.rows ) {
-         EXPECT_EQ( row.cells.size(), table.columns.size() ) << row.field;
-         for( std::size_t column = 0; column < row.cells.size(); ++column ) {
-            const std::string& cell = row.cells[column];
+         const auto cells = listed( row.cells );
+         EXPECT_EQ( cells.size(), listed( table.columns ).size() ) << row.field;
+         for( std::size_t column = 0; column < cells.size(); ++column ) {
+            const std::string cell = cells[column];
             if( cell != "-" ) {
                const auto colon = cell.find( ':' );
                rows.push_back(
@@ -741,10 +762,9 @@ void checkIdentifiersAndNames( const Expectation& expected ) {
       EXPECT_FALSE( view->isFieldValid( 0xffffffff ) );
       EXPECT_EQ( expressionOf( [&] { view->fieldWidth( 0x80000000 ); } ), "false" );
       const std::string first = expected.fields.front().name;
-      for( const std::string& name :
-           { std::string(), std::string( "noSuchField" ), first + "x",
-             first.substr( 0, first.size() - 1 ), expected.fields.front().hardwareName,
-             expected.fields.front().capitalName } ) {
+      for( const std::string& name : std::initializer_list<std::string>{
+              "", "noSuchField", first + "x", first.substr( 0, first.size() - 1 ),
+              expected.fields.front().hardwareName, expected.fields.front().capitalName } ) {
          if( model.fieldNumber( name ) < expected.fields.size() ) {
             continue; // `ivec`, which is `ivec6` without its last letter
          }
@@ -839,7 +859,8 @@ void checkAddresses( const Expectation& expected ) {
          continue;
       }
       const AddressRow& address = *pair.address;
-      ASSERT_EQ( address.instances.size(), row.instanceCount ) << "rows of " << where;
+      const auto instances = listed( address.instances );
+      ASSERT_EQ( instances.size(), row.instanceCount ) << "rows of " << where;
       for( const unsigned tableEntry : { 0u, 1u, row.entries / 2, row.entries - 1 } ) {
          for( const unsigned arrayIndex : { 0u, row.arrayElements / 2, row.arrayElements - 1 } ) {
             for( unsigned identifier = 0; identifier < row.instanceCount; ++identifier ) {
@@ -848,8 +869,8 @@ void checkAddresses( const Expectation& expected ) {
                }
                const Outputs right{ address.base + tableEntry * address.entryStep +
                                        arrayIndex * address.arrayStep,
-                                    static_cast<U8>( address.instances[identifier].accessType ),
-                                    static_cast<U8>( address.instances[identifier].destBlock ) };
+                                    static_cast<U8>( instances[identifier].accessType ),
+                                    static_cast<U8>( instances[identifier].destBlock ) };
                Outputs outputs;
                EXPECT_TRUE( ask( outputs, identifier, tableEntry, arrayIndex ) );
                EXPECT_EQ( outputs, right ) << where;
@@ -932,7 +953,7 @@ void checkTags( const Expectation& expected ) {
       };
       std::vector<Stamp> stamps;
       if( pair.tag != nullptr ) {
-         for( const TagFieldRow& row : pair.tag->fields ) {
+         for( const TagFieldRow& row : listed( pair.tag->fields ) ) {
             stamps.push_back( { pair.places[model.fieldNumber( row.field )], row.value } );
             ASSERT_TRUE( stamps.back().place.present() ) << "rows of " << where;
          }
@@ -1031,8 +1052,7 @@ void checkTraces( const Expectation& expected ) {
       const std::string where = model.where( pair );
       const std::string numbers = "chipType: " + std::to_string( pair.chipType ) +
                                   " variant: " + std::to_string( pair.variant );
-      const auto expectLines = [&]( const std::function<void()>& action,
-                                    const std::vector<std::string>& lines ) {
+      const auto expectLines = [&]( Action action, const std::vector<std::string>& lines ) {
          EXPECT_EQ( tracesOf( 8, action ), lines ) << where;
       };
       Image image;

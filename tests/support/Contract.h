@@ -20,6 +20,7 @@
 
 #include "Assertions.h"
 #include "Bits.h"
+#include "Literal.h"
 
 #include <Hardware/ChipType.h>
 #include <Kelvar/BcmAsicBase.h>
@@ -27,50 +28,73 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <variant>
 #include <vector>
 
 namespace Testing {
 
-// The accessors of one field, on a view of the class under test.
-struct FieldUnderTest {
-   std::string name;
-   std::string capitalName;
-   unsigned identifier;
-   std::string hardwareName;
-   std::string type; // as in signatures: "U8" to "U64", "Raw128" to "Raw512"
-   unsigned typeBits;
-   bool readOnly = false;
+// The type of a setter's argument, by the getter's type.
+template<class Value>
+using SetterArgument = std::conditional_t<( sizeof( Value ) <= 4 ), Value, const Value&>;
 
-   std::function<Bits( const Kelvar::AsicBase& )> get;
-   std::function<void( Kelvar::AsicBase&, const Bits& )> set; // none if read-only
-   std::function<void( Kelvar::AsicBase& )> mask;             // none if read-only
-   std::function<U16( const Kelvar::AsicBase& )> len;
-   std::function<U16( const Kelvar::AsicBase& )> offset;
-   std::function<bool( const Kelvar::AsicBase& )> valid;
+// Accessors as operations of the base class: what a view's own can be cast to.
+template<class Value>
+using Getter = Value ( Kelvar::AsicBase::* )() const;
+template<class Value>
+using Setter = void ( Kelvar::AsicBase::* )( SetterArgument<Value> );
+
+// One field and its accessors, on a view of the class under test.
+struct FieldUnderTest {
+   Literal name;
+   Literal capitalName;
+   unsigned identifier;
+   Literal hardwareName;
+   Literal type; // as in signatures: "U8" to "U64", "Raw128" to "Raw512"
+   unsigned typeBits;
+   bool readOnly;
+
+   template<template<class> class Accessor>
+   using OfAnyType = std::variant<Accessor<U8>, Accessor<U16>, Accessor<U32>, Accessor<U64>,
+                                  Accessor<Raw128>, Accessor<Raw256>, Accessor<Raw512>>;
+   OfAnyType<Getter> getter;
+   Getter<U16> lenGetter;
+   Getter<U16> offsetGetter;
+   Getter<bool> validGetter;
+   OfAnyType<Setter> setter;             // null if read-only
+   void ( Kelvar::AsicBase::*masker )(); // null if read-only
+
+   Bits get( const Kelvar::AsicBase& view ) const;
+   void set( Kelvar::AsicBase& view, const Bits& bits ) const;
+   void mask( Kelvar::AsicBase& view ) const { ( view.*masker )(); }
+   U16 len( const Kelvar::AsicBase& view ) const { return ( view.*lenGetter )(); }
+   U16 offset( const Kelvar::AsicBase& view ) const { return ( view.*offsetGetter )(); }
+   bool valid( const Kelvar::AsicBase& view ) const { return ( view.*validGetter )(); }
 
    bool wide() const { return typeBits > 64; }
 };
 
 // One field's place on the pairs of a chip group and some variants.
 struct LayoutRow {
-   std::string chips;
-   std::string variants;
-   std::string field;
+   Literal chips;
+   Literal variants;
+   Literal field;
    unsigned offset;
    unsigned width;
 };
 
-// A layout table: columns are chip groups; a cell is "offset:width", or "-" for absent.
+// A layout table: columns are chip groups; a cell is "offset:width", or "-" for absent. Behind the
+// last column and cell the arrays are empty.
 struct LayoutTable {
-   std::string variants;
-   std::vector<std::string> columns;
+   static constexpr std::size_t maxColumns = 8;
+
+   Literal variants;
+   Literal columns[maxColumns];
    struct Row {
-      std::string field;
-      std::vector<std::string> cells;
+      Literal field;
+      Literal cells[maxColumns];
    };
    std::vector<Row> rows;
 };
@@ -78,8 +102,8 @@ struct LayoutTable {
 std::vector<LayoutRow> rowsOf( const std::vector<LayoutTable>& tables );
 
 struct MetadataRow {
-   std::string chips;
-   std::string variants;
+   Literal chips;
+   Literal variants;
    unsigned width;
    unsigned entries;
    unsigned arrayElements;
@@ -89,29 +113,35 @@ struct MetadataRow {
 };
 
 struct InstanceRow {
-   unsigned accessType;
-   unsigned destBlock;
+   static constexpr unsigned none = ~0u;
+
+   unsigned accessType = none;
+   unsigned destBlock = none;
+
+   constexpr bool empty() const { return accessType == none; }
 };
 
 struct AddressRow {
-   std::string chips;
-   std::string variants;
+   Literal chips;
+   Literal variants;
    unsigned base;
    unsigned entryStep;
    unsigned arrayStep; // 0 where there is none
-   std::vector<InstanceRow> instances;
+   InstanceRow instances[8];
 };
 
 struct TagFieldRow {
-   std::string field;
+   Literal field;
    unsigned value;
+
+   constexpr bool empty() const { return field.empty(); }
 };
 
 // The tag fields of a pair, in the order in which they are stamped and verified.
 struct TagRow {
-   std::string chips;
-   std::string variants;
-   std::vector<TagFieldRow> fields;
+   Literal chips;
+   Literal variants;
+   TagFieldRow fields[4];
 };
 
 // What a class must do, and the way to its operations.
@@ -127,34 +157,33 @@ struct Expectation {
    std::vector<TagRow> tags;
 
    // Filled in by tableUnderTest and registerUnderTest.
-   using Static = std::function<U32( U32, U8 )>;
-   using Twin = std::function<U32( const Kelvar::AsicBase& )>;
    struct Metadata {
-      std::string name;   // as in the signature of the static
-      std::string result; // its result type
-      Static ofPair;
-      Twin ofView; // none where the static has no twin
+      Literal name;   // as in the signature of the static
+      Literal result; // its result type
+      U32 ( *ofPair )( U32, U8 );
+      U32 ( *ofView )( const Kelvar::AsicBase& ); // null where the static has no twin
    };
    std::vector<Metadata> statics;
    std::string entryType; // as in the signature of getAllFields
    unsigned entryBits = 0;
    std::size_t viewSize = 0;
    std::size_t storageViewSize = 0;
-   std::function<std::unique_ptr<Kelvar::AsicBase>( Hardware::ChipType, U8*, U16, bool, U8 )> make;
-   std::function<std::unique_ptr<Kelvar::AsicBase>( Hardware::ChipType, U8 )> makeWithStorage;
+   using View = std::unique_ptr<Kelvar::AsicBase>;
+   View ( *make )( Hardware::ChipType, U8*, U16, bool, U8 ) = nullptr;
+   View ( *makeWithStorage )( Hardware::ChipType, U8 ) = nullptr;
    // Of a view from `make`: sets its members.
-   std::function<void( Kelvar::AsicBase&, U8*, U16 )> bufferIs;
-   std::function<void( Kelvar::AsicBase&, U8, U8 )> pairIs;
-   std::function<bool( Hardware::ChipType, U8 )> chipTypeVariantValid;
-   std::function<Bits( const Kelvar::AsicBase& )> getAllFields;
-   std::function<Raw4096( U32, U8 )> allFieldsMask;
-   std::function<bool( U32, U8, U32&, U8&, U8&, U16, U32, U16 )> getSchanAddress;
-   std::function<bool( const Kelvar::AsicBase& )> isPrimary;        // none in a register
-   std::function<U32( const Kelvar::AsicBase& )> tableVariantCount; // the twin; none in a register
+   void ( *bufferIs )( Kelvar::AsicBase&, U8*, U16 ) = nullptr;
+   void ( *pairIs )( Kelvar::AsicBase&, U8, U8 ) = nullptr;
+   bool ( *chipTypeVariantValid )( Hardware::ChipType, U8 ) = nullptr;
+   Bits ( *getAllFields )( const Kelvar::AsicBase& ) = nullptr;
+   Raw4096 ( *allFieldsMask )( U32, U8 ) = nullptr;
+   bool ( *getSchanAddress )( U32, U8, U32&, U8&, U8&, U16, U32, U16 ) = nullptr;
+   bool ( *isPrimary )( const Kelvar::AsicBase& ) = nullptr;        // null in a register
+   U32 ( *tableVariantCount )( const Kelvar::AsicBase& ) = nullptr; // the twin; null in a register
    unsigned maxIdentifier = 0;                                      // of a register
    unsigned addrStride = 1;                                         // of a register
    // Set by the test of a class that has one: `expected.discriminator = View::isLifTable`.
-   std::function<bool( Hardware::ChipType, const U8*, U16, U8 )> discriminator;
+   bool ( *discriminator )( Hardware::ChipType, const U8*, U16, U8 ) = nullptr;
 };
 
 // The parts of the walk, each over all pairs of the class.
@@ -183,10 +212,6 @@ void checkTraces( const Expectation& expected );
    TEST( Class, StampsAndVerifiesTags ) { Testing::checkTags( expectation ); }                     \
    TEST( Class, TracesItsOperations ) { Testing::checkTraces( expectation ); }
 
-// The type of a setter's argument, by the getter's type.
-template<class Value>
-using SetterArgument = std::conditional_t<( sizeof( Value ) <= 4 ), Value, const Value&>;
-
 // A view whose members can be set behind its back: every operation reads them afresh.
 template<class View>
 struct Probe : View {
@@ -202,40 +227,48 @@ struct Probe : View {
    }
 };
 
-#define TESTING_READERS( Type, field, Field )                                                      \
-   static_assert( std::is_same_v<decltype( &View::field ), Type ( View::* )() const> );            \
-   static_assert( std::is_same_v<decltype( &View::field##Len ), U16 ( View::* )() const> );        \
-   static_assert( std::is_same_v<decltype( &View::field##Offset ), U16 ( View::* )() const> );     \
-   static_assert( std::is_same_v<decltype( &View::is##Field##Valid ), bool ( View::* )() const> ); \
-   accessors.get = []( const Kelvar::AsicBase& view ) {                                            \
-      return Testing::toBits( static_cast<const View&>( view ).field() );                          \
-   };                                                                                              \
-   accessors.len = []( const Kelvar::AsicBase& view ) {                                            \
-      return static_cast<const View&>( view ).field##Len();                                        \
-   };                                                                                              \
-   accessors.offset = []( const Kelvar::AsicBase& view ) {                                         \
-      return static_cast<const View&>( view ).field##Offset();                                     \
-   };                                                                                              \
-   accessors.valid = []( const Kelvar::AsicBase& view ) {                                          \
-      return static_cast<const View&>( view ).is##Field##Valid();                                  \
-   };
+// A field from what its class declares, which must be of exactly these types.
+template<class View, class Type, class Get, class Len, class Offset, class Valid>
+FieldUnderTest readOnlyField( const char* name, const char* capitalName, unsigned identifier,
+                              const char* hardwareName, const char* type, Get get, Len len,
+                              Offset offset, Valid valid ) {
+   static_assert( std::is_same_v<Get, Type ( View::* )() const> );
+   static_assert( std::is_same_v<Len, U16 ( View::* )() const> );
+   static_assert( std::is_same_v<Offset, U16 ( View::* )() const> );
+   static_assert( std::is_same_v<Valid, bool ( View::* )() const> );
+   return { name,
+            capitalName,
+            identifier,
+            hardwareName,
+            type,
+            8 * sizeof( Type ),
+            true,
+            static_cast<Getter<Type>>( get ),
+            static_cast<Getter<U16>>( len ),
+            static_cast<Getter<U16>>( offset ),
+            static_cast<Getter<bool>>( valid ),
+            Setter<Type>(),
+            nullptr };
+}
 
+template<class View, class Type, class Set, class Mask>
+FieldUnderTest writableField( FieldUnderTest field, Set set, Mask mask ) {
+   static_assert( std::is_same_v<Set, void ( View::* )( SetterArgument<Type> )> );
+   static_assert( std::is_same_v<Mask, void ( View::* )()> );
+   field.readOnly = false;
+   field.setter = static_cast<Setter<Type>>( set );
+   field.masker = static_cast<void ( Kelvar::AsicBase::* )()>( mask );
+   return field;
+}
+
+#define TESTING_READ_ONLY_FIELD( Type, field, Field, identifier, hardwareName )                    \
+   Testing::readOnlyField<View, Type>( #field, #Field, identifier, hardwareName, #Type,            \
+                                       &View::field, &View::field##Len, &View::field##Offset,      \
+                                       &View::is##Field##Valid )
 #define TESTING_FIELD( Type, field, Field, identifier, hardwareName )                              \
-   [] {                                                                                            \
-      Testing::FieldUnderTest accessors{                                                           \
-         #field, #Field, identifier, hardwareName, #Type, 8 * sizeof( Type ), false, {},           \
-         {},     {},     {},         {},           {}                                              \
-      };                                                                                           \
-      TESTING_READERS( Type, field, Field )                                                        \
-      static_assert( std::is_same_v<decltype( &View::field##Is ),                                  \
-                                    void ( View::* )( Testing::SetterArgument<Type> )> );          \
-      static_assert( std::is_same_v<decltype( &View::field##Mask ), void ( View::* )()> );         \
-      accessors.set = []( Kelvar::AsicBase& view, const Testing::Bits& bits ) {                    \
-         static_cast<View&>( view ).field##Is( Testing::fromBits<Type>( bits ) );                  \
-      };                                                                                           \
-      accessors.mask = []( Kelvar::AsicBase& view ) { static_cast<View&>( view ).field##Mask(); }; \
-      return accessors;                                                                            \
-   }()
+   Testing::writableField<View, Type>(                                                             \
+      TESTING_READ_ONLY_FIELD( Type, field, Field, identifier, hardwareName ), &View::field##Is,   \
+      &View::field##Mask )
 
 // A field of up to 64 bits; one of more; one without setter and mask.
 #define NARROW_FIELD( Type, field, Field, identifier, hardwareName )                               \
@@ -244,18 +277,13 @@ struct Probe : View {
    TESTING_FIELD( Type, field, Field, identifier, hardwareName )
 #define READ_ONLY_FIELD( Type, field, Field, identifier, hardwareName )                            \
    [] {                                                                                            \
-      Testing::FieldUnderTest accessors{                                                           \
-         #field, #Field, identifier, hardwareName, #Type, 8 * sizeof( Type ), true, {},            \
-         {},     {},     {},         {},           {}                                              \
-      };                                                                                           \
-      TESTING_READERS( Type, field, Field )                                                        \
       static_assert( ![]<class V>( V* ) {                                                          \
          return requires( V v ) { v.field##Is( Type{} ); };                                        \
       }( static_cast<View*>( nullptr ) ) );                                                        \
       static_assert( ![]<class V>( V* ) {                                                          \
          return requires( V v ) { v.field##Mask(); };                                              \
       }( static_cast<View*>( nullptr ) ) );                                                        \
-      return accessors;                                                                            \
+      return TESTING_READ_ONLY_FIELD( Type, field, Field, identifier, hardwareName );              \
    }()
 
 // What tables and registers have in common.
@@ -315,10 +343,9 @@ Expectation viewUnderTest( const std::string& name ) {
         } } )
 #define TESTING_STATIC_ALONE( result, operation )                                                  \
    expected.statics.push_back(                                                                     \
-      { #operation,                                                                                \
-        #result,                                                                                   \
+      { #operation, #result,                                                                       \
         []( U32 chipType, U8 variant ) -> U32 { return View::operation( chipType, variant ); },    \
-        {} } )
+        nullptr } )
 
 template<class View>
 Expectation tableUnderTest( const std::string& name ) {

@@ -8,12 +8,13 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Testing {
 
 struct Part {
-   std::string field;
+   Literal field;
    unsigned width;
 };
 
@@ -25,11 +26,11 @@ inline unsigned widthOf( const std::vector<Part>& parts ) {
    return width;
 }
 
-inline const FieldUnderTest& fieldOf( const Expectation& expected, const std::string& name ) {
+inline const FieldUnderTest& fieldOf( const Expectation& expected, std::string_view name ) {
    const auto field = std::find_if( expected.fields.begin(), expected.fields.end(),
                                     [&]( const FieldUnderTest& one ) { return one.name == name; } );
    if( field == expected.fields.end() ) {
-      throw std::invalid_argument( expected.name + " has no field " + name );
+      throw std::invalid_argument( expected.name + " has no field " + std::string( name ) );
    }
    return *field;
 }

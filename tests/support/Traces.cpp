@@ -5,7 +5,7 @@
 
 namespace Testing {
 
-std::vector<std::string> tracesOf( int level, const std::function<void()>& action ) {
+std::vector<std::string> tracesOf( int level, Action action ) {
    std::vector<std::string> lines;
    Oru::traceSinkIs( [&lines]( const std::string& line ) { lines.push_back( line ); } );
    Oru::traceLevelIs( "KelvarVornTunnelMetaInfo", level, true );

@@ -1,13 +1,14 @@
 // Observing the library's trace lines.
 #pragma once
 
-#include <functional>
+#include "Action.h"
+
 #include <string>
 #include <vector>
 
 namespace Testing {
 
 // The lines that `action` traces with the level of the library's handle switched on.
-std::vector<std::string> tracesOf( int level, const std::function<void()>& action );
+std::vector<std::string> tracesOf( int level, Action action );
 
 } // namespace Testing

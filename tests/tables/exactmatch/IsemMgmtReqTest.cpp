@@ -257,9 +257,9 @@ Testing::Expectation stated() {
       { "12,14",       "7,8,19,20",     6, 1024, 1, 9,  1, 21 },
    };
    // chips, variants, base, entry step, array step, { accessType, destBlock } by identifier
-   const std::string memoryA = "0,11,14";
-   const std::string memoryB = "1,3,5,7,9,12,15,17,19";
-   const std::string memoryC = "2,4,6,8,10,13,16,18,20";
+   const Testing::Literal memoryA = "0,11,14";
+   const Testing::Literal memoryB = "1,3,5,7,9,12,15,17,19";
+   const Testing::Literal memoryC = "2,4,6,8,10,13,16,18,20";
    expected.addresses = {
       { "2,3",   "0",     0x480000,  1, 0, { { 0, 52 } } },
       { "4,5",   "0",     0x1000000, 1, 0, { { 0, 60 }, { 0, 61 } } },
@@ -278,23 +278,24 @@ Testing::Expectation stated() {
       { "15,16", memoryB, 0x9000,    1, 0, { { 8, 20 } } },
       { "15,16", memoryC, 0x14000,   1, 0, { { 8, 20 } } },
    };
-   const auto tag = []( unsigned tid, unsigned entryType, unsigned vmv ) {
-      return std::vector<Testing::TagFieldRow>{
-         { "tid", tid }, { "entryType", entryType }, { "vmv", vmv } };
+   const auto tag = []( Testing::Literal chips, Testing::Literal variants, unsigned tid,
+                        unsigned entryType, unsigned vmv ) {
+      return Testing::TagRow{ chips, variants,
+                              { { "tid", tid }, { "entryType", entryType }, { "vmv", vmv } } };
    };
    expected.tags = {
-      { "10,12-16",    "0",     tag( 1, 1, 1 ) },
-      { "10,12-16",    "1,2",   tag( 27, 1, 2 ) },
-      { "10,12-16",    "3,4",   tag( 7, 0, 3 ) },
-      { "10,12-16",    "5,6",   tag( 10, 1, 2 ) },
-      { "10,13,15,16", "7,8",   tag( 61, 1, 2 ) },
-      { "10,12-16",    "9,10",  tag( 20, 1, 2 ) },
-      { "10,12-16",    "11",    tag( 19, 1, 1 ) },
-      { "10,12-16",    "12,13", tag( 8, 0, 3 ) },
-      { "10,12-16",    "14",    tag( 3, 1, 1 ) },
-      { "10,12-16",    "15,16", tag( 17, 0, 3 ) },
-      { "10,12-16",    "17,18", tag( 15, 0, 3 ) },
-      { "10,13,15,16", "19,20", tag( 62, 0, 3 ) },
+      tag( "10,12-16",    "0",     1, 1, 1 ),
+      tag( "10,12-16",    "1,2",   27, 1, 2 ),
+      tag( "10,12-16",    "3,4",   7, 0, 3 ),
+      tag( "10,12-16",    "5,6",   10, 1, 2 ),
+      tag( "10,13,15,16", "7,8",   61, 1, 2 ),
+      tag( "10,12-16",    "9,10",  20, 1, 2 ),
+      tag( "10,12-16",    "11",    19, 1, 1 ),
+      tag( "10,12-16",    "12,13", 8, 0, 3 ),
+      tag( "10,12-16",    "14",    3, 1, 1 ),
+      tag( "10,12-16",    "15,16", 17, 0, 3 ),
+      tag( "10,12-16",    "17,18", 15, 0, 3 ),
+      tag( "10,13,15,16", "19,20", 62, 0, 3 ),
    };
    // clang-format on
    return expected;
