@@ -12,16 +12,18 @@ cmake --preset "$preset" -B "$build" -DVORN_BUILD_TESTS=ON >&2
 cmake --build "$build" --target kelvarTest hwVornFennTypesTest oruTest frameTest registryTest \
    tablesTest exactBuffersTest >&2
 
-# check PROGRAM FILTER: the filter is GoogleTest's.
+# check PROGRAM FILTER [OPTION]: the filter is GoogleTest's, the option valgrind's.
 check() {
    echo "== $1"
    valgrind --quiet --error-exitcode=99 --leak-check=full --show-leak-kinds=definite,indirect \
-      --errors-for-leak-kinds=definite,indirect "$build/$1" --gtest_brief=1 --gtest_filter="$2"
+      --errors-for-leak-kinds=definite,indirect ${3:-} \
+      "$build/$1" --gtest_brief=1 --gtest_filter="$2"
 }
 check platform/kelvarTest '*-*Death*'
 check platform/hwVornFennTypesTest '*'
 check platform/oruTest '*'
 check tests/frameTest '*'
-check tests/registryTest '*-Death.*:*FirstCalls*'
+# It counts allocations by an operator new of its own, half of which valgrind replaces.
+check tests/registryTest '*-Death.*:*FirstCalls*:*Allocat*:SharedOwnership.*' --show-mismatched-frees=no
 check tests/tablesTest 'TcamActionTable.*:EgressPerPortTable.*:OutAcBank.*-*Metadata*:*Pairs*'
 check tests/hardening/exactBuffersTest '*TcamBankTable'
