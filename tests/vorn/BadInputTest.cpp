@@ -33,6 +33,10 @@ std::string negative( const std::string& text, const std::string& name ) {
    return "negative value " + text + " for " + name + "; a value is 0 or more";
 }
 
+std::string noChip( const std::string& given ) {
+   return "unknown chip " + given + "; allowed: " + early + ", " + late + ", Software (21)";
+}
+
 // A row for `vorn address TABLE --chip CHIP`.
 Refused address( const char* what, const std::string& table, const std::string& chip,
                  std::vector<std::string> more, const std::string& message ) {
@@ -73,17 +77,18 @@ const std::vector<Refused> badInput{
             "unknown table \"TCAM_ACTION_TABLE\"; did you mean TcamActionTable?" ),
    address( "a table with an escape in it", "LifTable\x1b", "2", {},
             "unknown table \"LifTable\\x1b\"; did you mean LifTable?" ),
+   address( "a table with an escape of 8 bits in it", "LifTable\xc2\x9b", "2", {},
+            "unknown table \"LifTable\\xc2\\x9b\"; did you mean LifTable?" ),
    address( "a chip type misspelt", "LifTable", "BCM88650_BO", {},
             "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" ),
    address( "a chip type without its step", "LifTable", "BCM88850", {},
             "unknown chip \"BCM88850\"; did you mean BCM88850_A0?" ),
    address( "no chip type at all", "LifTable", "", {}, "unknown chip \"\"; allowed: " + all ),
-   address( "the number of none", "LifTable", "11", {},
-            "unknown chip 11; allowed: " + early + ", " + late + ", Software (21)" ),
-   address( "a number beyond a byte", "LifTable", "258", {},
-            "unknown chip 258; allowed: " + early + ", " + late + ", Software (21)" ),
-   address( "a negative chip type", "LifTable", "-2", {}, negative( "-2", "chip" ) ),
-   address( "a chip type that is half a number", "LifTable", "2x", {}, noNumber( "2x", "chip" ) ),
+   address( "the number of none", "LifTable", "11", {}, noChip( "11" ) ),
+   address( "a number beyond a byte", "LifTable", "258", {}, noChip( "258" ) ),
+   address( "a negative chip type", "LifTable", "-2", {}, noChip( "\"-2\"" ) ),
+   address( "a chip type that is half a number", "LifTable", "2x", {}, noChip( "\"2x\"" ) ),
+   address( "two chip types in one", "LifTable", "2,3", {}, noChip( "\"2,3\"" ) ),
    address( "a table that is gone", "EvecTable", "10", {},
             "EvecTable does not exist on BCM88690_B0; allowed: " + early ),
    address( "a table that is not there yet", "EvecEncapTable", "8", {},
@@ -118,7 +123,7 @@ const std::vector<Refused> badInput{
    entry( "a range to a negative entry", "1--3", negative( "-3", "entry" ) ),
    entry( "a range to no number", "1-last", noNumber( "last", "entry" ) ),
    entry( "a range with dots", "1..3", noNumber( "1..3", "entry" ) ),
-   entry( "several entries", "1,3", "bad number \"1,3\" for entry; did you mean 13?" ),
+   entry( "several entries", "1,3", noNumber( "1,3", "entry" ) ),
    entry( "a blank before the entry", " 5", "bad number \" 5\" for entry; did you mean 5?" ),
    entry( "an empty entry", "", noNumber( "", "entry" ) ),
    entry( "0x alone", "0x", "bad number \"0x\" for entry; write hexadecimal digits after 0x" ),
@@ -213,8 +218,7 @@ const std::vector<Refused> badInput{
          "3:2: the image has 1 bytes; an entry on BCM88690_B0 has 4,8,12,24,36,44,80" ),
    line( "an image of another chip type", R"({"chip":"BCM88650_B0","image":"00000000"})",
          "1:31: the image is one of BCM88650_B0, not of BCM88690_B0" ),
-   line( "an image of no chip type", R"({"chip":9,"image":"00000000"})",
-         "1:19: unknown chip 9; allowed: " + early + ", " + late + ", Software (21)" ),
+   line( "an image of no chip type", R"({"chip":9,"image":"00000000"})", "1:19: " + noChip( "9" ) ),
    line( "an object without image", R"({"table":"LifTable"})", "1:1: missing key \"image\"" ),
 
    { "what a traced verb refuses",
@@ -259,6 +263,9 @@ const std::vector<Refused> wrongUsage{
    { "an argument of tables",
      { "tables", "LifTable" },
      "unexpected argument \"LifTable\"; see vorn tables --help" },
+   { "an argument with a semicolon",
+     { "tables", "a;b" },
+     "unexpected argument \"a;b\"; see vorn tables --help" },
    { "no address", { "locate", "--chip", "2" }, "ADDRESS is required; see vorn locate --help" },
    { "no chip type to locate on", { "locate", "0" }, "--chip is required; see vorn locate --help" },
    { "two addresses",

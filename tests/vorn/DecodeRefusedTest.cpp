@@ -123,6 +123,8 @@ TEST( DecodeRefused, digits ) {
         bytes( "bad digit \"\u00e9\" in \"05\u00e900\"" ) },
       { "the column behind such a character", "\u00e9: 05 0^?",
         bytes( "bad digit \"?\" in \"0?\"" ) },
+      { "what is no character", "05^\xff\xbf",
+        bytes( "bad digit \"\\xff\\xbf\" in \"05\\xff\\xbf\"" ) },
       { "a control character", "05^\x01", bytes( "bad digit \"\\x01\" in \"05\\x01\"" ) },
       { "a zero byte", std::string( "05^\0", 4 ), bytes( "bad digit \"\\x00\" in \"05\\x00\"" ) },
       { "a long piece", "^" + std::string( 99, '0' ),

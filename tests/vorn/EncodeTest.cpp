@@ -239,7 +239,8 @@ TEST( Encode, unknownChip ) {
                   "vorn: unknown chip \"ChipType(9)\"; allowed: BCM88650_B0, BCM88660_A0, "
                   "BCM88375_A0, BCM88375_B0, BCM88470_A0, BCM88470_B0, BCM88680_A0, BCM88690_B0, "
                   "BCM88690_V6_B0, BCM88800_A0, BCM88850_A0, BCM88480_A0, BCM88480_B0, Software" );
-   expectRefused( action( "-1" ), "vorn: negative value -1 for chip; a value is 0 or more" );
+   expectRefused( action( "-1" ), "vorn: unknown chip \"-1\"; allowed: " + all );
+   expectRefused( action( "1,3" ), "vorn: unknown chip \"1,3\"; allowed: " + all );
 }
 
 TEST( Encode, aPairThatTheTableLacks ) {

@@ -47,7 +47,7 @@ const std::vector<Refused> badInput{
      "unknown chip 11; allowed: %, Software (21)" },
    { "a negative chip type",
      { "layout", "LifTable", "--chip=-2" },
-     "negative value -2 for chip; a value is 0 or more" },
+     "unknown chip \"-2\"; allowed: %, Software (21)" },
    { "a variant in a hole",
      { "layout", "LifTable", "--chip", "2", "--variant", "5" },
      "LifTable has no variant 5 on BCM88650_B0; allowed: 0-4,6" },

@@ -443,6 +443,8 @@ TEST( Program, namesAndPlaces ) {
       "BCM88470_B0 (7), BCM88680_A0 (8), BCM88690_B0 (10), BCM88690_V6_B0 (12), BCM88800_A0 (13), "
       "BCM88850_A0 (14), BCM88480_A0 (15), BCM88480_B0 (16)";
    const BadLine lines[] = {
+      { R"({"table":^"LifTable\u009b","chip":2,"fields":{}})",
+        "unknown table \"LifTable\\xc2\\x9b\"; did you mean LifTable?" },
       { R"({"table":^"TcamActionTabel","chip":2,"fields":{}})",
         "unknown table \"TcamActionTabel\"; did you mean TcamActionTable?" },
       { line( "^\"BCM88650_BO\"", "1" ),

@@ -21,6 +21,28 @@ TEST( Text, shownIsOneShortLine ) {
 TEST( Text, shownCutsBetweenCharacters ) {
    EXPECT_EQ( Vorn::shown( "a\u00e9z", 2 ), "a..." );
    EXPECT_EQ( Vorn::shown( "a\u00e9z", 3 ), "a\u00e9..." );
+   EXPECT_EQ( Vorn::shown( "\U0001f600", 3 ), "..." );
+   EXPECT_EQ( Vorn::shown( "\U0001f600", 4 ), "\U0001f600" );
+}
+
+TEST( Text, shownIsPrintableUtf8 ) {
+   for( const std::string_view text :
+        { " ~", "\u00a0\u07ff", "\u0800\ud7ff\ue000\uffff", "\U00010000\U0010ffff" } ) {
+      EXPECT_EQ( Vorn::shown( text ), text );
+   }
+   // Some terminals take U+009B for the beginning of an escape sequence.
+   EXPECT_EQ( Vorn::shown( "\xc2\x9b"
+                           "1m" ),
+              "\\xc2\\x9b1m" );
+   EXPECT_EQ( Vorn::shown( "\xc2\x80\xc2\x9f" ), "\\xc2\\x80\\xc2\\x9f" );
+   EXPECT_EQ( Vorn::shown( "a\x9b\xff" ), "a\\x9b\\xff" );
+   // Cut short; too long for the number; a surrogate; beyond the last character.
+   EXPECT_EQ( Vorn::shown( "\xe2\x82" ), "\\xe2\\x82" );
+   EXPECT_EQ( Vorn::shown( "\xe2\x82!" ), "\\xe2\\x82!" );
+   EXPECT_EQ( Vorn::shown( "\xc1\xbf\xe0\x9f\xbf" ), "\\xc1\\xbf\\xe0\\x9f\\xbf" );
+   EXPECT_EQ( Vorn::shown( "\xf0\x8f\xbf\xbf" ), "\\xf0\\x8f\\xbf\\xbf" );
+   EXPECT_EQ( Vorn::shown( "\xed\xa0\x80" ), "\\xed\\xa0\\x80" );
+   EXPECT_EQ( Vorn::shown( "\xf4\x90\x80\x80" ), "\\xf4\\x90\\x80\\x80" );
 }
 
 TEST( Text, rangesOf ) {

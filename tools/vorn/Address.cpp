@@ -1,8 +1,8 @@
 // `vorn address`: where an entry lies, or each of a range of entries.
-#include "Address.h"
-
 #include "Arguments.h"
 #include "Error.h"
+#include "Forms.h"
+#include "Plan.h"
 #include "Terminal.h"
 #include "Text.h"
 #include "Values.h"
@@ -13,8 +13,6 @@
 #include <memory>
 #include <utility>
 #include <vector>
-
-#include <unistd.h>
 
 namespace Vorn {
 
@@ -76,8 +74,7 @@ void address( const AddressArguments& arguments, Output& output ) {
    place.entry = last;
    const auto widths = widthsOf( std::vector{ headings, rowOf( place, existing( plan, place ) ) } );
    if( !arguments.json ) {
-      output.write(
-         painted( Paint::heading, lineOf( alignments, widths, headings ), STDOUT_FILENO ) );
+      output.write( headingsOf( alignments, widths, headings ) );
    }
    for( place.entry = first; place.entry <= last; ++place.entry ) {
       const Address found = existing( plan, place );
@@ -87,16 +84,6 @@ void address( const AddressArguments& arguments, Output& output ) {
 }
 
 } // namespace
-
-std::string placeLine( const Plan& plan, const Place& place, const Address& address ) {
-   return R"({"table":")" + std::string( plan.table() ) + R"(","chip":")" + plan.chip().name +
-          R"(","variant":)" + std::to_string( plan.variant() ) + R"(,"entry":)" +
-          std::to_string( place.entry ) + R"(,"array":)" + std::to_string( place.array ) +
-          R"(,"identifier":)" + std::to_string( place.identifier ) + R"(,"address":")" +
-          hexOf( address.schanAddress ) + R"(","accessType":)" +
-          std::to_string( address.accessType ) + R"(,"destBlock":)" +
-          std::to_string( address.destBlock ) + "}\n";
-}
 
 Verb addAddress( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "address", "Print where entries lie" );

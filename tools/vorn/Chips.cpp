@@ -60,11 +60,14 @@ const Chip& chipOf( std::string_view nameOrNumber ) {
    }
    const auto first = nameOrNumber.substr( 0, 1 );
    if( first == "-" || ( first >= "0" && first <= "9" ) ) {
-      const Value number = parseNumber( nameOrNumber, "chip" );
-      if( number.bits > 64 ) {
+      const auto number = numberIn( nameOrNumber );
+      if( !number ) {
+         unknownNumber( inQuotes( nameOrNumber ) );
+      }
+      if( number->bits > 64 ) {
          unknownNumber( shown( nameOrNumber ) );
       }
-      return chipOf( number.words[0] );
+      return chipOf( number->words[0] );
    }
    std::vector<std::string_view> names;
    for( const Chip& chip : allChips() ) {

@@ -1,7 +1,6 @@
 // One entry image that is being composed, field by field.
 #include "Entry.h"
 
-#include "Chips.h"
 #include "Error.h"
 #include "Text.h"
 
@@ -15,6 +14,12 @@
 namespace Vorn {
 
 namespace {
+
+void require( bool isRight, const std::string& said, const std::string& wanted ) {
+   if( !isRight ) {
+      throw Error( "the image is one of " + said + ", not of " + wanted );
+   }
+}
 
 // The first tag field that differs from the pair's own tag, if any does.
 std::optional<Plan::TagField> wrongTag( const Plan& plan, std::span<const U8> image ) {
@@ -40,20 +45,19 @@ std::string ownerOf( const Plan& plan, std::span<const U8> image ) {
 
 } // namespace
 
+void requireChip( const Chip& chip, const Image& image ) {
+   if( image.chip.isGiven ) {
+      const Chip& said = chipOf( image.chip.text );
+      require( said.number == chip.number, said.name, chip.name );
+   }
+}
+
 void requirePair( const Plan& plan, const Image& image ) {
-   const auto require = []( bool isRight, const std::string& is, const std::string& wanted ) {
-      if( !isRight ) {
-         throw Error( "the image is one of " + is + ", not of " + wanted );
-      }
-   };
    if( image.table.isGiven ) {
       require( image.table.text == plan.table(), shown( image.table.text ),
                std::string( plan.table() ) );
    }
-   if( image.chip.isGiven ) {
-      const Chip& chip = chipOf( image.chip.text );
-      require( chip.number == plan.chip().number, chip.name, plan.chip().name );
-   }
+   requireChip( plan.chip(), image );
    const auto variants = variantsOn( plan.table(), plan.chip().number );
    if( image.variant.isGiven && !variants->any ) {
       const U64 variant = parseIndex( image.variant.text, "variant", 0xff );

@@ -1,6 +1,7 @@
 // One entry image that is being composed, field by field.
 #pragma once
 
+#include "Chips.h"
 #include "Images.h"
 #include "Plan.h"
 #include "Values.h"
@@ -15,8 +16,9 @@
 namespace Vorn {
 
 // That the pair which stands with the image, or the part of it that does, is the plan's; else an
-// Error.
+// Error. And the same of the chip type alone.
 void requirePair( const Plan& plan, const Image& image );
+void requireChip( const Chip& chip, const Image& image );
 
 // What the field holds in an image of its pair, which must reach to the field's end.
 Value valueIn( std::span<const U8> image, const Plan::Field& field );

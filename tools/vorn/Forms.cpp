@@ -49,30 +49,40 @@ void appendText( std::string& text, const Composed& entry ) {
            "\ndestBlock: " + std::to_string( entry.address->destBlock ) + '\n';
 }
 
-void appendJson( std::string& text, const Composed& entry ) {
-   text.append( R"({"table":")" ).append( entry.plan.table() );
-   text.append( R"(","chip":")" ).append( entry.plan.chip().name );
+// The keys of an object up to the entry's place, and those of its address.
+void appendPlace( std::string& text, const Plan& plan, const Place& place ) {
+   text.append( R"({"table":")" ).append( plan.table() );
+   text.append( R"(","chip":")" ).append( plan.chip().name );
    text += R"(","variant":)";
-   appendNumber( text, entry.plan.variant() );
+   appendNumber( text, plan.variant() );
    text += R"(,"entry":)";
-   appendNumber( text, entry.place.entry );
+   appendNumber( text, place.entry );
    text += R"(,"array":)";
-   appendNumber( text, entry.place.array );
+   appendNumber( text, place.array );
    text += R"(,"identifier":)";
-   appendNumber( text, entry.place.identifier );
-   text += R"(,"image":")";
-   appendHex( text, entry.image );
-   if( entry.address ) {
-      text += R"(","address":"0x)";
-      appendNumber( text, entry.address->schanAddress, 16 );
+   appendNumber( text, place.identifier );
+}
+
+void appendAddress( std::string& text, const std::optional<Address>& address ) {
+   if( address ) {
+      text += R"(,"address":"0x)";
+      appendNumber( text, address->schanAddress, 16 );
       text += R"(","accessType":)";
-      appendNumber( text, entry.address->accessType );
+      appendNumber( text, address->accessType );
       text += R"(,"destBlock":)";
-      appendNumber( text, entry.address->destBlock );
+      appendNumber( text, address->destBlock );
    } else {
-      text += R"(","address":null,"accessType":null,"destBlock":null)";
+      text += R"(,"address":null,"accessType":null,"destBlock":null)";
    }
    text += "}\n";
+}
+
+void appendJson( std::string& text, const Composed& entry ) {
+   appendPlace( text, entry.plan, entry.place );
+   text += R"(,"image":")";
+   appendHex( text, entry.image );
+   text += '"';
+   appendAddress( text, entry.address );
 }
 
 struct NamedForm {
@@ -91,6 +101,13 @@ Form formNamed( std::string_view name ) {
    return std::find_if( std::begin( forms ), std::end( forms ),
                         [&]( const NamedForm& form ) { return form.name == name; } )
       ->form;
+}
+
+std::string placeLine( const Plan& plan, const Place& place, const Address& address ) {
+   std::string line;
+   appendPlace( line, plan, place );
+   appendAddress( line, address );
+   return line;
 }
 
 void addForm( CLI::App& verb, Form& form, std::span<const std::string_view> names ) {

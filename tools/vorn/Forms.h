@@ -29,6 +29,9 @@ using Form = void ( * )( std::string& text, const Composed& entry );
 // The form of that name: "bytes", "words" and "json", which are one line, and "text" for people.
 Form formNamed( std::string_view name );
 
+// The line of JSON without the image.
+std::string placeLine( const Plan& plan, const Place& place, const Address& address );
+
 // Adds --output, which takes one of the named forms; without it, the form is the first of them.
 void addForm( CLI::App& verb, Form& form, std::span<const std::string_view> names );
 

@@ -17,8 +17,6 @@
 #include <memory>
 #include <set>
 
-#include <unistd.h>
-
 namespace Vorn {
 
 namespace {
@@ -189,10 +187,7 @@ std::string linesOf( const Identifier::Verdicts& verdicts, const std::string& pl
 // What is said of an image, which has a place if it is one of several.
 std::string said( const Identifier& identifier, const Image& image, const std::string& place,
                   const IdentifyArguments& arguments ) {
-   if( image.chip.isGiven && chipOf( image.chip.text ).number != identifier.chip().number ) {
-      throw Error( "the image is one of " + chipOf( image.chip.text ).name + ", not of " +
-                   identifier.chip().name );
-   }
+   requireChip( identifier.chip(), image );
    const auto verdicts = identifier.verdictsOn( image.bytes );
    if( verdicts.groups.empty() && !arguments.ruledOut ) {
       identifier.refuse( image.bytes.size() );

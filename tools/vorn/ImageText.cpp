@@ -1,6 +1,7 @@
 // One image in one text: hexadecimal digits or JSON.
 #include "ImageText.h"
 
+#include "JsonFlaw.h"
 #include "Text.h"
 
 #include <nlohmann/json.hpp>
@@ -265,25 +266,17 @@ public:
 
    bool parse_error( std::size_t position, const std::string&,
                      const nlohmann::detail::exception& exception ) {
-      if( exception.id == numberOverflow ) {
+      const JsonFlaw flaw( exception );
+      if( flaw.isOverflow() ) {
          return refuseNumber();
       }
-      // The parser's account of what it was about stands before a dash, what it read behind this.
-      constexpr std::string_view dash = " - ";
-      std::string_view reason = exception.what();
-      if( const auto before = reason.find( dash ); before != std::string_view::npos ) {
-         reason.remove_prefix( before + dash.size() );
-      }
-      reason = reason.substr( 0, reason.find( "; last read: " ) );
-      const bool isInString = reason.starts_with( "invalid string" );
-      const auto begin =
-         isInString || position > text_.size() ? position - 1 : tokenBegin( position );
-      throw BadText( at_ + begin, "not valid JSON: " + shown( reason, 160 ) );
+      const auto begin = flaw.is( "invalid string" ) || position > text_.size()
+                            ? position - 1
+                            : tokenBegin( position );
+      throw BadText( at_ + begin, flaw.message() );
    }
 
 private:
-   static constexpr int numberOverflow = 406;
-
    enum class Key : std::size_t { image, table, chip, variant, other };
    static constexpr std::array<std::string_view, 4> keyNames{ "image", "table", "chip", "variant" };
    static constexpr std::array<std::string_view, 4> keyTypes{ "a string or an array", "a string",

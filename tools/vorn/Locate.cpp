@@ -1,9 +1,9 @@
 // `vorn locate`: the memories, entries and array elements at an address.
 #include "Locate.h"
 
-#include "Address.h"
 #include "Arguments.h"
 #include "Error.h"
+#include "Forms.h"
 #include "Terminal.h"
 #include "Text.h"
 #include "Values.h"
@@ -16,8 +16,6 @@
 #include <numeric>
 #include <set>
 #include <utility>
-
-#include <unistd.h>
 
 namespace Vorn {
 

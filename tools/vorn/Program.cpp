@@ -1,4 +1,6 @@
 // `vorn program`: JSON lines that name entries and fields into JSON lines with image and address.
+#include "Program.h"
+
 #include "Arguments.h"
 #include "Entry.h"
 #include "Error.h"
@@ -123,14 +125,8 @@ private:
    std::string line_;
 };
 
-struct ProgramArguments {
-   std::string path;
-   Form form;
-   std::string count = "0"; // of entries in a pipe; 0 if it is not known
-};
+} // namespace
 
-// Turns the lines of the file, or of standard input for "-", into lines of `output`. The lines
-// before a bad one are given to `output` before the Error is thrown.
 void program( const ProgramArguments& arguments, Output& output ) {
    const U64 count = parseIndex( arguments.count, "count", ~U64( 0 ) );
    Programmer programmer( arguments.form );
@@ -159,8 +155,6 @@ void program( const ProgramArguments& arguments, Output& output ) {
       ++entries;
    }
 }
-
-} // namespace
 
 Verb addProgram( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "program", "Compose images for JSON lines" );

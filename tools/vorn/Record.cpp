@@ -2,6 +2,7 @@
 #include "Record.h"
 
 #include "Error.h"
+#include "JsonFlaw.h"
 #include "Suggest.h"
 #include "Text.h"
 
@@ -184,28 +185,20 @@ public:
    // `position` is the number of bytes read, the last of them part of what is wrong.
    bool parse_error( std::size_t position, const std::string& token,
                      const nlohmann::detail::exception& exception ) {
-      if( exception.id == numberOverflow ) {
+      const JsonFlaw flaw( exception );
+      if( flaw.isOverflow() ) {
          return number_float( 0, token );
       }
-      // The parser's account of what it was about stands before a dash, what it read behind this.
-      constexpr std::string_view dash = " - ";
-      std::string_view reason = exception.what();
-      if( const auto before = reason.find( dash ); before != std::string_view::npos ) {
-         reason.remove_prefix( before + dash.size() );
-      }
-      reason = reason.substr( 0, reason.find( "; last read: " ) );
       record_.token_ = 0;
-      record_.byte_ = reason.starts_with( "invalid string" )
+      record_.byte_ = flaw.is( "invalid string" )
                          ? position - 1
-                         : beginOfWrongToken( position, reason.starts_with( "invalid" ) );
-      const bool isBareValue = depth_ == 2 && reason.starts_with( "invalid literal" );
-      throw Error( "not valid JSON: " + shown( reason, 160 ) +
+                         : beginOfWrongToken( position, flaw.is( "invalid" ) );
+      const bool isBareValue = depth_ == 2 && flaw.is( "invalid literal" );
+      throw Error( flaw.message() +
                    ( isBareValue ? "; all values but decimal numbers stand in quotes" : "" ) );
    }
 
 private:
-   static constexpr int numberOverflow = 406;
-
    // An invalid token may be found out by what stands behind it.
    std::size_t beginOfWrongToken( std::size_t position, bool isInvalid ) const {
       const auto line = record_.line_;

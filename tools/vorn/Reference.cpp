@@ -12,8 +12,6 @@
 #include "Values.h"
 #include "Verbs.h"
 
-#include <Kelvar/BitBuf.h>
-
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -157,22 +155,14 @@ std::string addresses( std::span<const Plan> plans ) {
                    addressCells );
 }
 
-// The values of the tag's fields, or nothing: where there is no tag, a fresh entry is all zero.
+// The values of the tag's fields, or nothing where there is no tag.
 Cells tagCells( const Plan& plan ) {
-   std::string tag;
-   bool isStamped = false;
-   for( const auto& field : plan.fields() ) {
-      if( field.readOnly ) {
-         Value value;
-         getBuf( plan.blank().data(), static_cast<int>( plan.blank().size() ), value.bytes(),
-                 static_cast<int>( sizeof( value.words ) ), field.width, field.offset );
-         value.measure();
-         isStamped = isStamped || value.bits > 0;
-         tag.append( tag.empty() ? "`" : ", `" ).append( field.name ).append( "` " );
-         tag.append( hexOf( value ) );
-      }
+   std::string text;
+   for( const auto& [field, value] : plan.tag() ) {
+      text.append( text.empty() ? "`" : ", `" ).append( field->name ).append( "` " );
+      text.append( hexOf( value ) );
    }
-   return isStamped ? Cells{ tag } : Cells();
+   return text.empty() ? Cells() : Cells{ text };
 }
 
 std::string tags( std::span<const Plan> plans ) {

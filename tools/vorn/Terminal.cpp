@@ -34,11 +34,15 @@ std::string painted( Paint paint, std::string_view text, int descriptor ) {
           std::string( text.substr( end ) );
 }
 
+std::string headingsOf( std::span<const Align> columns, std::span<const std::size_t> widths,
+                        const std::vector<std::string>& names ) {
+   return painted( Paint::heading, lineOf( columns, widths, names ), STDOUT_FILENO );
+}
+
 std::string tableOf( std::span<const Align> columns,
                      std::span<const std::vector<std::string>> rows ) {
    const auto widths = widthsOf( rows );
-   std::string text =
-      painted( Paint::heading, lineOf( columns, widths, rows.front() ), STDOUT_FILENO );
+   std::string text = headingsOf( columns, widths, rows.front() );
    for( const auto& row : rows.subspan( 1 ) ) {
       text += lineOf( columns, widths, row );
    }

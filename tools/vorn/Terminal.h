@@ -3,6 +3,7 @@
 
 #include "Text.h"
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,6 +22,10 @@ enum class Paint {
 
 // `text` as it is to be written to the file descriptor: painted if it has colours, else unchanged.
 std::string painted( Paint paint, std::string_view text, int descriptor );
+
+// The line of a table's headings for standard output.
+std::string headingsOf( std::span<const Align> columns, std::span<const std::size_t> widths,
+                        const std::vector<std::string>& names );
 
 // The lines of a table for standard output; the first of its rows is its headings.
 std::string tableOf( std::span<const Align> columns,

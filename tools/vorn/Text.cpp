@@ -2,6 +2,7 @@
 #include "Text.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Vorn {
 
@@ -9,24 +10,57 @@ namespace {
 
 constexpr char hexDigits[] = "0123456789abcdef";
 
+// The length of the character of UTF-8 that `text` begins with; 0 if that is none, or a control
+// character.
+std::size_t lengthOfCharacter( std::string_view text ) {
+   struct Form {
+      U8 mask; // of the bits that tell a first byte of this form
+      U8 bits;
+      U32 least; // any smaller number is of a shorter form, or a control character
+   };
+   constexpr Form forms[] = {
+      { 0x80, 0x00, 0x20 }, { 0xe0, 0xc0, 0xa0 }, { 0xf0, 0xe0, 0x800 }, { 0xf8, 0xf0, 0x10000 }
+   };
+   const auto first = static_cast<U8>( text[0] );
+   const auto form = std::find_if( std::begin( forms ), std::end( forms ), [&]( const Form& one ) {
+      return ( first & one.mask ) == one.bits;
+   } );
+   const auto length = static_cast<std::size_t>( form - std::begin( forms ) ) + 1;
+   if( form == std::end( forms ) || text.size() < length ) {
+      return 0;
+   }
+   U32 number = first & ~U32( form->mask );
+   for( const char c : text.substr( 1, length - 1 ) ) {
+      if( ( static_cast<U8>( c ) & 0xc0 ) != 0x80 ) {
+         return 0;
+      }
+      number = number << 6 | ( static_cast<U8>( c ) & 0x3f );
+   }
+   const bool isSurrogate = number >= 0xd800 && number < 0xe000;
+   const bool isShown =
+      number >= form->least && number <= 0x10ffff && number != 0x7f && !isSurrogate;
+   return isShown ? length : 0;
+}
+
 } // namespace
 
 std::string shown( std::string_view text, std::size_t limit ) {
-   std::size_t end = std::min( text.size(), limit );
-   // A UTF-8 sequence is kept or cut as a whole.
-   while( end < text.size() && end > 0 && ( static_cast<U8>( text[end] ) & 0xc0 ) == 0x80 ) {
-      --end;
-   }
    std::string result;
-   for( const char c : text.substr( 0, end ) ) {
-      const auto byte = static_cast<U8>( c );
-      if( byte < 0x20 || byte == 0x7f ) {
-         result += { '\\', 'x', hexDigits[byte >> 4], hexDigits[byte & 15] };
-      } else {
-         result += c;
+   for( std::size_t at = 0; at < text.size(); ) {
+      const auto length = lengthOfCharacter( text.substr( at ) );
+      const auto end = at + std::max( length, std::size_t( 1 ) );
+      if( end > limit ) {
+         return result + "...";
       }
+      if( length > 0 ) {
+         result += text.substr( at, length );
+      } else {
+         const auto byte = static_cast<U8>( text[at] );
+         result += { '\\', 'x', hexDigits[byte >> 4], hexDigits[byte & 15] };
+      }
+      at = end;
    }
-   return end < text.size() ? result + "..." : result;
+   return result;
 }
 
 std::string inQuotes( std::string_view text ) { return '"' + shown( text ) + '"'; }

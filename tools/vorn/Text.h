@@ -11,8 +11,8 @@
 
 namespace Vorn {
 
-// `text` with control characters escaped and what is beyond `limit` bytes cut, so that it fits into
-// a message of one line.
+// `text` with control characters and what is no UTF-8 escaped, and what is beyond `limit` bytes
+// cut, so that it fits into a message of one line.
 std::string shown( std::string_view text, std::size_t limit = 60 );
 
 // The same in double quotes.

@@ -158,8 +158,24 @@ constexpr Shape shapes[] = {
    { '-', "write a MAC address as 00-1c-73-00-00-01" },
 };
 
+// Whether three digits follow each comma and apostrophe, as in 1,000,000.
+bool groupsThousands( std::string_view text ) {
+   constexpr std::string_view marks = ",'";
+   for( auto mark = text.find_first_of( marks ); mark != std::string_view::npos; ) {
+      const auto next = text.find_first_of( marks, mark + 1 );
+      if( std::min( next, text.size() ) - mark != 4 ) {
+         return false;
+      }
+      mark = next;
+   }
+   return true;
+}
+
 // The number that was probably meant: without what people put between digits, or after 0x.
 std::string numberNear( std::string_view text ) {
+   if( !groupsThousands( text ) ) {
+      return {};
+   }
    std::string bare( text );
    std::erase_if( bare, []( char c ) {
       return std::string_view( " _',+" ).find( c ) != std::string_view::npos;
@@ -222,12 +238,17 @@ void Value::measure() {
    }
 }
 
-Value parseNumber( std::string_view text, std::string_view name ) {
+std::optional<Value> numberIn( std::string_view text ) {
    Value value;
-   if( !readNumber( text, value ) ) {
+   return readNumber( text, value ) ? std::optional( value ) : std::nullopt;
+}
+
+Value parseNumber( std::string_view text, std::string_view name ) {
+   const auto value = numberIn( text );
+   if( !value ) {
       refuse( text, name, false );
    }
-   return value;
+   return *value;
 }
 
 Value parseValue( std::string_view text, std::string_view name ) {

@@ -4,6 +4,7 @@
 #include <Kelvar/Types.h>
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,9 @@ struct Value {
 // error here, it only has more `bits` than any field. Anything else is an Error, whose message
 // calls the number by `name`.
 Value parseNumber( std::string_view text, std::string_view name );
+
+// The same, but nothing where `text` is no number.
+std::optional<Value> numberIn( std::string_view text );
 
 // The same for the value of a field, which may be an IPv4, IPv6 or MAC address, too. An address is
 // its bytes, in the order in which they are sent, read as one number: 10.0.0.1 is 0x0a000001. The

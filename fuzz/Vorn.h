@@ -1,0 +1,66 @@
+// vorn in this process, and what has to hold of whatever it prints.
+#pragma once
+
+#include "support/Bits.h"
+
+#include <Encode.h>
+#include <Io.h>
+#include <Plan.h>
+
+#include <fuzzer/FuzzedDataProvider.h>
+#include <nlohmann/json.hpp>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Fuzz {
+
+using Json = nlohmann::ordered_json;
+
+struct Outcome {
+   std::string out;
+   std::string error; // the line on standard error, empty where there is none
+   int status;
+
+   bool operator==( const Outcome& ) const = default;
+};
+
+// What the part of vorn does with this standard input. Of what it throws, an Error is an outcome;
+// all else is passed on. What it prints ends at a megabyte, as on a full device.
+Outcome outcomeOf( const std::function<void( Vorn::Output& )>& part, std::string_view input = {} );
+
+// The outcome of `vorn encode`.
+Outcome encoded( const Vorn::EncodeArguments& arguments );
+
+// The lines of a text, without their ends. One that is printed has to end in a line's end.
+std::vector<std::string> linesOf( const std::string& text );
+std::vector<std::string> linesPrinted( const std::string& text );
+
+// The objects that lines of JSON write. What is no JSON throws.
+std::vector<Json> objectsIn( const std::string& lines );
+
+// The input up to the line that the error names, in which there has to be such a column.
+std::string linesBefore( const std::string& error, const std::string& input );
+
+// Any of all pairs.
+const Vorn::PairText& somePair( FuzzedDataProvider& input );
+
+// The pair that an object of JSON names.
+Vorn::PairText pairIn( const Json& object );
+
+// The bytes that pairs of hexadecimal digits write, and the digits again.
+Testing::Image imageIn( const std::string& digits );
+std::string digitsOf( const Testing::Image& image );
+
+// The number that a text writes in any notation, which vorn has taken; nothing where that is a
+// decimal one beyond 64 bits.
+std::optional<Testing::Bits> numberIn( std::string text );
+
+// Requires that the fields in a line of `vorn decode --json` are those of the image in it, and that
+// `vorn encode` makes the same image of them.
+void requireRoundTrip( const Json& decoded );
+
+} // namespace Fuzz

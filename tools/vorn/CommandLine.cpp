@@ -1,0 +1,171 @@
+// The whole command line: its verbs and what they are given.
+#include "CommandLine.h"
+
+#include "Help.h"
+#include "Suggest.h"
+#include "Text.h"
+#include "Verbs.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string_view>
+#include <vector>
+
+namespace Vorn {
+
+namespace {
+
+// The verbs, in the order in which the help lists them.
+constexpr AddVerb addVerbs[] = {
+   addTables,   addLayout,  addEncode, addDecode,    addProgram,
+   addIdentify, addAddress, addLocate, addReference,
+};
+
+using Names = std::vector<std::string>;
+
+std::string suggestionFrom( std::string_view wrong, const Names& right ) {
+   return suggestion( wrong, std::vector<std::string_view>( right.begin(), right.end() ) );
+}
+
+Names optionNames( const CLI::App& app ) {
+   Names names;
+   for( const auto* option : app.get_options() ) {
+      for( const auto& name : option->get_lnames() ) {
+         names.push_back( "--" + name );
+      }
+   }
+   return names;
+}
+
+Names verbNames( const CLI::App& app ) {
+   Names names;
+   for( const auto* verb : app.get_subcommands( {} ) ) {
+      if( !verb->get_group().empty() ) {
+         names.push_back( verb->get_name() );
+      }
+   }
+   return names;
+}
+
+// A flag is given or not; CLI11 would also take --json=false.
+void refuseValuesOfFlags( CLI::App& app ) {
+   for( auto* option : app.get_options() ) {
+      if( option->get_items_expected_max() == 0 ) {
+         option->disable_flag_override();
+      }
+   }
+   for( auto* verb : app.get_subcommands( {} ) ) {
+      refuseValuesOfFlags( *verb );
+   }
+}
+
+// The command line: its verbs and what they are given.
+class CommandLine {
+public:
+   explicit CommandLine( const std::string& version );
+
+   // Throws as CLI11 does.
+   void parse( int argc, const char* const* argv ) { app_.parse( argc, argv ); }
+
+   // What the last parse() made of it.
+   void run( Output& output ) { runParsed( verbs_, output ); }
+
+   std::string help() const { return app_.help(); }
+
+   // What is wrong with the usage, after a failed parse().
+   std::string usageError( const CLI::ParseError& error ) const;
+
+private:
+   CLI::App app_{ "Composes and decodes the entries of a packet processor's tables.", "vorn" };
+   std::vector<Verb> verbs_;
+};
+
+CommandLine::CommandLine( const std::string& version ) {
+   app_.require_subcommand( 1 );
+   app_.formatter( helpFormatter() );
+   app_.set_version_flag( "--version", "vorn " + version, "Print the version and exit" );
+   app_.footer(
+      wrapped( "`vorn VERB --help` explains a verb.\n\n"
+               "Bad input is told in one line on standard error and exits with 1, wrong usage "
+               "exits with 2.\n\nExample:\n"
+               "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 action=0x12345" ) );
+   for( const auto add : addVerbs ) {
+      verbs_.push_back( add( app_ ) );
+   }
+   verbs_.push_back( addTrace( app_, addVerbs ) );
+   for( const auto& verb : verbs_ ) {
+      verb.app->group( "Verbs" );
+   }
+   verbs_.push_back( addComplete( app_ ) );
+   refuseValuesOfFlags( app_ );
+}
+
+// CLI11's account of what is wrong, in the words of the other messages where it has its own, and
+// where to find what is right.
+std::string flawOf( const CLI::ParseError& error, const std::string& help ) {
+   const std::string text = error.what();
+   if( error.get_name() == "ValidationError" ) {
+      return text; // It comes from a verb, and says itself what is allowed.
+   }
+   if( error.get_name() != "ArgumentMismatch" ) {
+      return text + help;
+   }
+   const std::string option = text.substr( 0, text.find_first_of( ": " ) );
+   if( text.ends_with( " missing" ) ) {
+      constexpr std::string_view before = "required ";
+      const auto type = text.find( before ) + before.size();
+      return option + " needs " + text.substr( type, text.rfind( ' ' ) - type ) + help;
+   }
+   if( text.ends_with( "flag override" ) ) {
+      return "--" + option + " takes no value" + help;
+   }
+   return option + " is given twice" + help;
+}
+
+std::string CommandLine::usageError( const CLI::ParseError& error ) const {
+   std::string command = "vorn";
+   for( const CLI::App* app = &app_;; ) {
+      const auto verbs = verbNames( *app );
+      const auto help = "; see " + command + " --help";
+      if( const auto rest = app->remaining(); !rest.empty() ) {
+         const auto& given = rest.front();
+         if( given.starts_with( '-' ) ) {
+            return "unknown option " + inQuotes( given ) +
+                   suggestionFrom( given, optionNames( *app ) );
+         }
+         return verbs.empty()
+                   ? "unexpected argument " + inQuotes( given ) + help
+                   : "unknown verb " + inQuotes( given ) + suggestionFrom( given, verbs );
+      }
+      const auto parsed = app->get_subcommands();
+      if( parsed.empty() ) {
+         return verbs.empty() ? flawOf( error, help )
+                              : "a verb is required" + suggestionFrom( "", verbs );
+      }
+      app = parsed.front();
+      command += ' ' + app->get_name();
+   }
+}
+
+} // namespace
+
+void runCommandLine( int argc, const char* const* argv, const std::string& version,
+                     Output& output ) {
+   CommandLine commandLine( version );
+   try {
+      commandLine.parse( argc, argv );
+      commandLine.run( output );
+   } catch( const CLI::CallForHelp& ) {
+      output.write( commandLine.help() );
+   } catch( const CLI::CallForVersion& call ) {
+      output.write( call.what() + std::string( "\n" ) );
+   } catch( const CLI::ParseError& error ) {
+      throw UsageError( commandLine.usageError( error ) );
+   } catch( const Error& ) {
+      output.flush();
+      throw;
+   }
+   output.flush();
+}
+
+} // namespace Vorn

@@ -1,0 +1,22 @@
+// The whole command line: its verbs and what they are given.
+#pragma once
+
+#include "Error.h"
+#include "Io.h"
+
+#include <string>
+
+namespace Vorn {
+
+// Wrong usage, which ends the program with status 2.
+class UsageError : public Error {
+public:
+   using Error::Error;
+};
+
+// Does what the arguments say, of which the first is the program's own name. What was printed
+// before an Error is written, too.
+void runCommandLine( int argc, const char* const* argv, const std::string& version,
+                     Output& output );
+
+} // namespace Vorn
