@@ -149,14 +149,14 @@ std::string linesBefore( const std::string& error, const std::string& input ) {
 
 const Vorn::PairText& somePair( FuzzedDataProvider& input ) {
    static const auto pairs = [] {
-      std::vector<Vorn::PairText> pairs;
+      std::vector<Vorn::PairText> all;
       for( const auto& chip : Vorn::allChips() ) {
          for( const auto& plan : Vorn::plansOn( chip ) ) {
-            pairs.push_back(
+            all.push_back(
                { std::string( plan.table() ), chip.name, std::to_string( plan.variant() ) } );
          }
       }
-      return pairs;
+      return all;
    }();
    return pairs[input.ConsumeIntegralInRange( std::size_t( 0 ), pairs.size() - 1 )];
 }
