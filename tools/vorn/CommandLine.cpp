@@ -59,7 +59,6 @@ void refuseValuesOfFlags( CLI::App& app ) {
    }
 }
 
-// The command line: its verbs and what they are given.
 class CommandLine {
 public:
    explicit CommandLine( const std::string& version );
