@@ -7,19 +7,14 @@
 
 namespace {
 
+using Testing::expectPrinted;
+
 using Arguments = std::vector<std::string>;
 
 Arguments address( const std::string& table, const std::string& chip, const Arguments& more = {} ) {
    Arguments arguments{ "address", table, "--chip", chip };
    arguments.insert( arguments.end(), more.begin(), more.end() );
    return arguments;
-}
-
-void expectPrinted( const Arguments& arguments, const std::string& lines ) {
-   const auto outcome = Testing::vorn( arguments );
-   EXPECT_EQ( outcome.out, lines );
-   EXPECT_EQ( outcome.err, "" );
-   EXPECT_EQ( outcome.status, 0 );
 }
 
 // A line of JSON for a place of LifTable on chip type 3.

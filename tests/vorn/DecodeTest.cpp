@@ -11,6 +11,7 @@
 
 namespace {
 
+using Testing::expectPrinted;
 using Testing::vorn;
 
 using Arguments = std::vector<std::string>;
@@ -20,14 +21,6 @@ Arguments decode( const Arguments& arguments, const Arguments& more = {} ) {
    all.insert( all.end(), arguments.begin(), arguments.end() );
    all.insert( all.end(), more.begin(), more.end() );
    return all;
-}
-
-void expectPrinted( const Arguments& arguments, const std::string& output,
-                    const std::string& input = {} ) {
-   const auto outcome = vorn( arguments, input );
-   EXPECT_EQ( outcome.out, output );
-   EXPECT_EQ( outcome.err, "" );
-   EXPECT_EQ( outcome.status, 0 );
 }
 
 void expectWrongUsage( const Arguments& arguments, const std::string& message ) {

@@ -5,6 +5,7 @@
 
 namespace {
 
+using Testing::expectPrinted;
 using Testing::expectRefused;
 
 using Arguments = std::vector<std::string>;
@@ -13,13 +14,6 @@ Arguments action( const std::string& chip, const Arguments& more = {} ) {
    Arguments arguments{ "encode", "TcamActionTable", "--chip", chip };
    arguments.insert( arguments.end(), more.begin(), more.end() );
    return arguments;
-}
-
-void expectPrinted( const Arguments& arguments, const std::string& lines ) {
-   const auto outcome = Testing::vorn( arguments );
-   EXPECT_EQ( outcome.out, lines );
-   EXPECT_EQ( outcome.err, "" );
-   EXPECT_EQ( outcome.status, 0 );
 }
 
 constexpr auto chipsOfAction =

@@ -7,6 +7,7 @@
 #include "Format.h"
 #include "Layout.h"
 #include "Plan.h"
+#include "RunVorn.h"
 
 #include <Hardware/FieldId.h>
 #include <Hardware/Registry.h>
@@ -20,9 +21,10 @@
 #include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 
 namespace {
+
+using Testing::linesOf;
 
 using Bits = std::vector<unsigned>; // how often each bit of an entry is met
 
@@ -54,15 +56,6 @@ Bits coverage( const Vorn::Plan& plan ) {
       meet( bits, field.offset, field.width );
    }
    return bits;
-}
-
-std::vector<std::string> linesOf( const std::string& text ) {
-   std::vector<std::string> lines;
-   std::istringstream in( text );
-   for( std::string line; std::getline( in, line ); ) {
-      lines.push_back( line );
-   }
-   return lines;
 }
 
 // Characters of UTF-8.

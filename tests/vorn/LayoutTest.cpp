@@ -11,18 +11,12 @@
 namespace {
 
 using Testing::contentsOf;
+using Testing::expectPrinted;
 using Testing::onTerminal;
 using Testing::TemporaryFolder;
 using Testing::vorn;
 
 using Arguments = std::vector<std::string>;
-
-void expectPrinted( const Arguments& arguments, const std::string& lines ) {
-   const auto outcome = vorn( arguments );
-   EXPECT_EQ( outcome.out, lines );
-   EXPECT_EQ( outcome.err, "" );
-   EXPECT_EQ( outcome.status, 0 );
-}
 
 const std::string bitNumbering =
    "\n"

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <sstream>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -179,6 +180,23 @@ Outcome onTerminal( const std::vector<std::string>& arguments,
    }
    outcome.status = statusOf( pid );
    return outcome;
+}
+
+std::vector<std::string> linesOf( const std::string& text ) {
+   std::vector<std::string> lines;
+   std::istringstream in( text );
+   for( std::string line; std::getline( in, line ); ) {
+      lines.push_back( line );
+   }
+   return lines;
+}
+
+void expectPrinted( const std::vector<std::string>& arguments, const std::string& output,
+                    std::string_view input ) {
+   const Outcome outcome = vorn( arguments, input );
+   EXPECT_EQ( outcome.out, output );
+   EXPECT_EQ( outcome.err, "" );
+   EXPECT_EQ( outcome.status, 0 );
 }
 
 void expectRefused( const std::vector<std::string>& arguments, const std::string& message,

@@ -32,6 +32,13 @@ Outcome onTerminal( const std::vector<std::string>& arguments,
                     const std::vector<std::string>& lines, unsigned short columns,
                     bool outputToo = false );
 
+// The lines of the text, without their ends.
+std::vector<std::string> linesOf( const std::string& text );
+
+// Expects an exit status of 0, this on standard output, and nothing on standard error.
+void expectPrinted( const std::vector<std::string>& arguments, const std::string& output,
+                    std::string_view input = {} );
+
 // Expects an exit status of 1, nothing on standard output, and on standard error this one line.
 void expectRefused( const std::vector<std::string>& arguments, const std::string& message,
                     std::string_view input = {} );

@@ -14,15 +14,7 @@
 namespace {
 
 using Json = nlohmann::json;
-
-std::vector<std::string> linesOf( const std::string& text ) {
-   std::vector<std::string> lines;
-   std::istringstream in( text );
-   for( std::string line; std::getline( in, line ); ) {
-      lines.push_back( line );
-   }
-   return lines;
-}
+using Testing::linesOf;
 
 std::vector<std::string> tables( const std::vector<std::string>& options = {} ) {
    std::vector<std::string> arguments{ "tables" };

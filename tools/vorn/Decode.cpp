@@ -204,16 +204,7 @@ void complete( DecodeLine& given ) {
    if( table == "-" || isJson( table ) ) {
       image.insert( image.begin(), std::exchange( table, {} ) );
    }
-   if( image == std::vector<std::string>{ "-" } && path.empty() ) {
-      image.clear();
-      path = "-";
-   }
-   if( image.empty() && path.empty() ) {
-      throw CLI::RequiredError( "IMAGE" );
-   }
-   if( !image.empty() && !path.empty() ) {
-      throw CLI::ExcludesError( "--file", "IMAGE" );
-   }
+   completeSource( image, path );
    if( table.empty() && !( chip.empty() && variant.empty() ) ) {
       throw CLI::RequiresError( chip.empty() ? "--variant" : "--chip", "TABLE" );
    }

@@ -216,21 +216,6 @@ void identify( const IdentifyArguments& arguments, Output& output ) {
    }
 }
 
-// To be called when the command line is parsed.
-void complete( IdentifyArguments& arguments ) {
-   auto& [chip, image, path, format, ruledOut, json] = arguments;
-   if( image == std::vector<std::string>{ "-" } && path.empty() ) {
-      image.clear();
-      path = "-";
-   }
-   if( image.empty() && path.empty() ) {
-      throw CLI::RequiredError( "IMAGE" );
-   }
-   if( !image.empty() && !path.empty() ) {
-      throw CLI::ExcludesError( "--file", "IMAGE" );
-   }
-}
-
 } // namespace
 
 Verb addIdentify( CLI::App& commandLine ) {
@@ -244,7 +229,7 @@ Verb addIdentify( CLI::App& commandLine ) {
    addImageFormat( *verb, arguments->format );
    verb->add_flag( "--ruled-out", arguments->ruledOut, "Also print what it is not, and why" );
    verb->add_flag( "--json", arguments->json, "Print a JSON object for each image" );
-   verb->callback( [arguments] { complete( *arguments ); } );
+   verb->callback( [arguments] { completeSource( arguments->image, arguments->path ); } );
    describe( *verb,
              "Prints a line for each table that has entries of the image's length and, where its "
              "variants have a tag, of the image's tag. Tables and variants in one group have both "

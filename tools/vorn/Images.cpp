@@ -237,6 +237,19 @@ constexpr std::array<std::string_view, 4> formatNames{ "auto", "bytes", "words",
 
 } // namespace
 
+void completeSource( std::vector<std::string>& image, std::string& path ) {
+   if( image == std::vector<std::string>{ "-" } && path.empty() ) {
+      image.clear();
+      path = "-";
+   }
+   if( image.empty() && path.empty() ) {
+      throw CLI::RequiredError( "IMAGE" );
+   }
+   if( !image.empty() && !path.empty() ) {
+      throw CLI::ExcludesError( "--file", "IMAGE" );
+   }
+}
+
 void addImageFormat( CLI::App& verb, ImageFormat& format ) {
    const auto take = [&format]( const std::string& text ) {
       const auto found = std::find( formatNames.begin(), formatNames.end(), text );

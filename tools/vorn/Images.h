@@ -20,6 +20,10 @@ namespace Vorn {
 // How hexadecimal digits are taken. `automatic`: as they look, which imagesParagraphs() explains.
 enum class ImageFormat { automatic, bytes, words, hexdump };
 
+// Where the images are of a verb that takes them as IMAGE or from --file, to be called when the
+// command line is parsed: the image "-" is the file "-". Neither of them, or both, is wrong usage.
+void completeSource( std::vector<std::string>& image, std::string& path );
+
 // Adds --image-format.
 void addImageFormat( CLI::App& verb, ImageFormat& format );
 
