@@ -447,6 +447,25 @@ constexpr Places<formatLimit> placesOf( const Formats<Fields>& formats, unsigned
    return places;
 }
 
+// As many as an accessor has cases for.
+inline constexpr unsigned placeLimit = 12;
+inline constexpr U8 noPlace = placeLimit;
+
+// The number of the place that each format has, for whatever a PairTable of formats holds.
+template<std::size_t Count>
+constexpr std::array<U8, noFormat + 1> placeNumbersOf( const Places<Count>& places ) {
+   std::array<U8, noFormat + 1> numbers{};
+   for( unsigned format = 0; format <= noFormat; ++format ) {
+      numbers[format] = noPlace;
+      for( unsigned place = 0; place < places.count; ++place ) {
+         if( ( places.rows[place].formats >> format & 1 ) != 0 ) {
+            numbers[format] = static_cast<U8>( place );
+         }
+      }
+   }
+   return numbers;
+}
+
 // The distinct kinds and the kind of each pair. Kind 0 is that of all invalid pairs.
 template<std::size_t Limit>
 struct KindTable {

@@ -93,7 +93,20 @@ Site accessorOf( const ClassData& data, Operation operation, unsigned field ) {
    return siteOf( operation, data.fields[field].line, static_cast<U8>( field ) );
 }
 
-[[gnu::cold]] U16 fieldOffsetByRules( const ClassData& data, Site site, U32 fieldId, State state ) {
+// Not inlined, as what it keeps in registers would have to be saved on the quick roads.
+
+[[gnu::cold, gnu::noinline]] U16 fieldWidthByRules( const ClassData& data, Site site, U32 fieldId,
+                                                    State state ) {
+   traceView( data, site, state );
+   const unsigned field = fieldOf( data, fieldId );
+   if( field == noField ) {
+      fail( data, site, "false" );
+   }
+   return cellOf( data, field, state.chipType, state.variant ).width;
+}
+
+[[gnu::cold, gnu::noinline]] U16 fieldOffsetByRules( const ClassData& data, Site site, U32 fieldId,
+                                                     State state ) {
    traceView( data, site, state );
    const unsigned field = fieldOf( data, fieldId );
    if( field == noField ) {
@@ -116,10 +129,9 @@ void setField64ByRules( const ClassData& data, Site site, U32 fieldId, U64 value
 }
 
 U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state ) {
-   traceView( data, site, state );
    const unsigned field = fieldOf( data, fieldId );
-   if( field == noField ) [[unlikely]] {
-      fail( data, site, "false" );
+   if( field == noField || tracedInView() ) [[unlikely]] {
+      return fieldWidthByRules( data, site, fieldId, state );
    }
    return cellOf( data, field, state.chipType, state.variant ).width;
 }

@@ -46,39 +46,40 @@ constexpr bool quickLength( U16 len, Place place ) {
    return len >= std::min<unsigned>( 8 * words, C::storageSize );
 }
 
-// All formats of the places `first` to `end - 1` of a field.
-template<class C, U8 field, unsigned first, unsigned end>
-constexpr U64 formatsOfPlaces() {
-   U64 formats = 0;
-   for( unsigned number = first; number < end; ++number ) {
-      formats |= places<C, field>.rows[number].formats;
-   }
-   return formats;
-}
+// The number of a field's place in each format; noPlace where it has none.
+template<class C, U8 field>
+inline constexpr auto placeNumbers = placeNumbersOf( places<C, field> );
 
-// Calls `act` with the one of these places that the format has, a constant. Halving them, so that a
-// field of many places costs little more than one of few.
-template<class C, U8 field, unsigned first, unsigned end, class Act>
-[[gnu::always_inline]] inline bool atPlace( U64 formatBit, const Act& act ) {
-   if constexpr( end - first == 1 ) {
-      return act.template operator()<places<C, field>.rows[first]>();
-   } else {
-      constexpr unsigned middle = first + ( end - first ) / 2;
-      if( ( formatBit & formatsOfPlaces<C, field, first, middle>() ) != 0 ) {
-         return atPlace<C, field, first, middle>( formatBit, act );
-      }
-      return atPlace<C, field, middle, end>( formatBit, act );
-   }
-}
-
-// Calls `act` with the field's place in the format and hands back what it says; false without one.
+// Calls `act` with the field's place in the format, a constant, and hands back what it says; false
+// without one. A field of many places costs little more than one of few.
 template<class C, U8 field, class Act>
-[[gnu::always_inline]] inline bool inFormat( U64 formatBit, const Act& act ) {
-   constexpr unsigned count = places<C, field>.count;
-   if( ( formatBit & formatsOfPlaces<C, field, 0, count>() ) == 0 ) [[unlikely]] {
+[[gnu::always_inline]] inline bool inFormat( unsigned format, const Act& act ) {
+   static_assert( places<C, field>.count <= placeLimit );
+   const unsigned place = placeNumbers<C, field>[format];
+   switch( place ) {
+#define PLACE( number )                                                                            \
+   case number:                                                                                    \
+      if constexpr( number < places<C, field>.count ) {                                            \
+         return act.template operator()<places<C, field>.rows[number]>();                          \
+      } else {                                                                                     \
+         return false;                                                                             \
+      }
+      PLACE( 0 )
+      PLACE( 1 )
+      PLACE( 2 )
+      PLACE( 3 )
+      PLACE( 4 )
+      PLACE( 5 )
+      PLACE( 6 )
+      PLACE( 7 )
+      PLACE( 8 )
+      PLACE( 9 )
+      PLACE( 10 )
+      PLACE( 11 )
+#undef PLACE
+   default:
       return false;
    }
-   return atPlace<C, field, 0, count>( formatBit, act );
 }
 
 // The same for a view, if nothing is to be traced.
@@ -91,7 +92,7 @@ template<class C, U8 field, class Act>
    if( pair >= sizeof C::formatTable.of ) [[unlikely]] {
       return false;
    }
-   return inFormat<C, field>( U64{ 1 } << C::formatTable.of[pair], act );
+   return inFormat<C, field>( C::formatTable.of[pair], act );
 }
 
 // A value with the low `width` bits set.
@@ -274,7 +275,7 @@ typename C::Entry getAllFields( Site site, State state ) {
    }
    typename C::Entry entry{};
    if( state.len < C::storageSize ) [[unlikely]] {
-      fail( C::data(), site, Text( "len_ >= ", unsigned{ C::storageSize } ).c_str() );
+      failLength( C::data(), site, C::storageSize );
    }
    constexpr int words = C::storageSize / 4;
    maskBuf( reinterpret_cast<const U32*>( state.buf ), words, reinterpret_cast<U32*>( &entry ),
@@ -330,7 +331,7 @@ template<class C, class Act>
       return false;
    }
    return [&]<std::size_t... number>( std::index_sequence<number...> ) {
-      return ( inFormat<C, C::tagFields.fields[number]>( U64{ 1 } << kind.format,
+      return ( inFormat<C, C::tagFields.fields[number]>( kind.format,
                                                          [&]<Place place>() {
                                                             return act.template operator()<place>(
                                                                kind.tag[number].value );
