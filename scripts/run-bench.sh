@@ -15,7 +15,7 @@ cmake --build "$build" --target vornBench >&2
 rm -f "$build/tables.md"
 echo "measuring; this takes some minutes" >&2
 "$build/bench/vornBench" "$build" bench/counts/baseline.txt --benchmark_repetitions=41 \
-   --benchmark_min_time=0.008 --benchmark_enable_random_interleaving=true "$@"
+   --benchmark_min_time=0.016 --benchmark_enable_random_interleaving=true "$@"
 [ -f "$build/tables.md" ] || exit 0
 gnuplot -e "growth='$build/growth.dat'; chart='docs/performance-growth.svg'" \
    bench/speed/growth.gnuplot

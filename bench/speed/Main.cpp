@@ -5,30 +5,115 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <fstream>
 #include <iostream>
 
 namespace Bench {
 namespace {
 
-// Gathers the processor time of each repetition.
+// What is compared with each other, and measured in turns: whatever else the machine does
+// meanwhile, it does to all of them.
+struct Group {
+   std::string name;
+   std::map<std::string, std::function<void()>> sides;
+};
+
+std::string libraryOf( const std::string& row ) { return row + " library"; }
+std::string baselineOf( const std::string& row ) { return row + " baseline"; }
+
+// Each row with its baseline; the setters of all formats of a class, and the getters.
+std::vector<Group> groupsOf( const Rows& rows ) {
+   std::vector<Group> groups;
+   std::map<std::string, std::function<void()>> formats;
+   for( const Row& row : rows.rows ) {
+      if( row.goal == Goal::format ) {
+         formats[row.name] = row.library;
+      } else {
+         groups.push_back( { row.name,
+                             { { libraryOf( row.name ), row.library },
+                               { baselineOf( row.name ), row.baseline } } } );
+      }
+   }
+   for( const ClassFacts& facts : rows.classes ) {
+      const auto add = [&]( const char* which, const std::vector<std::string>& names ) {
+         Group group = { facts.name + which, {} };
+         for( const std::string& name : names ) {
+            group.sides[libraryOf( name )] = formats.at( name );
+         }
+         if( !names.empty() ) {
+            groups.push_back( group );
+         }
+      };
+      add( " setters", facts.setters );
+      add( " getters", facts.getters );
+   }
+   return groups;
+}
+
+// Nanoseconds that this thread has had a processor.
+double processorTime() {
+   timespec time;
+   clock_gettime( CLOCK_THREAD_CPUTIME_ID, &time );
+   return 1e9 * static_cast<double>( time.tv_sec ) + static_cast<double>( time.tv_nsec );
+}
+
+double timeOf( const std::function<void()>& body, unsigned calls ) {
+   const double begin = processorTime();
+   for( unsigned call = 0; call < calls; ++call ) {
+      body();
+   }
+   return processorTime() - begin;
+}
+
+// Nanoseconds of a turn: so many that reading the clock takes none of it.
+constexpr double turn = 1e5;
+
+void measure( const Group& group, benchmark::State& state ) {
+   struct Turns {
+      const std::string* name;
+      const std::function<void()>* body;
+      unsigned calls;
+      double sum;
+   };
+   std::vector<Turns> sides;
+   for( const auto& [name, body] : group.sides ) {
+      constexpr unsigned few = 8;
+      timeOf( body, few );
+      const double calls = turn * few / timeOf( body, few );
+      sides.push_back( { &name, &body, static_cast<unsigned>( std::max( calls, 1.0 ) ), 0 } );
+   }
+   for( auto _ : state ) {
+      for( Turns& side : sides ) {
+         side.sum += timeOf( *side.body, side.calls );
+      }
+   }
+   for( const Turns& side : sides ) {
+      state.counters[*side.name] =
+         side.sum / static_cast<double>( state.iterations() ) / side.calls;
+   }
+}
+
+// Gathers the time of each side in each repetition.
 class Gatherer : public benchmark::BenchmarkReporter {
 public:
    bool ReportContext( const Context& ) override { return true; }
    void ReportRuns( const std::vector<Run>& runs ) override {
       for( const Run& run : runs ) {
          if( run.run_type == Run::RT_Iteration ) {
-            times_[run.run_name.function_name].push_back( 1e9 * run.cpu_accumulated_time /
-                                                          static_cast<double>( run.iterations ) );
+            for( const auto& [side, time] : run.counters ) {
+               times_[side].push_back( time );
+            }
          }
       }
    }
 
    // Nanoseconds for one operation; false if the row wasn't measured.
    bool timesOf( const Row& row, Sides& sides ) const {
-      const auto library = times_.find( row.name + " library" );
-      const auto baseline = times_.find( row.name + " baseline" );
+      const auto library = times_.find( libraryOf( row.name ) );
+      const auto baseline = times_.find( baselineOf( row.name ) );
       if( library == times_.end() || ( row.baseline && baseline == times_.end() ) ) {
          return false;
       }
@@ -40,14 +125,6 @@ public:
 private:
    std::map<std::string, std::vector<double>> times_;
 };
-
-void registerSide( const std::string& name, const std::function<void()>& body ) {
-   benchmark::RegisterBenchmark( name.c_str(), [body]( benchmark::State& state ) {
-      for( auto _ : state ) {
-         body();
-      }
-   } );
-}
 
 std::string processor() {
    std::ifstream in( "/proc/cpuinfo" );
@@ -61,11 +138,9 @@ std::string processor() {
 
 int run( const std::string& folder, const std::string& countsFile ) {
    const Rows rows = allRows();
-   for( const Row& row : rows.rows ) {
-      registerSide( row.name + " library", row.library );
-      if( row.baseline ) {
-         registerSide( row.name + " baseline", row.baseline );
-      }
+   for( const Group& group : groupsOf( rows ) ) {
+      benchmark::RegisterBenchmark(
+         group.name.c_str(), [group]( benchmark::State& state ) { measure( group, state ); } );
    }
    Gatherer gatherer;
    benchmark::RunSpecifiedBenchmarks( &gatherer );
