@@ -56,7 +56,7 @@ std::string Difference::Field::change() const {
    if( !from ) {
       return "new";
    }
-   const std::string moved = from->offset == to->offset ? "" : "moved";
+   std::string moved = from->offset == to->offset ? "" : "moved";
    if( from->width == to->width ) {
       return moved;
    }

@@ -34,9 +34,9 @@ std::vector<std::string> labelOf( const Cell& cell, const Room& room ) {
    const Format::Field& field = *cell.field;
    const std::string name( field.name );
    if( cell.high - cell.low + 1 < field.width ) {
-      const auto part = broken( name + '[' + std::to_string( cell.high - field.offset ) + ':' +
-                                   std::to_string( cell.low - field.offset ) + ']',
-                                columns, room.lines );
+      auto part = broken( name + '[' + std::to_string( cell.high - field.offset ) + ':' +
+                             std::to_string( cell.low - field.offset ) + ']',
+                          columns, room.lines );
       if( !part.empty() ) {
          return part;
       }

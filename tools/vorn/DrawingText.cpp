@@ -18,7 +18,7 @@ constexpr std::string_view unusedKey = ".";
 // Boxes and what is written in them, on a grid of characters: two columns for a bit, and one more.
 class Boxes {
 public:
-   static constexpr std::size_t columnOf( unsigned bit ) { return 2 * ( 31 - bit ); }
+   static constexpr std::size_t columnOf( unsigned bit ) { return std::size_t{ 2 } * ( 31 - bit ); }
 
    explicit Boxes( std::size_t lines ) : lines_( lines, Line( columnOf( 0 ) + 3 ) ) {}
 

@@ -10,7 +10,7 @@ namespace Vorn {
 enum class BoxLines { ascii, unicode };
 
 // The rows of the drawing, each a word with its most significant bit at the left.
-std::string drawnAsText( const Drawing& drawing, BoxLines lines );
+std::string drawnAsText( const Drawing& drawing, BoxLines style );
 
 enum class Listed {
    places, // where each field lies

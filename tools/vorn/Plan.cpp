@@ -28,6 +28,7 @@ std::string_view tableNamed( std::string_view name ) {
    } );
    if( found == pairs.end() ) {
       std::vector<U32> numbers;
+      numbers.reserve( pairs.size() );
       for( const ChipVariants& pair : pairs ) {
          numbers.push_back( pair.chip );
       }

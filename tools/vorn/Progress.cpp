@@ -2,6 +2,7 @@
 #include "Progress.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include <sys/ioctl.h>
@@ -40,7 +41,7 @@ std::size_t columnsOfTerminal() {
 
 std::string progressLine( U64 done, U64 total, U64 entries, double seconds, std::size_t columns ) {
    const double fraction = static_cast<double>( done ) / static_cast<double>( total );
-   const auto rounded = []( double number ) { return static_cast<U64>( number + 0.5 ); };
+   const auto rounded = []( double number ) { return static_cast<U64>( std::llround( number ) ); };
    const std::string percent = padded( static_cast<U64>( fraction * 100 ), 3 ) + '%';
    const std::string counts =
       padded( entries, 9 ) + " entries, " +
