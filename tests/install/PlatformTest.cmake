@@ -12,7 +12,7 @@ foreach( component platform platformDevelopment )
    run( ${CMAKE_COMMAND} --install ${BUILD} --prefix ${site} --component ${component} )
 endforeach()
 run( ${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/build -G Ninja -DVORN_PLATFORM=${site}
-     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=Debug
+     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=None
      -DVORN_BUILD_TESTS=OFF -DVORN_BUILD_EXAMPLES=OFF -DVORN_BUILD_TOOLS=OFF
      -DCMAKE_INSTALL_LIBDIR=${LIBDIR} )
 run( ${CMAKE_COMMAND} --build ${WORK}/build )
