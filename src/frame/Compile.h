@@ -46,6 +46,7 @@ enum class Flaw : U8 {
    addressWithoutPair,      // an address row speaks of a pair that no dimension has
    instancesDisagree,       // instanceCount isn't the number of instances that are addressed
    countMissing,            // no stated field count speaks of a pair
+   countWithoutPair,        // a stated field count speaks of a chip type without such a pair
    countDisagrees,          // the stated field count isn't the layout's
    tagWithoutPair,          // a tag speaks of a pair that no dimension has
    pairTaggedTwice,         // two tag rows speak of one pair
@@ -369,6 +370,17 @@ constexpr Finding findingOf( const Description& description,
       }
    }
    const Kinds kinds = kindsOf( description, formats, declarations, storageSize );
+   for( const FieldCount& row : description.fieldCounts.rows ) {
+      for( unsigned chipType = 0; chipType < chipLimit; ++chipType ) {
+         bool speaks = !row.chips.has( chipType );
+         for( unsigned variant = 0; !speaks && variant < variantLimit; ++variant ) {
+            speaks = row.variants.has( variant ) && kinds.valid[chipType][variant];
+         }
+         if( !speaks ) {
+            return { Flaw::countWithoutPair, 0, chipType, 0 };
+         }
+      }
+   }
    for( unsigned chipType = 0; chipType < chipLimit; ++chipType ) {
       for( unsigned variant = 0; variant < variantLimit; ++variant ) {
          const unsigned format = formats.of[chipType][variant];

@@ -169,8 +169,7 @@ Text indexTest( const char* index, U32 limit, bool equality ) {
 } // namespace
 
 bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType, U8 variant,
-                             U32& schanAddress, U8& accessType, U8& destBlock, EntryPlace place ) {
-   const auto [tableEntry, arrayIndex, identifier] = place;
+                             U32& schanAddress, EntryPlace place ) {
    const Kind& kind = kindOf( data, chipType, variant );
    if( kind.format == noFormat ) [[unlikely]] {
       if( enabled( Level::failure ) ) {
@@ -181,23 +180,19 @@ bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType, U8 
    if( !kind.hasAddress ) [[unlikely]] {
       fail( data, site, "0" );
    }
-   if( tableEntry >= kind.entries ) [[unlikely]] {
+   if( place.tableEntry >= kind.entries ) [[unlikely]] {
       fail( data, site, indexTest( "tableEntry", kind.entries, !data.isTable ).c_str() );
    }
-   if( arrayIndex >= kind.arrayElements ) [[unlikely]] {
+   if( place.arrayIndex >= kind.arrayElements ) [[unlikely]] {
       const bool equality = data.isTable && kind.arrayElements == 1;
       fail( data, site, indexTest( "arrayIndex", kind.arrayElements, equality ).c_str() );
    }
-   schanAddress = kind.base + tableEntry * kind.entryStep + arrayIndex * kind.arrayStep;
-   if( identifier >= kind.instanceCount ) [[unlikely]] {
-      const unsigned count = kind.instanceCount;
-      const Text test =
-         data.isTable ? Text( "identifier <= ", count - 1 ) : Text( "identifier < ", count );
-      fail( data, site, test.c_str() );
-   }
-   destBlock = kind.destBlock[identifier];
-   accessType = kind.accessType[identifier];
-   return true;
+   // By now it is the identifier, or the quick road would have answered.
+   schanAddress = kind.base + place.tableEntry * kind.entryStep + place.arrayIndex * kind.arrayStep;
+   const unsigned count = kind.instanceCount;
+   const Text test =
+      data.isTable ? Text( "identifier <= ", count - 1 ) : Text( "identifier < ", count );
+   fail( data, site, test.c_str() );
 }
 
 void construct( const ClassData& data, Site site, State state ) {
@@ -222,7 +217,7 @@ void handleTag( const ClassData& data, Site site, State state, bool existingEntr
          }
       } else {
          if( state.len < cell.bytes() ) {
-            fail( data, site, Text( "len_ >= ", cell.bytes() ).c_str() );
+            failLength( data, site, cell.bytes() );
          }
          setBuf( state.buf, state.len, &tag.value, 1, cell.width, cell.offset );
       }

@@ -299,11 +299,11 @@ struct EntryPlace {
    U16 identifier;
 };
 
-// The contract of getSchanAddress in its order. A table and a register differ in the texts of their
-// tests alone.
+// The contract of getSchanAddress in its order, where the quick road below has no answer: false for
+// an invalid pair, else an assertion. A table and a register differ in the texts of their tests
+// alone.
 [[gnu::cold]] bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType,
-                                           U8 variant, U32& schanAddress, U8& accessType,
-                                           U8& destBlock, EntryPlace place );
+                                           U8 variant, U32& schanAddress, EntryPlace place );
 
 // Its quick road: a pair with an address, and nothing out of range.
 template<class C, Site site>
@@ -314,8 +314,7 @@ template<class C, Site site>
    if( !kind.hasAddress || place.tableEntry >= kind.entries ||
        place.arrayIndex >= kind.arrayElements || place.identifier >= kind.instanceCount )
       [[unlikely]] {
-      return getSchanAddressByRules( C::data(), site, chipType, variant, schanAddress, accessType,
-                                     destBlock, place );
+      return getSchanAddressByRules( C::data(), site, chipType, variant, schanAddress, place );
    }
    schanAddress = kind.base + place.tableEntry * kind.entryStep + place.arrayIndex * kind.arrayStep;
    destBlock = kind.destBlock[place.identifier];

@@ -198,6 +198,9 @@ TEST( Flaw, StatedCountIsNotTheLayouts ) {
    EXPECT_FLAW( countDisagrees, ofCounts( wrong ) );
    constexpr auto missing = fieldCounts( { { chips( 2 ), variants( 0, 1 ), 3 } } );
    EXPECT_FLAW( countMissing, ofCounts( missing ) );
+   constexpr auto elsewhere = fieldCounts(
+      { { chips( 2, 4 ), variants( 0, 1 ), 3 }, { chips( 3 ), variants( 0, 1 ), 2 } } );
+   EXPECT_FLAW( countWithoutPair, ofCounts( elsewhere ) );
 }
 
 TEST( Flaw, Tags ) {
