@@ -58,71 +58,8 @@ auto query( const View& view ) {
 
 } // namespace Fuzz
 
-#define VIEW EgressPerPortTable
-#include "Class.inc"
-
-#define VIEW EpniIsidTable
-#include "Class.inc"
-
-#define VIEW EsemMgmtReq
-#include "Class.inc"
-
-#define VIEW EvecEncapTable
-#include "Class.inc"
-
-#define VIEW EvecFormatTable
-#include "Class.inc"
-
-#define VIEW EvecMappingTable
-#include "Class.inc"
-
-#define VIEW EvecTable
-#include "Class.inc"
-
-#define VIEW FheiIveSizeReg
-#include "Class.inc"
-
-#define VIEW FwdActProfileTable
-#include "Class.inc"
-
-#define VIEW IngressPpPortToVd
-#include "Class.inc"
-
-#define VIEW IppePinfoLlr
-#include "Class.inc"
-
-#define VIEW IsemMgmtReq
-#include "Class.inc"
-
-#define VIEW IvecTable
-#include "Class.inc"
-
-#define VIEW IvectTable
-#include "Class.inc"
-
-#define VIEW LifProfileAttributes
-#include "Class.inc"
-
-#define VIEW LifTable
-#include "Class.inc"
-
-#define VIEW OutAcBank
-#include "Class.inc"
-
-#define VIEW TcamActionTable
-#include "Class.inc"
-
-#define VIEW TcamBankIpv4Tt
-#include "Class.inc"
-
-#define VIEW TcamBankTable
-#include "Class.inc"
-
-#define VIEW TcamBankTableFormatter
-#include "Class.inc"
-
-#define VIEW VttInPpPortConfig0
-#include "Class.inc"
+#define EACH_CLASS "Class.inc"
+#include "registry/EachClass.inc"
 
 namespace Fuzz {
 

@@ -7,50 +7,8 @@
 #include <memory>
 #include <set>
 
-#define VIEW EgressPerPortTable
-#include "Accessors.inc"
-#define VIEW EpniIsidTable
-#include "Accessors.inc"
-#define VIEW EsemMgmtReq
-#include "Accessors.inc"
-#define VIEW EvecEncapTable
-#include "Accessors.inc"
-#define VIEW EvecFormatTable
-#include "Accessors.inc"
-#define VIEW EvecMappingTable
-#include "Accessors.inc"
-#define VIEW EvecTable
-#include "Accessors.inc"
-#define VIEW FheiIveSizeReg
-#include "Accessors.inc"
-#define VIEW FwdActProfileTable
-#include "Accessors.inc"
-#define VIEW IngressPpPortToVd
-#include "Accessors.inc"
-#define VIEW IppePinfoLlr
-#include "Accessors.inc"
-#define VIEW IsemMgmtReq
-#include "Accessors.inc"
-#define VIEW IvecTable
-#include "Accessors.inc"
-#define VIEW IvectTable
-#include "Accessors.inc"
-#define VIEW LifProfileAttributes
-#include "Accessors.inc"
-#define VIEW LifTable
-#include "Accessors.inc"
-#define VIEW OutAcBank
-#include "Accessors.inc"
-#define VIEW TcamActionTable
-#include "Accessors.inc"
-#define VIEW TcamBankIpv4Tt
-#include "Accessors.inc"
-#define VIEW TcamBankTable
-#include "Accessors.inc"
-#define VIEW TcamBankTableFormatter
-#include "Accessors.inc"
-#define VIEW VttInPpPortConfig0
-#include "Accessors.inc"
+#define EACH_CLASS "rows/Accessors.inc"
+#include "registry/EachClass.inc"
 
 namespace Bench {
 namespace {
