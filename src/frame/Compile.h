@@ -467,7 +467,7 @@ inline constexpr U8 noPlace = placeLimit;
 template<std::size_t Count>
 constexpr std::array<U8, noFormat + 1> placeNumbersOf( const Places<Count>& places ) {
    std::array<U8, noFormat + 1> numbers{};
-   for( unsigned format = 0; format <= noFormat; ++format ) {
+   for( std::size_t format = 0; format < numbers.size(); ++format ) {
       numbers[format] = noPlace;
       for( unsigned place = 0; place < places.count; ++place ) {
          if( ( places.rows[place].formats >> format & 1 ) != 0 ) {
