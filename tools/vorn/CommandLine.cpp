@@ -102,7 +102,7 @@ CommandLine::CommandLine( const std::string& version ) {
 // CLI11's account of what is wrong, in the words of the other messages where it has its own, and
 // where to find what is right.
 std::string flawOf( const CLI::ParseError& error, const std::string& help ) {
-   const std::string text = error.what();
+   std::string text = error.what();
    if( error.get_name() == "ValidationError" ) {
       return text; // It comes from a verb, and says itself what is allowed.
    }
