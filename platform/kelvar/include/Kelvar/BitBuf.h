@@ -140,11 +140,14 @@ __attribute__( ( always_inline ) ) inline void wideBitsAre( U8* dst, const U8* v
    const int shift = offset % 64;
    const int words = ( width + 63 ) / 64;
    const int places = static_cast<int>( ( last - first ) / 8 ) + 1;
+   U64 below = 0;
    for( int place = 0; place < places; ++place ) {
-      U64 bits = place < words ? wordAt( value, 8L * place ) << shift : 0;
-      if( shift != 0 && place > 0 ) {
-         bits |= wordAt( value, 8L * place - 8 ) >> ( 64 - shift );
+      const U64 word = place < words ? wordAt( value, 8L * place ) : 0;
+      U64 bits = word << shift;
+      if( shift != 0 ) {
+         bits |= below >> ( 64 - shift );
       }
+      below = word;
       U64 mask = place == 0 ? ~U64{ 0 } << shift : ~U64{ 0 };
       if( place == places - 1 ) {
          mask &= ~U64{ 0 } >> ( 63 - ( offset + width - 1 ) % 64 );
