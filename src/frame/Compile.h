@@ -459,16 +459,13 @@ constexpr Places<formatLimit> placesOf( const Formats<Fields>& formats, unsigned
    return places;
 }
 
-// As many as an accessor has cases for.
-inline constexpr unsigned placeLimit = 12;
-inline constexpr U8 noPlace = placeLimit;
-
-// The number of the place that each format has, for whatever a PairTable of formats holds.
+// The number of the place that each format has, for whatever a PairTable of formats holds; the
+// places' count where a format has none.
 template<std::size_t Count>
 constexpr std::array<U8, noFormat + 1> placeNumbersOf( const Places<Count>& places ) {
    std::array<U8, noFormat + 1> numbers{};
    for( std::size_t format = 0; format < numbers.size(); ++format ) {
-      numbers[format] = noPlace;
+      numbers[format] = static_cast<U8>( places.count );
       for( unsigned place = 0; place < places.count; ++place ) {
          if( ( places.rows[place].formats >> format & 1 ) != 0 ) {
             numbers[format] = static_cast<U8>( place );
@@ -476,6 +473,50 @@ constexpr std::array<U8, noFormat + 1> placeNumbersOf( const Places<Count>& plac
       }
    }
    return numbers;
+}
+
+// Where a field of 64 bits or less lies in the 64-bit words of an entry. Without values by default,
+// which gcc 12 forgets in an array of them.
+struct alignas( 8 ) Spot {
+   U16 lastByte; // of its last word
+   U8 first;     // byte at which the word of its lowest bit starts
+   U8 last;      // byte at which the word of its highest bit starts
+   U8 shift;     // its lowest bit in the first word
+   U8 cut;       // 64 less its width
+};
+
+// Of an absent field: no buffer has its last byte.
+inline constexpr Spot noSpot = { 0xffff, 0, 0, 0, 0 };
+
+// Whether a field's places are spots, all their words within the storage.
+template<std::size_t Count>
+constexpr bool areSpots( const Places<Count>& places, unsigned storageSize ) {
+   for( unsigned place = 0; place < places.count; ++place ) {
+      const Place& row = places.rows[place];
+      if( row.width > 64 || ( row.offset + row.width + 63u ) / 64 * 8 > storageSize ) {
+         return false;
+      }
+   }
+   return storageSize <= 256;
+}
+
+// The spot of each format.
+template<std::size_t Count>
+constexpr std::array<Spot, noFormat + 1> spotsOf( const Places<Count>& places ) {
+   std::array<Spot, noFormat + 1> spots{};
+   for( std::size_t format = 0; format < spots.size(); ++format ) {
+      spots[format] = noSpot;
+      for( unsigned place = 0; place < places.count; ++place ) {
+         const Place& row = places.rows[place];
+         if( ( row.formats >> format & 1 ) != 0 ) {
+            const unsigned last = ( row.offset + row.width - 1u ) / 64 * 8;
+            spots[format] = { static_cast<U16>( last + 7 ), static_cast<U8>( row.offset / 64 * 8 ),
+                              static_cast<U8>( last ), static_cast<U8>( row.offset % 64 ),
+                              static_cast<U8>( 64 - row.width ) };
+         }
+      }
+   }
+   return spots;
 }
 
 // The distinct kinds and the kind of each pair. Kind 0 is that of all invalid pairs.

@@ -8,6 +8,7 @@
 
 #include <Kelvar/BitBuf.h>
 
+#include <cstring>
 #include <utility>
 
 namespace Hardware::Frame {
@@ -38,31 +39,32 @@ struct State {
 template<class C, U8 field>
 inline constexpr auto places = placesOf( C::formats, field );
 
-// Whether the buffer surely holds the field's last word, for a place in it. Shorter buffers, which
-// may still hold the field, are for the rules.
-template<class C>
-constexpr bool quickLength( U16 len, Place place ) {
-   const unsigned words = ( place.offset + place.width + 63u ) / 64u;
-   return len >= std::min<unsigned>( 8 * words, C::storageSize );
-}
+// The bytes up to the end of a field's last 64-bit word, as far as an entry has it. A quick road
+// asks for so many, and then goes by this constant instead of the buffer's length. Shorter buffers,
+// which may still hold the field, are for the rules.
+template<class C, Place place>
+inline constexpr int quickLength = std::min<int>( ( place.offset + place.width + 63 ) / 64 * 8,
+                                                  C::storageSize );
 
-// The number of a field's place in each format; noPlace where it has none.
+// The number of a field's place in each format; their count where it has none.
 template<class C, U8 field>
 inline constexpr auto placeNumbers = placeNumbersOf( places<C, field> );
 
 // Calls `act` with the field's place in the format, a constant, and hands back what it says; false
-// without one. A field of many places costs little more than one of few.
+// without one.
 template<class C, U8 field, class Act>
 [[gnu::always_inline]] inline bool inFormat( unsigned format, const Act& act ) {
-   static_assert( places<C, field>.count <= placeLimit );
-   const unsigned place = placeNumbers<C, field>[format];
-   switch( place ) {
-#define PLACE( number )                                                                            \
-   case number:                                                                                    \
-      if constexpr( number < places<C, field>.count ) {                                            \
-         return act.template operator()<places<C, field>.rows[number]>();                          \
-      } else {                                                                                     \
+   constexpr unsigned count = places<C, field>.count;
+   static_assert( count <= 12 );
+   switch( placeNumbers<C, field>[format] ) {
+#define PLACE( each )                                                                              \
+   case each:                                                                                      \
+      if constexpr( each < count ) {                                                               \
+         return act.template operator()<places<C, field>.rows[each]>();                            \
+      } else if constexpr( each == count ) {                                                       \
          return false;                                                                             \
+      } else {                                                                                     \
+         __builtin_unreachable();                                                                  \
       }
       PLACE( 0 )
       PLACE( 1 )
@@ -76,23 +78,70 @@ template<class C, U8 field, class Act>
       PLACE( 9 )
       PLACE( 10 )
       PLACE( 11 )
+      PLACE( 12 )
 #undef PLACE
    default:
-      return false;
+      __builtin_unreachable(); // so that a jump through a table needs no test before it
    }
 }
 
-// The same for a view, if nothing is to be traced.
-template<class C, U8 field, class Act>
-[[gnu::always_inline]] inline bool quickly( State state, const Act& act ) {
+// A view's format; none where something is to be traced, which is for the rules.
+template<class C>
+[[gnu::always_inline]] inline unsigned quickFormat( const State& state ) {
    if( tracedInView() ) [[unlikely]] {
-      return false;
+      return noFormat;
    }
    const unsigned pair = pairOf( state.chipType, state.variant );
    if( pair >= sizeof C::formatTable.of ) [[unlikely]] {
-      return false;
+      return noFormat;
    }
-   return inFormat<C, field>( C::formatTable.of[pair], act );
+   return C::formatTable.of[pair];
+}
+
+// Calls `act` with the field's place in the view's format, a constant.
+template<class C, U8 field, class Act>
+[[gnu::always_inline]] inline bool quickly( const State& state, const Act& act ) {
+   return inFormat<C, field>( quickFormat<C>( state ), act );
+}
+
+// A narrow field of many places is read and written where a table says, without a branch for its
+// place: so all formats of a class cost the same.
+template<class C, U8 field, class Value>
+inline constexpr bool inSpots = std::is_integral_v<Value>&& places<C, field>.count > 2 &&
+                                areSpots( places<C, field>, C::storageSize );
+
+template<class C, U8 field>
+inline constexpr auto spots = spotsOf( places<C, field> );
+
+inline U64 wordAt( const U8* bytes ) {
+   U64 word;
+   std::memcpy( &word, bytes, sizeof( word ) );
+   return word;
+}
+
+// Replaces the bits of `mask` in a word.
+inline void mergeAt( U8* bytes, U64 bits, U64 mask ) {
+   const U64 word = ( wordAt( bytes ) & ~mask ) | bits;
+   std::memcpy( bytes, &word, sizeof( word ) );
+}
+
+// In one word, first and last are the same; what the second brings is cut off.
+[[gnu::always_inline]] inline U64 bitsAt( const U8* buf, const Spot& spot ) {
+   const U64 low = wordAt( buf + spot.first ) >> spot.shift;
+   const U64 high = wordAt( buf + spot.last ) << 1 << ( 63 ^ spot.shift );
+   return ( low | high ) << spot.cut >> spot.cut;
+}
+
+[[gnu::always_inline]] inline U64 onesOf( const Spot& spot ) { return ~U64{ 0 } >> spot.cut; }
+
+// Sets a value with no bits but the field's.
+[[gnu::always_inline]] inline void bitsAtAre( U8* buf, const Spot& spot, U64 bits ) {
+   const U64 mask = onesOf( spot );
+   if( spot.first != spot.last ) {
+      const int rest = 64 - spot.shift;
+      mergeAt( buf + spot.last, bits >> rest, mask >> rest );
+   }
+   mergeAt( buf + spot.first, bits << spot.shift, mask << spot.shift );
 }
 
 // A value with the low `width` bits set.
@@ -108,6 +157,13 @@ constexpr Value ones() {
       }
       return value;
    }
+}
+
+// A state for the rules. The compiler may put its members together for the call only here, not
+// before the quick road.
+[[gnu::always_inline]] inline State forRules( State state ) {
+   __asm__( "" : "+r"( state.len ) );
+   return state;
 }
 
 template<class Value>
@@ -132,24 +188,33 @@ template<unsigned first, class Value>
 template<class C, Site site, class Value>
 [[gnu::always_inline]] inline Value get( State state ) {
    Value value;
-   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
-      if( !quickLength<C>( state.len, place ) ) [[unlikely]] {
-         return false;
+   bool done;
+   if constexpr( inSpots<C, site.field, Value> ) {
+      const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
+      done = state.len > spot.lastByte;
+      if( done ) [[likely]] {
+         value = static_cast<Value>( bitsAt( state.buf, spot ) );
       }
-      clearFrom<place.width / 64>( value );
-      getBuf( state.buf, state.len, reinterpret_cast<U8*>( &value ),
-              static_cast<int>( sizeof( Value ) ), place.width, place.offset );
-      return true;
-   } );
+   } else {
+      done = quickly<C, site.field>( state, [&]<Place place>() {
+         if( state.len < quickLength<C, place> ) [[unlikely]] {
+            return false;
+         }
+         clearFrom<place.width / 64>( value );
+         getBuf( state.buf, quickLength<C, place>, reinterpret_cast<U8*>( &value ),
+                 static_cast<int>( sizeof( Value ) ), place.width, place.offset );
+         return true;
+      } );
+   }
    if( !done ) [[unlikely]] {
-      value = valueByRules<Value>( state, C::data(), site );
+      value = valueByRules<Value>( forRules( state ), C::data(), site );
    }
    return value;
 }
 
 template<class C, Place place, class Value>
 [[gnu::always_inline]] inline void store( State state, const Value& value ) {
-   setBuf( state.buf, state.len, reinterpret_cast<const U8*>( &value ),
+   setBuf( state.buf, quickLength<C, place>, reinterpret_cast<const U8*>( &value ),
            static_cast<int>( sizeof( Value ) ), place.width, place.offset );
 }
 
@@ -160,43 +225,62 @@ constexpr bool bounded( unsigned width ) {
 
 template<class C, Site site, class Value>
 [[gnu::always_inline]] inline void set( State state, const Value& value ) {
-   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
-      if( !quickLength<C>( state.len, place ) ) [[unlikely]] {
-         return false;
+   bool done;
+   if constexpr( inSpots<C, site.field, Value> ) {
+      const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
+      // A greater value is for the rules also where there is no bound: they cut it.
+      done = state.len > spot.lastByte && value <= onesOf( spot );
+      if( done ) [[likely]] {
+         bitsAtAre( state.buf, spot, value );
       }
-      if constexpr( std::is_integral_v<Value> ) {
-         // Not one condition with the above, where clang would compare a Raw value too.
-         if constexpr( bounded( place.width ) ) {
-            if( value > ones<U64, place.width>() ) [[unlikely]] {
-               return false;
+   } else {
+      done = quickly<C, site.field>( state, [&]<Place place>() {
+         if( state.len < quickLength<C, place> ) [[unlikely]] {
+            return false;
+         }
+         if constexpr( std::is_integral_v<Value> ) {
+            // Not one condition with the above, where clang would compare a Raw value too.
+            if constexpr( bounded( place.width ) ) {
+               if( value > ones<U64, place.width>() ) [[unlikely]] {
+                  return false;
+               }
             }
          }
-      }
-      store<C, place>( state, value );
-      return true;
-   } );
+         store<C, place>( state, value );
+         return true;
+      } );
+   }
    if( done ) [[likely]] {
       return;
    }
    if constexpr( std::is_integral_v<Value> ) {
-      setByRules( state, C::data(), site, U64{ value } );
+      setByRules( forRules( state ), C::data(), site, U64{ value } );
    } else {
-      setByRules( state, C::data(), site, value.bytes() );
+      setByRules( forRules( state ), C::data(), site, value.bytes() );
    }
 }
 
 template<class C, Site site, class Value>
 [[gnu::always_inline]] inline void mask( State state ) {
-   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
-      if( !quickLength<C>( state.len, place ) ) [[unlikely]] {
-         return false;
+   bool done;
+   if constexpr( inSpots<C, site.field, Value> ) {
+      const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
+      done = state.len > spot.lastByte;
+      if( done ) [[likely]] {
+         bitsAtAre( state.buf, spot, onesOf( spot ) );
       }
-      constexpr Value value = ones<Value, place.width>();
-      store<C, place>( state, value );
-      return true;
-   } );
+   } else {
+      done = quickly<C, site.field>( state, [&]<Place place>() {
+         if( state.len < quickLength<C, place> ) [[unlikely]] {
+            return false;
+         }
+         constexpr Value value = ones<Value, place.width>();
+         store<C, place>( state, value );
+         return true;
+      } );
+   }
    if( !done ) [[unlikely]] {
-      maskByRules( state, C::data(), site );
+      maskByRules( forRules( state ), C::data(), site );
    }
 }
 
@@ -340,10 +424,10 @@ template<class C, class Act>
    ( std::make_index_sequence<C::tagFields.count>() );
 }
 
-template<Place place>
-[[gnu::always_inline]] inline bool holdsTag( const U8* buf, U16 len, U8 value ) {
+template<class C, Place place>
+[[gnu::always_inline]] inline bool holdsTag( const U8* buf, U8 value ) {
    U8 found = 0;
-   getBuf( buf, len, &found, 1, place.width, place.offset );
+   getBuf( buf, quickLength<C, place>, &found, 1, place.width, place.offset );
    return found == value;
 }
 
@@ -371,7 +455,7 @@ template<class C>
    }
    return everyTag<C>( kind, [&]<Place place>( U8 value ) {
       if( existingEntry ) {
-         return holdsTag<place>( state.buf, state.len, value );
+         return holdsTag<C, place>( state.buf, value );
       }
       store<C, place>( state, value );
       return true;
@@ -391,7 +475,7 @@ template<class C, Site site>
    if( surelyQuiet() && pair < sizeof C::kindTable.of && len >= C::storageSize ) [[likely]] {
       const Kind& kind = C::kinds[C::kindTable.of[pair]];
       if( kind.tagCount != 0 && everyTag<C>( kind, [&]<Place place>( U8 value ) {
-             return holdsTag<place>( buf, len, value );
+             return holdsTag<C, place>( buf, value );
           } ) ) {
          return true;
       }

@@ -4,13 +4,14 @@
 namespace Hardware::Frame {
 
 Oru::TraceHandle& _defaultTraceHandle() {
-   static Oru::TraceHandle handle( "KelvarVornTunnelMetaInfo", false );
+   static Oru::TraceHandle& handle =
+      *new( traceHandlePlace.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
    return handle;
 }
 
 bool enabled( Level level ) {
    const Oru::TraceHandle& handle = _defaultTraceHandle();
-   builtTraceHandle.store( &handle, std::memory_order_release );
+   traceHandleBuilt.store( true, std::memory_order_release );
    return enabled( handle, level );
 }
 

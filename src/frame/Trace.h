@@ -6,14 +6,26 @@
 #include <Oru/Trace.h>
 
 #include <atomic>
+#include <cstddef>
+#include <new>
 
 namespace Hardware::Frame {
 
 // Built on first use, under the run-time's guard.
 Oru::TraceHandle& _defaultTraceHandle();
 
-// The handle once it is built; until then the first test of a level builds it.
-inline constinit std::atomic<const Oru::TraceHandle*> builtTraceHandle{ nullptr };
+// Where it is built, so that nothing is loaded to find it. It outlives every other static.
+struct TraceHandlePlace {
+   alignas( Oru::TraceHandle ) std::byte bytes[sizeof( Oru::TraceHandle )] = {};
+
+   const Oru::TraceHandle& handle() const {
+      return *std::launder( reinterpret_cast<const Oru::TraceHandle*>( bytes ) );
+   }
+};
+inline constinit TraceHandlePlace traceHandlePlace;
+
+// Whether it is built; until then the first test of a level builds it.
+inline constinit std::atomic<bool> traceHandleBuilt{ false };
 
 // Level 8: every operation. Level 0: a failed address lookup.
 enum class Level { failure = 0, call = 8 };
@@ -30,7 +42,7 @@ bool enabled( Level level );
 #ifdef VORN_WITHOUT_TRACES // only the benchmarks, to tell what the tests cost
    return false;
 #else
-   return enabled( *builtTraceHandle.load( std::memory_order_acquire ), Level::call );
+   return enabled( traceHandlePlace.handle(), Level::call );
 #endif
 }
 
@@ -40,8 +52,8 @@ bool enabled( Level level );
 #ifdef VORN_WITHOUT_TRACES
    return true;
 #else
-   const Oru::TraceHandle* const handle = builtTraceHandle.load( std::memory_order_acquire );
-   return handle != nullptr && !enabled( *handle, Level::call );
+   return traceHandleBuilt.load( std::memory_order_acquire ) &&
+          !enabled( traceHandlePlace.handle(), Level::call );
 #endif
 }
 
