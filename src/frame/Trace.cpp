@@ -4,9 +4,13 @@
 namespace Hardware::Frame {
 
 Oru::TraceHandle& _defaultTraceHandle() {
-   static Oru::TraceHandle& handle =
-      *new( traceHandlePlace.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
-   return handle;
+   static const struct Built {
+      Oru::TraceHandle* const handle =
+         new( traceHandlePlace.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
+
+      ~Built() { handle->~TraceHandle(); }
+   } built;
+   return *built.handle;
 }
 
 bool enabled( Level level ) {

@@ -14,7 +14,7 @@ namespace Hardware::Frame {
 // Built on first use, under the run-time's guard.
 Oru::TraceHandle& _defaultTraceHandle();
 
-// Where it is built, so that nothing is loaded to find it. It outlives every other static.
+// Where it is built, so that nothing is loaded to find it.
 struct TraceHandlePlace {
    alignas( Oru::TraceHandle ) std::byte bytes[sizeof( Oru::TraceHandle )] = {};
 

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <mutex>
+#include <set>
 
 // Not <cassert>'s declaration, which promises not to throw: a program may stand in for the symbol
 // and leave it with an exception.
@@ -13,26 +14,53 @@ extern "C" [[noreturn]] void __assert_fail( const char* expression, const char* 
 
 namespace Oru {
 
-namespace {
-
-// All facilities by handle name. Never destroyed, as handles are used during the process's exit.
-class Registry {
+// All facilities by handle name, with their handles. Never destroyed, as handles are used during
+// the process's exit.
+class Facilities {
 public:
-   static Registry& instance() {
-      static Registry* const registry = new Registry;
-      return *registry;
+   static Facilities& instance() {
+      static Facilities* const facilities = new Facilities;
+      return *facilities;
    }
 
-   // The facility of this name, made on first use; it stays where it is.
-   TraceFacility& facility( const std::string& name ) {
+   void add( TraceHandle& handle ) {
       const std::lock_guard guard( mutex_ );
-      return facilities_[name];
+      Facility& facility = facilities_[handle.name_];
+      facility.handles.insert( &handle );
+      tell( handle, facility );
+   }
+
+   void remove( TraceHandle& handle ) {
+      const std::lock_guard guard( mutex_ );
+      facilities_[handle.name_].handles.erase( &handle );
+      handle.levels_.store( 0, std::memory_order_relaxed );
+   }
+
+   void levelIs( const std::string& name, int level, bool on ) {
+      const std::lock_guard guard( mutex_ );
+      Facility& facility = facilities_[name];
+      const U32 bit = U32{ 1 } << level;
+      facility.levels = on ? facility.levels | bit : facility.levels & ~bit;
+      for( TraceHandle* const handle : facility.handles ) {
+         tell( *handle, facility );
+      }
    }
 
 private:
+   struct Facility {
+      U32 levels = 0; // a bit for each
+      std::set<TraceHandle*> handles;
+   };
+
+   static void tell( TraceHandle& handle, const Facility& facility ) {
+      handle.levels_.store( facility.levels, std::memory_order_relaxed );
+   }
+
    std::mutex mutex_;
-   std::map<std::string, TraceFacility> facilities_;
+   std::map<std::string, Facility> facilities_;
 };
+
+namespace {
 
 using TraceSink = Sink<const std::string&>;
 
@@ -43,17 +71,11 @@ TraceSink& traceSink() {
 
 } // namespace
 
-void TraceFacility::levelIs( FacilityLevel level, bool on ) {
-   const U32 bit = U32{ 1 } << level;
-   if( on ) {
-      levels_.fetch_or( bit, std::memory_order_relaxed );
-   } else {
-      levels_.fetch_and( ~bit, std::memory_order_relaxed );
-   }
+TraceHandle::TraceHandle( const char* name, bool ) : name_( name ) {
+   Facilities::instance().add( *this );
 }
 
-TraceHandle::TraceHandle( const char* name, bool )
-   : name_( name ), facility_( &Registry::instance().facility( name_ ) ) {}
+TraceHandle::~TraceHandle() { Facilities::instance().remove( *this ); }
 
 TraceStream& operator<<( TraceStream& stream, const char* text ) {
    stream.append( text );
@@ -95,8 +117,7 @@ void traceLevelIs( const std::string& handle, int level, bool on ) {
       __assert_fail( "level >= 0 && level <= 9", "Trace.cpp", __LINE__,
                      "void Oru::traceLevelIs(const std::string&, int, bool)" );
    }
-   Registry::instance().facility( handle ).levelIs(
-      static_cast<TraceFacility::FacilityLevel>( level ), on );
+   Facilities::instance().levelIs( handle, level, on );
 }
 
 void traceSinkIs( std::function<void( const std::string& line )> sink ) {

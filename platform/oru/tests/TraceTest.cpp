@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <climits>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -69,6 +70,22 @@ TEST( TraceLevel, OutlivesItsHandles ) {
    Oru::traceLevelIs( "OutlivesHandles", 0, true );
    { const TraceHandle handle( "OutlivesHandles", false ); }
    EXPECT_TRUE( TraceHandle( "OutlivesHandles", false ).enabled( TraceFacility::level0 ) );
+}
+
+TEST( TraceLevel, IsToldToEachHandleThatLives ) {
+   const TraceHandle first( "EachThatLives", false );
+   auto second = std::make_unique<TraceHandle>( "EachThatLives", false );
+   const TraceHandle third( "EachThatLives", false );
+   Oru::traceLevelIs( "EachThatLives", 0, true );
+   EXPECT_TRUE( second->enabled( TraceFacility::level0 ) );
+   second.reset();
+   Oru::traceLevelIs( "EachThatLives", 9, true );
+   Oru::traceLevelIs( "EachThatLives", 0, false );
+   for( const TraceHandle* const handle : { &first, &third } ) {
+      EXPECT_TRUE( handle->enabled( TraceFacility::level9 ) );
+      EXPECT_FALSE( handle->enabled( TraceFacility::level0 ) );
+      EXPECT_FALSE( handle->enabled( TraceFacility::level8 ) );
+   }
 }
 
 TEST( TraceLevel, OutsideTheRangeIsAnAssertion ) {

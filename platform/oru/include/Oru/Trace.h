@@ -25,34 +25,38 @@ public:
       level8 = 8,
       level9 = 9,
    };
-
-   bool enabled( FacilityLevel level ) const {
-#ifdef __x86_64__
-      // A relaxed load and the test of its bit in one instruction, which the compiler makes two of.
-      bool on;
-      __asm__ volatile( "testl %1, %2" : "=@ccnz"( on ) : "ir"( 1u << level ), "m"( levels_ ) );
-      return on;
-#else
-      return ( levels_.load( std::memory_order_relaxed ) & 1u << level ) != 0;
-#endif
-   }
-   void levelIs( FacilityLevel level, bool on );
-
-private:
-   std::atomic<U32> levels_{ 0 };
 };
 
 // A name by which trace sites find their facility. The second argument is not looked at.
 class ORU_API TraceHandle {
 public:
    TraceHandle( const char* name, bool );
+   // From now on no level is enabled.
+   ~TraceHandle();
+   TraceHandle( const TraceHandle& ) = delete;
+   TraceHandle& operator=( const TraceHandle& ) = delete;
 
    const char* name() const { return name_.c_str(); }
-   bool enabled( TraceFacility::FacilityLevel level ) const { return facility_->enabled( level ); }
+   bool enabled( TraceFacility::FacilityLevel level ) const {
+#ifdef __x86_64__
+      // A relaxed load of the byte and the test of its bit in one instruction, which the compiler
+      // makes two of.
+      const U8& byte = reinterpret_cast<const U8*>( &levels_ )[level / 8];
+      bool on;
+      __asm__ volatile( "testb %1, %2"
+                        : "=@ccnz"( on )
+                        : "iq"( static_cast<U8>( 1u << level % 8 ) ), "m"( byte ) );
+      return on;
+#else
+      return ( levels_.load( std::memory_order_relaxed ) & 1u << level ) != 0;
+#endif
+   }
 
 private:
+   friend class Facilities;
+
    std::string name_;
-   TraceFacility* facility_; // lives until the process ends
+   std::atomic<U32> levels_{ 0 }; // its facility's bits, told to it whenever they change
 };
 
 // The line being written. A U8 is shown as a decimal number.
