@@ -6,6 +6,7 @@
 #include <Hardware/ChipType.h>
 
 #include <array>
+#include <cstddef>
 #include <utility>
 
 namespace Bench {
@@ -22,9 +23,13 @@ template<class Things, class Act>
    ( std::make_index_sequence<entryCount>() );
 }
 
+// All that is compared lies at the same place in its page: the processor tells by that, at first,
+// whether a load has to wait for a store.
+inline constexpr std::size_t page = 4096;
+
 // Views of one pair, each with an entry of its own.
 template<class View>
-class Views {
+class alignas( page ) Views {
 public:
    Views( unsigned chipType, unsigned variant )
       : views_( make( static_cast<Hardware::ChipType>( chipType ), static_cast<U8>( variant ),
@@ -48,7 +53,7 @@ private:
 
 // The floor's entries for a view of `Bytes` bytes.
 template<unsigned Bytes>
-class Images {
+class alignas( page ) Images {
 public:
    Images() {
       for( unsigned number = 0; number < entryCount; ++number ) {
