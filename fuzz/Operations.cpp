@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <random>
 #include <sstream>
 
 namespace Fuzz {
@@ -78,9 +79,12 @@ public:
         subject_( subjects()[input_.ConsumeIntegral<U8>() % subjects().size()] ),
         len_( someLength() ), buffer_( len_, input_.ConsumeIntegral<U8>() % 8 ),
         model_( 8 * len_ ) {
-      const auto image = input_.ConsumeBytes<U8>( len_ );
-      std::fill_n( buffer_.begin(), len_, U8{ 0xa5 } );
-      std::copy( image.begin(), image.end(), buffer_.begin() );
+      // Few bytes of the input say what the entry holds at first, so that most are left for what is
+      // done with it.
+      const U16 content = input_.ConsumeIntegral<U16>();
+      std::minstd_rand random( content );
+      std::generate_n( buffer_.begin(), len_,
+                       [&] { return static_cast<U8>( content < 256 ? content : random() >> 8 ); } );
       for( unsigned bit = 0; bit < model_.size(); ++bit ) {
          model_[bit] = ( buffer_.begin()[bit / 8] >> bit % 8 & 1 ) != 0;
       }
