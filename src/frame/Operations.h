@@ -118,6 +118,7 @@ inline constexpr bool inSpots = std::is_integral_v<Value>&& places<C, field>.cou
 template<class C, U8 field>
 inline constexpr auto spots = spotsOf( places<C, field> );
 
+// Words as the primitives' own, which the platform's header needn't have.
 inline U64 wordAt( const U8* bytes ) {
    U64 word;
    std::memcpy( &word, bytes, sizeof( word ) );
