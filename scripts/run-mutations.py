@@ -449,11 +449,19 @@ def main():
                         help='folder for the copy, its build and the results, kept')
     parser.add_argument('--seconds', type=float, default=math.inf,
                         help='stop after so long; the same command goes on from there')
+    parser.add_argument('--areas', nargs='+', metavar='AREA',
+                        help='only mutants of frame, registry, catalogue, platform or a class')
     parser.add_argument('--list', action='store_true', help='only say what would be changed')
     arguments = parser.parse_args()
 
     bench = Bench(arguments.work)
     mutants = drawn(bench.tree, arguments.count, arguments.seed)
+    areas = {area_of(mutant.file) for mutant in mutants}
+    chosen = set(arguments.areas or areas)
+    if chosen - areas:
+        parser.error('no such area: %s; there are %s' % (', '.join(sorted(chosen - areas)),
+                                                         ', '.join(sorted(areas))))
+    mutants = [mutant for mutant in mutants if area_of(mutant.file) in chosen]
     texts = [shown(bench.tree, mutant) for mutant in mutants]
     if arguments.list:
         print('\n'.join(texts))
