@@ -9,7 +9,7 @@ namespace {
 
 Pair pairOf( const Class& asked, Facts::Key key, const Hardware::PairInfo& info ) {
    const auto chipType = static_cast<Hardware::ChipType>( key.first );
-   Pair pair{ info, {}, {}, {}, 0, 0 };
+   Pair pair{ info, {}, {}, {}, {}, 0, 0 };
    std::vector<U8> zeros( asked.storageBytes, 0 );
    std::vector<U8> ones( asked.storageBytes, 0xff );
    const auto len = static_cast<U16>( asked.storageBytes );
@@ -19,6 +19,7 @@ Pair pairOf( const Class& asked, Facts::Key key, const Hardware::PairInfo& info 
       Place place;
       if( view->isFieldValid( field.identifier ) ) {
          place = { view->fieldOffset( field.identifier ), view->fieldWidth( field.identifier ) };
+         pair.present.push_back( pair.places.size() );
          const U64 value = view->stringField( field.name, 0 );
          if( field.readOnly() && value == other->stringField( field.name, 0 ) ) {
             pair.stamps.push_back( { place, static_cast<unsigned>( value ) } );

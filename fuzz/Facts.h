@@ -38,7 +38,8 @@ struct Address {
 // A valid pair of chip type and variant.
 struct Pair {
    Hardware::PairInfo info;
-   std::vector<Place> places; // by field, in declared order
+   std::vector<Place> places;        // by field, in declared order
+   std::vector<std::size_t> present; // fields
    std::vector<Stamp> stamps;
    std::vector<Address> origins; // of entry 0, by identifier
    U32 entryStep = 0;
