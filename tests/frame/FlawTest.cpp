@@ -46,6 +46,12 @@ Finding ofLayout( const Placements<Count>& other ) {
                    declarations );
 }
 
+template<std::size_t Fields, std::size_t Count>
+Formats<Fields> formatsOfLayout( const Placements<Count>& other ) {
+   return formatsOf<Fields>(
+      describe( other, soundDimensions, soundCounts, soundAddresses, soundTags ) );
+}
+
 template<std::size_t Count>
 Finding ofDimensions( const List<Dimension, Count>& other, unsigned bytes = storage ) {
    return finding( describe( soundLayout, other, soundCounts, soundAddresses, soundTags ),
@@ -78,6 +84,53 @@ Finding ofDeclarations( const Declaration ( &other )[3] ) {
 TEST( Flaw, NoneInASoundDescription ) {
    EXPECT_FLAW( none, ofLayout( soundLayout ) );
    EXPECT_FLAW( none, ofDeclarations( declarations ) );
+}
+
+TEST( Flaw, NoneWithACountForEachVariant ) {
+   constexpr auto apart = fieldCounts( { { chips( 2 ), variants( 0 ), 3 },
+                                         { chips( 2 ), variants( 1 ), 3 },
+                                         { chips( 3 ), variants( 0, 1 ), 2 } } );
+   EXPECT_FLAW( none, ofCounts( apart ) );
+}
+
+TEST( Flaw, NoneWhereAnyVariantMeansTheSame ) {
+   constexpr auto description =
+      describe( layout( block( anyVariant, { chips( 2 ) },
+                               { { wide, { at( 0, 32 ) } }, { narrow, { at( 32, 8 ) } } } ) ),
+                dimensions( { { chips( 2 ), anyVariant, 2, 16, 1, 1 } } ),
+                fieldCounts( { { chips( 2 ), anyVariant, 2 } } ),
+                addresses( { { chips( 2 ), anyVariant, 0, 1, 0, { { 0, 0 } } } } ) );
+   constexpr Declaration two[] = { declarations[0], declarations[1] };
+   EXPECT_FLAW( none, finding( description, two ) );
+}
+
+TEST( Flaw, NoneWithAsManyTagFieldsAsAPairMayHave ) {
+   constexpr auto description = describe(
+      layout( block( anyVariant, { chips( 2 ) },
+                     { { 0, { at( 0, 1 ) } },
+                       { 1, { at( 1, 2 ) } },
+                       { 2, { at( 3, 3 ) } },
+                       { 3, { at( 6, 4 ) } } } ) ),
+      dimensions( { { chips( 2 ), anyVariant, 2, 16, 1, 1 } } ),
+      fieldCounts( { { chips( 2 ), anyVariant, 4 } } ),
+      addresses( { { chips( 2 ), anyVariant, 0, 1, 0, { { 0, 0 } } } } ),
+      tags( { { chips( 2 ), anyVariant, { { 0, 1 }, { 1, 3 }, { 2, 7 }, { 3, 15 } } } } ) );
+   constexpr Declaration four[] = {
+      { "first", "First", 100, ValueType::u8, true },
+      { "second", "Second", 101, ValueType::u8, true },
+      { "third", "Third", 102, ValueType::u8, true },
+      { "fourth", "Fourth", 103, ValueType::u8, true },
+   };
+   EXPECT_FLAW( none, finding( description, four ) );
+}
+
+TEST( Flaw, TheFirstOneIsReported ) {
+   constexpr auto other = layout(
+      soundLayout, block( variants( 0, 1 ), { chips( 2 ) }, { { narrow, { at( 50, 8 ) } } } ) );
+   const Finding found = ofLayout( other );
+   EXPECT_EQ( found.flaw, Flaw::fieldPlacedTwice );
+   EXPECT_EQ( found.chipType, 2u );
+   EXPECT_EQ( found.variant, 0u );
 }
 
 TEST( Flaw, CellLeftOut ) {
@@ -211,8 +264,20 @@ TEST( Flaw, Tags ) {
    EXPECT_FLAW( pairTaggedTwice, ofTags( twice ) );
    constexpr auto settable = tags( { { chips( 2 ), variants( 0, 1 ), { { narrow, 1 } } } } );
    EXPECT_FLAW( tagFieldNotReadOnly, ofTags( settable ) );
+   constexpr auto unknown = tags( { { chips( 2 ), variants( 0, 1 ), { { 3, 1 } } } } );
+   EXPECT_FLAW( tagFieldNotReadOnly, ofTags( unknown ) );
    constexpr auto tooLarge = tags( { { chips( 2, 3 ), variants( 0, 1 ), { { tag, 16 } } } } );
    EXPECT_FLAW( tagOutsideField, ofTags( tooLarge ) );
+   // A tag is compared as a byte.
+   constexpr auto longer = layout( block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) },
+                                          { { wide, { at( 0, 17 ), at( 0, 32 ) } },
+                                            { narrow, { at( 32, 8 ), absent } },
+                                            { tag, { at( 40, 9 ), at( 50, 9 ) } } } ) );
+   EXPECT_FLAW(
+      tagOutsideField,
+      finding(
+         describe( longer, soundDimensions, soundCounts, soundAddresses, soundTags ),
+         { declarations[0], declarations[1], { "tag", "Tag", 102, ValueType::u16, true } } ) );
    EXPECT_FLAW( readOnlyFieldWithoutTag,
                 finding( describe( soundLayout, soundDimensions, soundCounts, soundAddresses ),
                          declarations ) );
@@ -232,6 +297,36 @@ TEST( Flaw, FormatsAreTheDistinctOnes ) {
    EXPECT_NE( formats.of[2][0], formats.of[3][0] );
    EXPECT_EQ( formats.of[4][0], noFormat );
    EXPECT_EQ( formats.of[2][2], noFormat );
+}
+
+TEST( Flaw, FieldsThatChangePlacesMakeAnotherFormat ) {
+   // The two formats have the same hash.
+   constexpr auto swapped =
+      layout( block( variants( 0 ), { chips( 2 ), chips( 3 ), chips( 4 ) },
+                     { { 0, { at( 39, 27 ), at( 34, 30 ), at( 39, 27 ) } },
+                       { 1, { at( 34, 30 ), at( 39, 27 ), at( 34, 30 ) } } } ) );
+   const Formats<2> formats = formatsOfLayout<2>( swapped );
+   EXPECT_EQ( formats.count, 2u );
+   EXPECT_NE( formats.of[2][0], formats.of[3][0] );
+   EXPECT_EQ( formats.of[2][0], formats.of[4][0] );
+   EXPECT_EQ( formats.cells[formats.of[3][0]][0], at( 34, 30 ) );
+   EXPECT_EQ( formats.cells[formats.of[3][0]][1], at( 39, 27 ) );
+}
+
+TEST( Cells, AreTheSameAtOnePlaceAndOfOneWidth ) {
+   const Cell cell = at( 34, 30 );
+   EXPECT_TRUE( cell == at( 34, 30 ) );
+   EXPECT_FALSE( cell == at( 35, 30 ) );
+   EXPECT_FALSE( cell == at( 34, 29 ) );
+}
+
+TEST( Cells, ArePresentWhereStatedAndOfSomeWidth ) {
+   const Cell leftOut;
+   const Cell none = absent;
+   const Cell cell = at( 0, 1 );
+   EXPECT_FALSE( leftOut.present() );
+   EXPECT_FALSE( none.present() );
+   EXPECT_TRUE( cell.present() );
 }
 
 TEST( Flaw, MoreFormatsThanASetHolds ) {
