@@ -8,6 +8,7 @@
 
 #include <array>
 #include <climits>
+#include <cstring>
 #include <functional>
 #include <string>
 
@@ -129,6 +130,28 @@ TEST( BitBuf, GetBufKeepsTheValueAboveTheWidth ) {
    U32 value = 0xffffffff;
    exportedGetBuf( image.data(), 3, reinterpret_cast<U8*>( &value ), 4, 20, 0 );
    EXPECT_EQ( value, 0xfff00000 );
+}
+
+// What the inlined primitives leave to these, with images that end in the field's last byte.
+TEST( BitBuf, NarrowBitsByValue ) {
+   for( int width = 1; width <= 64; ++width ) {
+      for( int offset = 0; offset < 72; ++offset ) {
+         const Bytes image = randomBytes( bytesFor( offset + width ) );
+         const Bytes value = randomBytes( 8 );
+         Bytes expected( 8, 0 );
+         Testing::naiveCopy( image, offset, expected, 0, width );
+         Bytes imageAfterSet = image;
+         Testing::naiveCopy( value, 0, imageAfterSet, offset, width );
+         U64 bits = 0;
+         std::memcpy( &bits, expected.data(), 8 );
+         ExactBuffer source( image );
+         EXPECT_EQ( Kelvar::narrowBits( source.bytes(), source.length(), width, offset ), bits )
+            << width << " at " << offset;
+         std::memcpy( &bits, value.data(), 8 );
+         Kelvar::narrowBitsIs( source.bytes(), source.length(), bits, width, offset );
+         EXPECT_TRUE( source.holds( imageAfterSet ) ) << width << " at " << offset;
+      }
+   }
 }
 
 // 41:6 and 6:9 of twelve bytes.
