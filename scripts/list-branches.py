@@ -1,0 +1,89 @@
+#!/usr/bin/env python3
+"""list-branches.py ROOT BUILD: which branches of src/ and platform/ no test has taken.
+
+From the counters of a build with --coverage. A branch of a template counts once, and as taken if
+any of its instances took it: an instance for a class without variants can't take what one for a
+class with variants does. Branches that throw are left out. Ends with another status than 0 if one
+is missing that isn't known to be the compiler's own.
+"""
+
+import collections
+import json
+import pathlib
+import re
+import subprocess
+import sys
+
+COUNTED = re.compile(r'src/|platform/\w+/(src|include)/')
+# Where some branches can't be taken: file, line, and why.
+COMPILERS = [
+    (r'.*', r'static .* = .*|} built;', 'the guard of a static'),
+    (r'platform/oru/include/Oru/String.h', r'.*\btext_?\b.*[{}]|class String {',
+     'what a constructor undoes if copying the text throws'),
+    (r'src/frame/Operations.h', r'switch\( number \) {', 'numbers that no table has'),
+    (r'src/frame/Operations.h', r'if\( kind.tagCount != 0 && everyTag<C>.*',
+     'the instances of classes without a tag'),
+]
+
+
+def branches_of(line, functions):
+    """Whether each branch of a line was taken, for each instance that the line stands for."""
+    taken = [branch['count'] > 0 for branch in line['branches'] if not branch['throw']]
+    if 'function_name' in line:
+        return [taken]
+    # Those of all instances of a template, one behind the other.
+    starts = [function['start_line'] for function in functions
+              if function['start_line'] <= line['line_number'] <= function['end_line']]
+    size = len(taken) // (starts.count(max(starts)) if starts else 1)
+    return [taken[begin:begin + size] for begin in range(0, len(taken), size)] if size else []
+
+
+def counters(root, build):
+    """Name, number and branches of each line that gcov knows of, once for each instance."""
+    for data in sorted(build.rglob('*.gcda')):
+        output = subprocess.run(['gcov', '--branch-probabilities', '--json-format', '--stdout',
+                                 str(data)], cwd=build, capture_output=True, check=True).stdout
+        for text in output.splitlines():
+            report = json.loads(text)
+            for file in report['files']:
+                path = pathlib.Path(report['current_working_directory'], file['file']).resolve()
+                if path.is_relative_to(root) and COUNTED.match(str(path.relative_to(root))):
+                    for line in file['lines']:
+                        for branches in branches_of(line, file['functions']):
+                            yield str(path.relative_to(root)), line['line_number'], branches
+
+
+def main():
+    root, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
+    # By file, line and number of branches, as instances may differ in that: whether it was taken.
+    taken = collections.defaultdict(list)
+    for name, number, branches in counters(root, build):
+        known = taken[name, number, len(branches)]
+        known.extend([False] * (len(branches) - len(known)))
+        for place, one in enumerate(branches):
+            known[place] |= one
+    files = collections.defaultdict(collections.Counter)
+    missed = []
+    for (name, number, _), branches in sorted(taken.items()):
+        source = (root / name).read_text().splitlines()[number - 1].strip()
+        files[name]['all'] += len(branches)
+        files[name]['taken'] += sum(branches)
+        if not all(branches):
+            why = next((reason for file, line, reason in COMPILERS
+                        if re.fullmatch(file, name) and re.fullmatch(line, source)), None)
+            files[name]['known'] += len(branches) - sum(branches) if why else 0
+            missed.append('%s:%d: %d of %d branches: %s%s' %
+                          (name, number, sum(branches), len(branches), source,
+                           ' (known: %s)' % why if why else ''))
+    total = collections.Counter()
+    for name, count in sorted(files.items()):
+        total += count
+        print('%-50s %4d of %4d' % (name, count['taken'], count['all']))
+    print('branches: %.1f%% (%d out of %d), and %d of the others are known not to be takeable' %
+          (100 * total['taken'] / total['all'], total['taken'], total['all'], total['known']))
+    print('\n'.join(missed))
+    sys.exit(total['taken'] + total['known'] < total['all'])
+
+
+if __name__ == '__main__':
+    main()
