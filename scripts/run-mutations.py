@@ -349,6 +349,13 @@ class Bench:
             failed = re.search(r'^\[  FAILED  \] ([\w./]+)', result.stdout, re.M)
             raise Killed('test: ' + (failed.group(1) if failed else 'crash'))
 
+    def refused(self):
+        """Whether the compiler still refuses what it should."""
+        result = subprocess.run(['ctest', '--test-dir', str(self.build), '-R', r'^Refused\.'],
+                                capture_output=True, text=True)
+        if result.returncode != 0:
+            raise Killed('test: ' + re.search(r'(Refused\.\w+) \(', result.stdout).group(1))
+
     def suites(self, test):
         """A filter for the tests of one source file."""
         names = re.findall(r'^(?:CONTRACT_TESTS|TEST|TEST_F|TEST_P)\( (\w+),', test.read_text(),
@@ -377,6 +384,7 @@ class Bench:
         elif name.startswith('src/frame/'):
             replaced = self.compiled(self.affected(name, 'VornFrame', 'frameTest'), quick)
             self.tested(self.linked('tests/frameTest', replaced))
+            self.refused()
             replaced.update(self.compiled(self.affected(name, 'VornTunnelKelvar'), quick))
             self.linked(library, replaced)
             self.tested(registry)
