@@ -1,6 +1,6 @@
 #!/bin/sh
 # Builds everything and runs all tests. With an argument, under that preset: release, debug, asan,
-# tsan (the tests that use threads).
+# tsan.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
