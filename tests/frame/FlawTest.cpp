@@ -104,17 +104,17 @@ TEST( Flaw, NoneWhereAnyVariantMeansTheSame ) {
    EXPECT_FLAW( none, finding( description, two ) );
 }
 
-TEST( Flaw, NoneWithAsManyTagFieldsAsAPairMayHave ) {
+TEST( Flaw, NoneWithTheMostAndWidestTagFieldsOfAPair ) {
    constexpr auto description = describe(
       layout( block( anyVariant, { chips( 2 ) },
                      { { 0, { at( 0, 1 ) } },
                        { 1, { at( 1, 2 ) } },
                        { 2, { at( 3, 3 ) } },
-                       { 3, { at( 6, 4 ) } } } ) ),
+                       { 3, { at( 6, 8 ) } } } ) ),
       dimensions( { { chips( 2 ), anyVariant, 2, 16, 1, 1 } } ),
       fieldCounts( { { chips( 2 ), anyVariant, 4 } } ),
       addresses( { { chips( 2 ), anyVariant, 0, 1, 0, { { 0, 0 } } } } ),
-      tags( { { chips( 2 ), anyVariant, { { 0, 1 }, { 1, 3 }, { 2, 7 }, { 3, 15 } } } } ) );
+      tags( { { chips( 2 ), anyVariant, { { 0, 1 }, { 1, 3 }, { 2, 7 }, { 3, 255 } } } } ) );
    constexpr Declaration four[] = {
       { "first", "First", 100, ValueType::u8, true },
       { "second", "Second", 101, ValueType::u8, true },
