@@ -40,6 +40,17 @@ TEST( TraceLevel, IsOffAtFirst ) {
    EXPECT_STREQ( handle.name(), "OffAtFirst" );
 }
 
+TEST( TraceLevel, NamesAreNumbers ) {
+   const TraceFacility::FacilityLevel names[] = {
+      TraceFacility::level0, TraceFacility::level1, TraceFacility::level2, TraceFacility::level3,
+      TraceFacility::level4, TraceFacility::level5, TraceFacility::level6, TraceFacility::level7,
+      TraceFacility::level8, TraceFacility::level9,
+   };
+   for( int level = 0; level <= 9; ++level ) {
+      EXPECT_EQ( static_cast<int>( names[level] ), level );
+   }
+}
+
 TEST( TraceLevel, EachLevelIsOfItsOwn ) {
    const TraceHandle handle( "EachLevel", false );
    for( int chosen = 0; chosen <= 9; ++chosen ) {
