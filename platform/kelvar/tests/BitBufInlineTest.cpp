@@ -165,6 +165,8 @@ TEST( BitBufInline, OtherValueLengths ) {
       Place<Raw256, 256, 1>::accessors,    Place<Raw512, 164, 4>::accessors,
       Place<Raw512, 320, 0>::accessors,    Place<Raw512, 511, 130>::accessors,
       Place<Raw512, 512, 0>::accessors,    Place<Raw512, 512, 63>::accessors,
+      Place<U8[9], 70, 3>::accessors,      Place<U8[17], 130, 0>::accessors,
+      Place<Raw1024, 513, 62>::accessors,
    };
    for( const Accessors& place : places ) {
       const int least = bytesFor( place.offset + place.width );
@@ -218,6 +220,21 @@ TEST( BitBufInline, RefusesConstantsThatDoNotFit ) {
               "offset + width <= 8 * dstLen" );
    EXPECT_EQ( image, before );
    EXPECT_EQ( value, 7u );
+
+   const Bytes wideBefore = randomBytes( 16 );
+   Bytes wide = wideBefore;
+   EXPECT_EQ( expressionOf( [&] { getBuf( image.data(), 16, wide.data(), 8, 65, 0 ); } ),
+              "width <= 8 * valueLen" );
+   EXPECT_EQ( expressionOf( [&] { setBuf( image.data(), 16, wide.data(), 8, 65, 0 ); } ),
+              "width <= 8 * valueLen" );
+   EXPECT_EQ( expressionOf( [&] { getBuf( image.data(), 16, wide.data(), 16, 65, -1 ); } ),
+              "offset >= 0" );
+   EXPECT_EQ( expressionOf( [&] { setBuf( image.data(), 16, wide.data(), 16, 65, -1 ); } ),
+              "offset >= 0" );
+   EXPECT_EQ( expressionOf( [&] { getBuf( image.data(), 8, wide.data(), 16, 65, 0 ); } ),
+              "offset + width <= 8 * srcLen" );
+   EXPECT_EQ( image, before );
+   EXPECT_EQ( wide, wideBefore );
 }
 
 // Several fields of one entry, set and read in turn, as accessors do.
