@@ -320,6 +320,15 @@ TEST( Cells, AreTheSameAtOnePlaceAndOfOneWidth ) {
    EXPECT_FALSE( cell == at( 34, 29 ) );
 }
 
+// The utmost that a description may state; more is refused by the compiler.
+TEST( Cells, EndBehindTheirLastBit ) {
+   constexpr Cell cell = at( 4096, 512 );
+   EXPECT_EQ( cell.end(), 4608u );
+   EXPECT_EQ( cell.bytes(), 576u );
+   EXPECT_EQ( at( 7, 1 ).bytes(), 1u );
+   EXPECT_EQ( at( 7, 2 ).bytes(), 2u );
+}
+
 TEST( Cells, ArePresentWhereStatedAndOfSomeWidth ) {
    const Cell leftOut;
    const Cell none = absent;

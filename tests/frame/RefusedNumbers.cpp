@@ -5,10 +5,6 @@ namespace {
 
 using namespace Hardware::Frame;
 
-// The utmost that it takes.
-constexpr auto number = variants( range( 30, 30 ) );
-constexpr auto cell = at( 4096, 512 );
-
 constexpr auto refused = REFUSED;
 
 } // namespace
