@@ -81,6 +81,18 @@ Finding ofDeclarations( const Declaration ( &other )[3] ) {
                    other );
 }
 
+// Of a description for one chip type with these variants.
+template<Variants all>
+Finding ofVariants() {
+   constexpr auto description = describe(
+      layout(
+         block( all, { chips( 2 ) }, { { wide, { at( 0, 32 ) } }, { narrow, { at( 32, 8 ) } } } ) ),
+      dimensions( { { chips( 2 ), all, 2, 16, 1, 1 } } ), fieldCounts( { { chips( 2 ), all, 2 } } ),
+      addresses( { { chips( 2 ), all, 0, 1, 0, { { 0, 0 } } } } ) );
+   constexpr Declaration two[] = { declarations[0], declarations[1] };
+   return finding( description, two );
+}
+
 TEST( Flaw, NoneInASoundDescription ) {
    EXPECT_FLAW( none, ofLayout( soundLayout ) );
    EXPECT_FLAW( none, ofDeclarations( declarations ) );
@@ -93,16 +105,7 @@ TEST( Flaw, NoneWithACountForEachVariant ) {
    EXPECT_FLAW( none, ofCounts( apart ) );
 }
 
-TEST( Flaw, NoneWhereAnyVariantMeansTheSame ) {
-   constexpr auto description =
-      describe( layout( block( anyVariant, { chips( 2 ) },
-                               { { wide, { at( 0, 32 ) } }, { narrow, { at( 32, 8 ) } } } ) ),
-                dimensions( { { chips( 2 ), anyVariant, 2, 16, 1, 1 } } ),
-                fieldCounts( { { chips( 2 ), anyVariant, 2 } } ),
-                addresses( { { chips( 2 ), anyVariant, 0, 1, 0, { { 0, 0 } } } } ) );
-   constexpr Declaration two[] = { declarations[0], declarations[1] };
-   EXPECT_FLAW( none, finding( description, two ) );
-}
+TEST( Flaw, NoneWhereAnyVariantMeansTheSame ) { EXPECT_FLAW( none, ofVariants<anyVariant>() ); }
 
 TEST( Flaw, NoneWithTheMostAndWidestTagFieldsOfAPair ) {
    constexpr auto description = describe(
@@ -219,15 +222,7 @@ TEST( Flaw, StorageIsNotTheLargestWidth ) {
 }
 
 TEST( Flaw, OnlySomeVariantsAreAny ) {
-   constexpr Variants most{ ~U32{ 0 } << 1 };
-   constexpr auto description =
-      describe( layout( block( most, { chips( 2 ) },
-                               { { wide, { at( 0, 32 ) } }, { narrow, { at( 32, 8 ) } } } ) ),
-                dimensions( { { chips( 2 ), most, 2, 16, 1, 1 } } ),
-                fieldCounts( { { chips( 2 ), most, 2 } } ),
-                addresses( { { chips( 2 ), most, 0, 1, 0, { { 0, 0 } } } } ) );
-   constexpr Declaration two[] = { declarations[0], declarations[1] };
-   EXPECT_FLAW( someVariantsOnly, finding( description, two ) );
+   EXPECT_FLAW( someVariantsOnly, ofVariants<Variants{ ~U32{ 0 } << 1 }>() );
 }
 
 TEST( Flaw, AddressesDisagreeWithDimensions ) {
