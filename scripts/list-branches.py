@@ -47,10 +47,11 @@ def counters(root, build):
             report = json.loads(text)
             for file in report['files']:
                 path = pathlib.Path(report['current_working_directory'], file['file']).resolve()
-                if path.is_relative_to(root) and COUNTED.match(str(path.relative_to(root))):
+                name = str(path.relative_to(root)) if path.is_relative_to(root) else ''
+                if COUNTED.match(name):
                     for line in file['lines']:
                         for branches in branches_of(line, file['functions']):
-                            yield str(path.relative_to(root)), line['line_number'], branches
+                            yield name, line['line_number'], branches
 
 
 def main():
