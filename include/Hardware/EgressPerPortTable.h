@@ -14,9 +14,9 @@ class HARDWARE_API EgressPerPortTable : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 12;
 
-#include <Hardware/detail/Table.inc>
+#include <Hardware/detail/DeclareTable.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

@@ -13,9 +13,9 @@ class HARDWARE_API EvecFormatTable : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 4;
 
-#include <Hardware/detail/Table.inc>
+#include <Hardware/detail/DeclareTable.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

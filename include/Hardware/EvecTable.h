@@ -15,9 +15,9 @@ class HARDWARE_API EvecTable : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 8;
 
-#include <Hardware/detail/Table.inc>
+#include <Hardware/detail/DeclareTable.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

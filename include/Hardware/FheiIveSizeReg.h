@@ -15,9 +15,9 @@ class HARDWARE_API FheiIveSizeReg : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 16;
 
-#include <Hardware/detail/Register.inc>
+#include <Hardware/detail/DeclareRegister.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

@@ -27,9 +27,9 @@ public:
    // looking at the buffer where there is no tag, invalid variants included.
    static bool isIsemMgmtReq( Hardware::ChipType chipType, const U8* buf, U16 len, U8 variant );
 
-#include <Hardware/detail/Table.inc>
+#include <Hardware/detail/DeclareTable.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

@@ -20,9 +20,9 @@ public:
    // variant, so a true answer says nothing of the pair's validity.
    static bool isIvectTable( Hardware::ChipType chipType, const U8* buf, U16 len, U8 variant );
 
-#include <Hardware/detail/Table.inc>
+#include <Hardware/detail/DeclareTable.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

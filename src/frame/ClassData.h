@@ -67,7 +67,7 @@ std::shared_ptr<Kelvar::AsicBase> makeWithStorage( Hardware::ChipType chipType, 
    return std::make_shared<typename View::WithStorage>( chipType, variant );
 }
 
-// `C` is what frame/Define.inc makes of the description of `View`.
+// `C` is what frame/DefineView.inc makes of the description of `View`.
 template<class View, class C>
 constexpr ClassData classDataOf( const char* name, bool isTable ) {
    return { name,

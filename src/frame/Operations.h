@@ -1,7 +1,7 @@
 // The operations of the contract, each for a class given as a type.
 //
-// The class parameter `C` is what frame/Define.inc makes of a description: static constants, and
-// `C::data()`, the same as run-time data.
+// The class parameter `C` is what frame/DefineView.inc makes of a description: static constants,
+// and `C::data()`, the same as run-time data.
 #pragma once
 
 #include "Trace.h"

@@ -1,11 +1,11 @@
 // A small class whose description the compiler must refuse: a macro chooses the flaw.
 #include "frame/SampleRegister.h"
 
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #define HARDWARE_VIEW SampleRegister
 #define HARDWARE_FIELDS "frame/SampleRegister.def"
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -48,4 +48,4 @@ constexpr auto description =
 } // namespace
 } // namespace Hardware
 
-#include "frame/Register.inc"
+#include "frame/DefineRegister.inc"

@@ -1,11 +1,11 @@
 // SampleRegister: two variants, two instances, and stated facts that the address doesn't go by.
 #include "frame/SampleRegister.h"
 
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #define HARDWARE_VIEW SampleRegister
 #define HARDWARE_FIELDS "frame/SampleRegister.def"
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -35,4 +35,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Register.inc"
+#include "frame/DefineRegister.inc"

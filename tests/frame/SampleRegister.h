@@ -12,9 +12,9 @@ class HARDWARE_API SampleRegister : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 12;
 
-#include <Hardware/detail/Register.inc>
+#include <Hardware/detail/DeclareRegister.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

@@ -1,12 +1,12 @@
 // SampleTable: chip types with variants, with holes between them, and without any.
 #include "frame/SampleTable.h"
 
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #define HARDWARE_VIEW SampleTable
 #define HARDWARE_FIELDS "frame/SampleTable.def"
 #define HARDWARE_DISCRIMINATOR isSampleTable
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -76,4 +76,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -14,9 +14,9 @@ public:
 
    static bool isSampleTable( Hardware::ChipType chipType, const U8* buf, U16 len, U8 variant );
 
-#include <Hardware/detail/Table.inc>
+#include <Hardware/detail/DeclareTable.inc>
 };
 
 } // namespace Hardware
 
-#include <Hardware/detail/WithStorage.inc>
+#include <Hardware/detail/DeclareWithStorage.inc>

@@ -1,11 +1,11 @@
 // The 512 forwarding action profiles.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/FwdActProfileTable.h>
 
 #define HARDWARE_VIEW FwdActProfileTable
 #define HARDWARE_FIELDS <Hardware/fields/FwdActProfileTable.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -105,4 +105,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,12 +1,12 @@
 // The ISID table, on the newer chip types a view of the egress exact-match request.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/EpniIsidTable.h>
 
 #define HARDWARE_VIEW EpniIsidTable
 #define HARDWARE_FIELDS <Hardware/fields/EpniIsidTable.def>
 #define HARDWARE_DISCRIMINATOR isEpniIsidTable
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -100,4 +100,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

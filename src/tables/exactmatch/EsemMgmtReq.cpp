@@ -1,12 +1,12 @@
 // Management requests to the egress exact-match engine: a register, or one of two key formats.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/EsemMgmtReq.h>
 
 #define HARDWARE_VIEW EsemMgmtReq
 #define HARDWARE_FIELDS <Hardware/fields/EsemMgmtReq.def>
 #define HARDWARE_DISCRIMINATOR isEsemMgmtReq
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -148,4 +148,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,12 +1,12 @@
 // Management requests to the ingress exact-match engine: a register, or one of 21 key formats.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/IsemMgmtReq.h>
 
 #define HARDWARE_VIEW IsemMgmtReq
 #define HARDWARE_FIELDS <Hardware/fields/IsemMgmtReq.def>
 #define HARDWARE_DISCRIMINATOR isIsemMgmtReq
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -250,4 +250,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,11 +1,11 @@
 // The attributes of the logical interface profiles: 256 rows with one field.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/LifProfileAttributes.h>
 
 #define HARDWARE_VIEW LifProfileAttributes
 #define HARDWARE_FIELDS <Hardware/fields/LifProfileAttributes.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -38,4 +38,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

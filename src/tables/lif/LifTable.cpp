@@ -1,12 +1,12 @@
 // The logical interface table: entries of seven formats on the older chip types, ten on the newer.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/LifTable.h>
 
 #define HARDWARE_VIEW LifTable
 #define HARDWARE_FIELDS <Hardware/fields/LifTable.def>
 #define HARDWARE_DISCRIMINATOR isLifTable
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -491,4 +491,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,12 +1,12 @@
 // The rows of the EEDB bank that serve outgoing AC and ARP link-layer entries.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/OutAcBank.h>
 
 #define HARDWARE_VIEW OutAcBank
 #define HARDWARE_FIELDS <Hardware/fields/OutAcBank.def>
 #define HARDWARE_DISCRIMINATOR isOutAcBank
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -123,4 +123,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

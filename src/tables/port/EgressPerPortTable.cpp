@@ -1,11 +1,11 @@
 // The egress VLAN domain and exact-match command of each port.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/EgressPerPortTable.h>
 
 #define HARDWARE_VIEW EgressPerPortTable
 #define HARDWARE_FIELDS <Hardware/fields/EgressPerPortTable.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -42,4 +42,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

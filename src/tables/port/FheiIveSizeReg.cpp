@@ -1,11 +1,11 @@
 // The one register: a single field of 128 bits, in one or two instances.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/FheiIveSizeReg.h>
 
 #define HARDWARE_VIEW FheiIveSizeReg
 #define HARDWARE_FIELDS <Hardware/fields/FheiIveSizeReg.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -41,4 +41,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Register.inc"
+#include "frame/DefineRegister.inc"

@@ -1,11 +1,11 @@
 // The ingress VLAN domain of each port.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/IngressPpPortToVd.h>
 
 #define HARDWARE_VIEW IngressPpPortToVd
 #define HARDWARE_FIELDS <Hardware/fields/IngressPpPortToVd.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -40,4 +40,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

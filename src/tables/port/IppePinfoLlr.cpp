@@ -1,11 +1,11 @@
 // The VLAN classification of each port: one layout on all chip types.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/IppePinfoLlr.h>
 
 #define HARDWARE_VIEW IppePinfoLlr
 #define HARDWARE_FIELDS <Hardware/fields/IppePinfoLlr.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -40,4 +40,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

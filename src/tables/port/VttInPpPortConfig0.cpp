@@ -1,11 +1,11 @@
 // The port mapping, key variable and default logical interface of each port.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/VttInPpPortConfig0.h>
 
 #define HARDWARE_VIEW VttInPpPortConfig0
 #define HARDWARE_FIELDS <Hardware/fields/VttInPpPortConfig0.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -42,4 +42,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

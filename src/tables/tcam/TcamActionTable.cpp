@@ -1,11 +1,11 @@
 // The action memory beside the TCAM banks: 24 array elements of rows with one field.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/TcamActionTable.h>
 
 #define HARDWARE_VIEW TcamActionTable
 #define HARDWARE_FIELDS <Hardware/fields/TcamActionTable.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -45,4 +45,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,11 +1,11 @@
 // The IPv4 tunnel termination key: one layout on all its chip types.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/TcamBankIpv4Tt.h>
 
 #define HARDWARE_VIEW TcamBankIpv4Tt
 #define HARDWARE_FIELDS <Hardware/fields/TcamBankIpv4Tt.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -46,4 +46,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,11 +1,11 @@
 // The CPU command word of a TCAM bank, with its data of 164 or 328 bits.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/TcamBankTable.h>
 
 #define HARDWARE_VIEW TcamBankTable
 #define HARDWARE_FIELDS <Hardware/fields/TcamBankTable.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -55,4 +55,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,11 +1,11 @@
 // The IPv6 destination key: address, VRF and, on the newer chip types, two IP qualifiers.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/TcamBankTableFormatter.h>
 
 #define HARDWARE_VIEW TcamBankTableFormatter
 #define HARDWARE_FIELDS <Hardware/fields/TcamBankTableFormatter.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -48,4 +48,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

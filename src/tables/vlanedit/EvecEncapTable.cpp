@@ -1,12 +1,12 @@
 // The egress VLAN edit table with command and edit in one entry: one layout in two copies.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/EvecEncapTable.h>
 
 #define HARDWARE_VIEW EvecEncapTable
 #define HARDWARE_FIELDS <Hardware/fields/EvecEncapTable.def>
 #define HARDWARE_DISCRIMINATOR isEvecEncapTable
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -54,4 +54,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

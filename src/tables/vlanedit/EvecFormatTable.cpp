@@ -1,11 +1,11 @@
 // The 128 egress VLAN edit commands: one layout on all chip types.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/EvecFormatTable.h>
 
 #define HARDWARE_VIEW EvecFormatTable
 #define HARDWARE_FIELDS <Hardware/fields/EvecFormatTable.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -45,4 +45,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,11 +1,11 @@
 // The 4096 selections of an egress VLAN edit command: one layout on all chip types.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/EvecMappingTable.h>
 
 #define HARDWARE_VIEW EvecMappingTable
 #define HARDWARE_FIELDS <Hardware/fields/EvecMappingTable.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -42,4 +42,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,11 +1,11 @@
 // The egress VLAN edit table: two commands an entry, and the entry once more as one number.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/EvecTable.h>
 
 #define HARDWARE_VIEW EvecTable
 #define HARDWARE_FIELDS <Hardware/fields/EvecTable.def>
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -60,4 +60,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

@@ -1,12 +1,12 @@
 // The VLAN edit command profiles: 64 or 128 entries, in two or three copies.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/IvecTable.h>
 
 #define HARDWARE_VIEW IvecTable
 #define HARDWARE_FIELDS <Hardware/fields/IvecTable.def>
 #define HARDWARE_DISCRIMINATOR isIvecTable
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -77,4 +77,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"

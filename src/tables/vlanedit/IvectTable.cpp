@@ -1,12 +1,12 @@
 // The numbers of VLAN edit command profiles: one or eight an entry, as wide as the profiles need.
-#include "frame/Define.h"
+#include "frame/ClassSource.h"
 
 #include <Hardware/IvectTable.h>
 
 #define HARDWARE_VIEW IvectTable
 #define HARDWARE_FIELDS <Hardware/fields/IvectTable.def>
 #define HARDWARE_DISCRIMINATOR isIvectTable
-#include "frame/Fields.inc"
+#include "frame/DefineFieldNumbers.inc"
 
 namespace Hardware {
 namespace {
@@ -61,4 +61,4 @@ constexpr auto description = describe(
 } // namespace
 } // namespace Hardware
 
-#include "frame/Table.inc"
+#include "frame/DefineTable.inc"
