@@ -4,7 +4,7 @@
 #
 #    awk -v include=include -f docs/doxygen-filter.awk include/Hardware/LifTable.h
 
-# "FIELD( U8, vsi, Vsi )": its arguments into argument[1] and on.
+# "HARDWARE_FIELD( U8, vsi, Vsi )": its arguments into argument[1] and on.
 function splitRow( row ) {
    sub( /^[A-Z_]+\( /, "", row )
    sub( / \).*/, "", row )
@@ -14,7 +14,7 @@ function splitRow( row ) {
 function readCatalogue(   file, row ) {
    file = include "/Hardware/fields/Catalogue.def"
    while( ( getline row < file ) > 0 ) {
-      if( row ~ /^FIELD_ID\(/ ) {
+      if( row ~ /^HARDWARE_FIELD_ID\(/ ) {
          splitRow( row )
          catalogue[++catalogueRows] = row " ///< `" argument[3] "`"
          names[argument[2]] = "`" argument[3] "`, identifier " argument[1]
@@ -32,10 +32,10 @@ function printCatalogue(   number ) {
 function printFields(   file, row ) {
    file = include "/" fields
    while( ( getline row < file ) > 0 ) {
-      if( row ~ /^(FIELD|WIDE|TAG)\(/ ) {
+      if( row ~ /^HARDWARE_(FIELD|WIDE|TAG)\(/ ) {
          splitRow( row )
          print "/// @name " argument[2]
-         print "/// " names[argument[2]] ( row ~ /^TAG/ ? ", read-only." : "." )
+         print "/// " names[argument[2]] ( row ~ /^HARDWARE_TAG/ ? ", read-only." : "." )
          print "/// @{"
          print row
          print "/// @}"

@@ -12,7 +12,7 @@ mkdir -p "$VORN_DOC"
 doxygen docs/Doxyfile
 
 # Each field of each class must have got its accessors, which only the expansion shows.
-declared=$(cat include/Hardware/fields/[!C]*.def | grep -cE '^(FIELD|WIDE|TAG)\(')
+declared=$(cat include/Hardware/fields/[!C]*.def | grep -cE '^HARDWARE_(FIELD|WIDE|TAG)\(')
 shown=$(awk -F '[<>]' '
    $2 == "name" { name = $3 }
    $2 == "anchor" && name ~ /^is.*Valid$/ && name != "isFieldValid" && !seen[$3]++ { ++count }

@@ -118,7 +118,8 @@ def description_sites(name, source, rng):
 
 def field_list_sites(name, source, rng):
     """What a class's list of fields says: names in declared order, and types."""
-    lines = list(re.compile(r'^(FIELD|WIDE|TAG)\( (\w+), (\w+), \w+ \)\n', re.M).finditer(source))
+    lines = list(re.compile(r'^HARDWARE_(FIELD|WIDE|TAG)\( (\w+), (\w+), \w+ \)\n',
+                            re.M).finditer(source))
     for first, second in zip(lines, lines[1:]):
         yield Mutant(name, 'declared order', first.start(), second.end(),
                      second.group() + first.group())
@@ -130,7 +131,7 @@ def field_list_sites(name, source, rng):
 
 
 def catalogue_sites(name, source, rng):
-    rows = re.compile(r'^FIELD_ID\( (\d+), (\w+), (\w+) \)', re.M)
+    rows = re.compile(r'^HARDWARE_FIELD_ID\( (\d+), (\w+), (\w+) \)', re.M)
     for row in rows.finditer(source):
         number = re.compile(r'\d+').match(source, row.start(1))
         yield Mutant(name, 'identifier', row.start(1), row.end(1), one_more_or_less(rng, number))

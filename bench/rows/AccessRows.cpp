@@ -90,13 +90,13 @@ int numberOf( std::string_view name ) {
    static const std::unordered_map<std::string_view, int> numbers = [] {
       std::unordered_map<std::string_view, int> map;
       int number = 0;
-#define FIELD( Type, name, Name ) map.emplace( #name, number++ );
-#define WIDE( Type, name, Name ) map.emplace( #name, number++ );
-#define TAG( Type, name, Name ) map.emplace( #name, number++ );
+#define HARDWARE_FIELD( Type, name, Name ) map.emplace( #name, number++ );
+#define HARDWARE_WIDE( Type, name, Name ) map.emplace( #name, number++ );
+#define HARDWARE_TAG( Type, name, Name ) map.emplace( #name, number++ );
 #include <Hardware/fields/LifTable.def>
-#undef FIELD
-#undef WIDE
-#undef TAG
+#undef HARDWARE_FIELD
+#undef HARDWARE_WIDE
+#undef HARDWARE_TAG
       return map;
    }();
    return numbers.find( name )->second;

@@ -11,7 +11,7 @@ namespace Hardware {
 
 // A constant for each identifier: `FieldId::vlanDomain` is 351 in every class that has the field.
 namespace FieldId {
-#define FIELD_ID( identifier, name, hardwareName ) inline constexpr U32 name = identifier;
+#define HARDWARE_FIELD_ID( identifier, name, hardwareName ) inline constexpr U32 name = identifier;
 #include <Hardware/fields/Catalogue.def>
 } // namespace FieldId
 

@@ -8,7 +8,7 @@ namespace Hardware {
 namespace {
 
 constexpr std::array<CatalogueRow, 332> catalogue{ {
-#define FIELD_ID( identifier, name, hardwareName ) { identifier, #name, #hardwareName },
+#define HARDWARE_FIELD_ID( identifier, name, hardwareName ) { identifier, #name, #hardwareName },
 #include <Hardware/fields/Catalogue.def>
 } };
 
