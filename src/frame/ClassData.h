@@ -1,7 +1,7 @@
 // A class as run-time data: what its rare paths and the registry need, whatever the class.
 #pragma once
 
-#include "Compile.h"
+#include "Facts.h"
 
 #include <Hardware/ChipType.h>
 #include <Kelvar/AsicBase.h>
@@ -40,54 +40,7 @@ struct ClassData {
    std::shared_ptr<Kelvar::AsicBase> ( *make )( Hardware::ChipType chipType, U8 variant );
 };
 
-template<std::size_t Fields>
-constexpr std::array<FieldData, Fields> fieldDataOf( const Declaration ( &declarations )[Fields] ) {
-   std::array<FieldData, Fields> fields{};
-   for( std::size_t field = 0; field < Fields; ++field ) {
-      const Declaration& declaration = declarations[field];
-      fields[field] = { declaration.identifier, declaration.line, declaration.type,
-                        declaration.readOnly };
-   }
-   return fields;
-}
-
-template<std::size_t Fields>
-constexpr std::array<U8, identifierLimit>
-fieldTableOf( const Declaration ( &declarations )[Fields] ) {
-   std::array<U8, identifierLimit> numbers{};
-   numbers.fill( noField );
-   for( std::size_t field = 0; field < Fields; ++field ) {
-      numbers[declarations[field].identifier] = static_cast<U8>( field );
-   }
-   return numbers;
-}
-
-template<class View>
-std::shared_ptr<Kelvar::AsicBase> makeWithStorage( Hardware::ChipType chipType, U8 variant ) {
-   return std::make_shared<typename View::WithStorage>( chipType, variant );
-}
-
-// `C` is what frame/DefineView.inc makes of the description of `View`.
-template<class View, class C>
-constexpr ClassData classDataOf( const char* name, bool isTable ) {
-   return { name,
-            isTable,
-            chipsOf( C::allKinds ),
-            valueTypeOf<typename C::Entry>,
-            static_cast<U8>( C::fieldCount ),
-            C::fields.data(),
-            C::fieldOf.data(),
-            C::cells.data(),
-            C::formats.count,
-            C::formatTable.of,
-            C::kindTable.of,
-            sizeof C::kindTable.of,
-            C::kinds.data(),
-            View::chipTypeVariantValid,
-            makeWithStorage<View> };
-}
-
-// Where a PairTable has a pair, unless that lies behind its end. Side by side in a view, the two
+// Where a PairTable has a pair, unless that lies after its end. Side by side in a view, the two
 // are one load.
 constexpr unsigned pairOf( U8 chipType, U8 variant ) {
    return static_cast<unsigned>( chipType | variant << 8 );

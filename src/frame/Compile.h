@@ -1,21 +1,12 @@
 // From a description to what the operations need, and every flaw that the compiler can see in it.
 #pragma once
 
+#include "ClassData.h"
 #include "Description.h"
 
-#include <bit>
 #include <string_view>
 
 namespace Hardware::Frame {
-
-// Types of values and whole entries, smallest first; their sizes in bits are 8 << number.
-enum class ValueType : U8 { u8, u16, u32, u64, raw128, raw256, raw512, raw1024 };
-
-template<class Value>
-inline constexpr ValueType
-   valueTypeOf = static_cast<ValueType>( std::countr_zero( sizeof( Value ) ) );
-
-constexpr unsigned bitsOf( ValueType type ) { return 8u << static_cast<unsigned>( type ); }
 
 // A field as its class declares it.
 struct Declaration {
@@ -66,7 +57,6 @@ struct Finding {
    unsigned variant = 0;
 };
 
-inline constexpr unsigned noFormat = 63;
 inline constexpr unsigned formatLimit = noFormat;
 
 // The format of each pair, and where each format has each field.
@@ -76,29 +66,6 @@ struct Formats {
    U8 of[chipLimit][variantLimit] = {};
    Cell cells[formatLimit + 1][Fields] = {};
    Finding finding;
-};
-
-// What the operations ask of a pair besides its format. Kind 0 is that of all invalid pairs.
-struct Kind {
-   U8 format = noFormat;
-   bool hasAddress = false;
-   U8 variantCount = 0; // 0 where the variant is not looked at
-   U8 tagCount = 0;
-   U16 width = 0;
-   U16 instanceCount = 0;
-   U16 fieldCount = 0;
-   U32 entries = 0;
-   U32 arrayElements = 0;
-   U32 base = 0;
-   U32 entryStep = 0;
-   U32 arrayStep = 0;
-   U32 maxIdentifier = 0;
-   U32 addrStride = 0;
-   U8 accessType[instanceLimit] = {};
-   U8 destBlock[instanceLimit] = {};
-   TagField tag[tagFieldLimit] = {};
-
-   friend constexpr bool operator==( const Kind&, const Kind& ) = default;
 };
 
 template<class Visit>
@@ -666,6 +633,53 @@ constexpr MaskTable<Count, Words> masksOf( const Formats<Fields>& formats ) {
       }
    }
    return masks;
+}
+
+template<std::size_t Fields>
+constexpr std::array<FieldData, Fields> fieldDataOf( const Declaration ( &declarations )[Fields] ) {
+   std::array<FieldData, Fields> fields{};
+   for( std::size_t field = 0; field < Fields; ++field ) {
+      const Declaration& declaration = declarations[field];
+      fields[field] = { declaration.identifier, declaration.line, declaration.type,
+                        declaration.readOnly };
+   }
+   return fields;
+}
+
+template<std::size_t Fields>
+constexpr std::array<U8, identifierLimit>
+fieldTableOf( const Declaration ( &declarations )[Fields] ) {
+   std::array<U8, identifierLimit> numbers{};
+   numbers.fill( noField );
+   for( std::size_t field = 0; field < Fields; ++field ) {
+      numbers[declarations[field].identifier] = static_cast<U8>( field );
+   }
+   return numbers;
+}
+
+template<class View>
+std::shared_ptr<Kelvar::AsicBase> makeWithStorage( Hardware::ChipType chipType, U8 variant ) {
+   return std::make_shared<typename View::WithStorage>( chipType, variant );
+}
+
+// `C` is what frame/DefineView.inc makes of the description of `View`.
+template<class View, class C>
+constexpr ClassData classDataOf( const char* name, bool isTable ) {
+   return { name,
+            isTable,
+            chipsOf( C::allKinds ),
+            valueTypeOf<typename C::Entry>,
+            static_cast<U8>( C::fieldCount ),
+            C::fields.data(),
+            C::fieldOf.data(),
+            C::cells.data(),
+            C::formats.count,
+            C::formatTable.of,
+            C::kindTable.of,
+            sizeof C::kindTable.of,
+            C::kinds.data(),
+            View::chipTypeVariantValid,
+            makeWithStorage<View> };
 }
 
 } // namespace Hardware::Frame

@@ -11,18 +11,13 @@
 // Several blocks may speak of one pair of chip type and variant: the pair has the fields of all.
 #pragma once
 
-#include <Kelvar/Types.h>
+#include "Cell.h"
 
 #include <array>
 #include <cstddef>
 #include <type_traits>
 
 namespace Hardware::Frame {
-
-// Chip types are numbered below this; variants too. Variant 31 stands for all numbers from 31 on,
-// which only classes without variants accept.
-inline constexpr unsigned chipLimit = 32;
-inline constexpr unsigned variantLimit = 32;
 
 // The numbers `first` to `last`, both included.
 struct Range {
@@ -68,27 +63,12 @@ consteval Variants variants( Numbers... numbers ) {
 // Of a chip group without variants: every number is accepted and means the same.
 inline constexpr Variants anyVariant{ ~U32{ 0 } };
 
-// Where a field lies. A cell of width 0 is absent; one left out of a row is a flaw.
-struct Cell {
-   U16 offset = 0xffff;
-   U16 width = 0xffff;
-
-   constexpr bool stated() const { return width != 0xffff; }
-   constexpr bool present() const { return stated() && width != 0; }
-   constexpr unsigned end() const { return static_cast<unsigned>( offset ) + width; }
-   constexpr unsigned bytes() const { return ( end() + 7 ) / 8; }
-
-   friend constexpr bool operator==( const Cell&, const Cell& ) = default;
-};
-
 consteval Cell at( unsigned offset, unsigned width ) {
    if( width == 0 || width > 512 || offset > 4096 ) {
       throw "a field is 1 to 512 bits wide and lies within the entry";
    }
    return { static_cast<U16>( offset ), static_cast<U16>( width ) };
 }
-
-inline constexpr Cell absent{ 0, 0 };
 
 // One field's cells, one for each column of its block.
 template<std::size_t Columns>
@@ -165,8 +145,6 @@ struct Instance {
    friend constexpr bool operator==( const Instance&, const Instance& ) = default;
 };
 
-inline constexpr unsigned instanceLimit = 2;
-
 // schanAddress = base + tableEntry * entryStep + arrayIndex * arrayStep.
 struct Address {
    Chips chips;
@@ -176,17 +154,6 @@ struct Address {
    U32 arrayStep;
    Instance instances[instanceLimit];
 };
-
-inline constexpr U8 noField = 0xff;
-
-struct TagField {
-   U8 field = noField;
-   U8 value = 0;
-
-   friend constexpr bool operator==( const TagField&, const TagField& ) = default;
-};
-
-inline constexpr unsigned tagFieldLimit = 4;
 
 // The constant fields of a format, in the order in which they are stamped and verified.
 struct Tag {

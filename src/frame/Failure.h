@@ -9,50 +9,6 @@
 
 namespace Hardware::Frame {
 
-// The operations of a class that trace or fail: first those of one field, then the others.
-enum class Operation : U8 {
-   get,
-   set,
-   mask,
-   len,
-   offset,
-   valid,
-   construct,
-   handleBuf,
-   discriminate,
-   setField64,
-   fieldWidth,
-   fieldOffset,
-   isFieldValid,
-   stringField,
-   stringFieldIs,
-   getAllFields,
-   allFieldsMask,
-   getSchanAddress,
-   width,
-   arrayElements,
-   fieldCount,
-   instanceCount,
-   arrayIndexMin,
-   indexMin,
-   entries,
-   tableVariantCount,
-   maxIdentifier,
-   addrStride,
-};
-
-// Where something is traced or fails: the operation, its field if it is one field's, and the line
-// it was declared at. Small enough for a register.
-struct Site {
-   Operation operation;
-   U8 field;
-   U16 line;
-};
-
-constexpr Site siteOf( Operation operation, int line, U8 field = noField ) {
-   return { operation, field, static_cast<U16>( line ) };
-}
-
 // The catalogue's row of an identifier that is in use.
 const CatalogueRow& catalogueRowOf( U32 identifier );
 

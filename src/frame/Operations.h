@@ -4,6 +4,7 @@
 // and `C::data()`, the same as run-time data.
 #pragma once
 
+#include "Compile.h"
 #include "Trace.h"
 
 #include <Kelvar/BitBuf.h>
