@@ -10,6 +10,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,7 +28,29 @@ U64 sizeBehind( int descriptor ) {
    return begin >= 0 && begin < status.st_size ? static_cast<U64>( status.st_size - begin ) : 0;
 }
 
+// After a failed call: whether to try again, if need be as soon as there is one of the events.
+bool isToRetry( int descriptor, short events ) noexcept {
+   if( errno != EAGAIN ) {
+      return errno == EINTR;
+   }
+   pollfd waiting{ descriptor, events, 0 };
+   ::poll( &waiting, 1, -1 );
+   return true;
+}
+
 } // namespace
+
+int writeAll( int descriptor, std::string_view text ) noexcept {
+   while( !text.empty() ) {
+      const ssize_t written = ::write( descriptor, text.data(), text.size() );
+      if( written >= 0 ) {
+         text.remove_prefix( static_cast<std::size_t>( written ) );
+      } else if( !isToRetry( descriptor, POLLOUT ) ) {
+         return errno;
+      }
+   }
+   return 0;
+}
 
 void Output::write( std::string_view lines ) {
    pending_ += lines;
@@ -37,18 +60,11 @@ void Output::write( std::string_view lines ) {
 }
 
 void Output::flush() {
-   std::string_view rest = pending_;
-   while( !rest.empty() ) {
-      const ssize_t written = ::write( STDOUT_FILENO, rest.data(), rest.size() );
-      if( written >= 0 ) {
-         rest.remove_prefix( static_cast<std::size_t>( written ) );
-      } else if( errno != EINTR ) {
-         const std::string reason = std::strerror( errno );
-         pending_.clear();
-         throw Error( "cannot write standard output: " + reason );
-      }
-   }
+   const int failure = writeAll( STDOUT_FILENO, pending_ );
    pending_.clear();
+   if( failure != 0 ) {
+      throw Error( std::string( "cannot write standard output: " ) + std::strerror( failure ) );
+   }
 }
 
 LineReader::LineReader( const std::string& path, std::function<void()> beforeRead )
@@ -106,7 +122,7 @@ bool LineReader::readMore() {
          bytesRead_ += static_cast<U64>( count );
          return count > 0;
       }
-      if( errno != EINTR ) {
+      if( !isToRetry( descriptor_, POLLIN ) ) {
          throw Error( "cannot read " + name_ + ": " + std::strerror( errno ) );
       }
    }

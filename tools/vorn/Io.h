@@ -11,6 +11,10 @@
 
 namespace Vorn {
 
+// Writes all of the text, and waits where the descriptor doesn't. Returns 0, or the `errno` that
+// says why it failed.
+int writeAll( int descriptor, std::string_view text ) noexcept;
+
 // Standard output, written when enough has gathered and at flush(). A failed write is an Error.
 class Output {
 public:

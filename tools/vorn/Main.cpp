@@ -2,6 +2,7 @@
 #include "CommandLine.h"
 #include "Terminal.h"
 
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <string_view>
@@ -25,6 +26,8 @@ void printError( const Vorn::Error& error ) {
 } // namespace
 
 int main( int argc, char** argv ) {
+   // A file that may not grow further is an Error then, as a full disk is.
+   std::signal( SIGXFSZ, SIG_IGN );
    try {
       Vorn::Output output;
       Vorn::runCommandLine( argc, argv, VORN_VERSION, output );

@@ -21,6 +21,8 @@
 #include <span>
 #include <utility>
 
+#include <unistd.h>
+
 namespace Vorn {
 
 namespace {
@@ -248,16 +250,46 @@ std::string indexPage() {
 )";
 }
 
-void writeReference( const std::string& folder ) {
+// A folder, made with those above it. Those that were not there go again unless they are kept.
+class NewFolder {
+public:
+   explicit NewFolder( const std::filesystem::path& path ) {
+      std::error_code code;
+      for( auto part = path; !part.empty() && !exists( part, code ); part = part.parent_path() ) {
+         made_.push_back( part );
+      }
+      create_directories( path, code );
+      if( code ) {
+         removeEmpty();
+         throw Error( "cannot make the folder " + inQuotes( path.string() ) + ": " +
+                      code.message() );
+      }
+   }
+   ~NewFolder() { removeEmpty(); }
+   NewFolder( const NewFolder& ) = delete;
+   NewFolder& operator=( const NewFolder& ) = delete;
+
+   void keep() { made_.clear(); }
+
+private:
+   void removeEmpty() {
+      for( const auto& part : made_ ) {
+         ::rmdir( part.c_str() );
+      }
+   }
+
+   std::vector<std::filesystem::path> made_; // the innermost first
+};
+
+void writeReference( const std::string& path ) {
    const auto pages = referencePages();
-   std::error_code code;
-   std::filesystem::create_directories( folder, code );
-   if( code ) {
-      throw Error( "cannot make the folder " + inQuotes( folder ) + ": " + code.message() );
-   }
+   NewFolder folder( path );
+   std::vector<FileText> files;
    for( const Page& page : pages ) {
-      writeFile( std::filesystem::path( folder ) / page.file, page.text );
+      files.push_back( { std::filesystem::path( path ) / page.file, page.text } );
    }
+   writeFiles( files );
+   folder.keep();
 }
 
 } // namespace
@@ -278,8 +310,8 @@ Verb addReference( CLI::App& commandLine ) {
    describe( *verb,
              "Writes a page of Markdown for each table or register, and index.md, into the folder: "
              "chip types and variants, dimensions, addresses, tags, fields, and a drawing of each "
-             "format. Pages of these names that are there already are replaced, other files are "
-             "left alone.",
+             "format. Pages of these names that are there already are replaced, all of them or "
+             "none; other files are left alone.",
              "  vorn reference reference" );
    return { verb, [folder]( Output& ) { writeReference( *folder ); } };
 }
