@@ -27,7 +27,8 @@ echo "== cppcheck"
 cppcheck --std=c++20 --language=c++ --enable=warning,style,performance,portability --quiet \
    --suppressions-list=.cppcheck --error-exitcode=1 -j "$(nproc)" \
    --template='{file}:{line}: {severity}: {message} [{id}]' \
-   -Iinclude -Isrc -Itools/vorn $(printf -- '-I%s ' platform/*/include) platform/*/src src tools ||
+   -Iinclude -Isrc -Icodec/include -Itools/vorn $(printf -- '-I%s ' platform/*/include) \
+   platform/*/src src codec/src tools ||
    failed=1
 
 echo "== clang-tidy"
@@ -43,5 +44,5 @@ tidy() {
       failed=1
 }
 tidy '' platform/*/src/*.cpp src/frame/*.cpp src/registry/*.cpp $classes
-tidy "$tool_checks" tools/vorn/*.cpp
+tidy "$tool_checks" codec/src/*.cpp tools/vorn/*.cpp
 exit $failed

@@ -10,6 +10,7 @@
 #include <Kelvar/Types.h>
 #include <Oru/String.h>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -54,5 +55,40 @@ struct PairInfo {
 // Facts of one pair of the named class; empty for an unknown name or an invalid pair. Unlike the
 // classes' own operations it never asserts and never traces, so it can be asked about any input.
 HARDWARE_API std::optional<PairInfo> pairInfo( std::string_view name, U32 chipType, U8 variant );
+
+// Where a field lies in the entries of one pair.
+struct PairField {
+   U32 identifier;
+   std::string_view name;         // as in the accessors
+   std::string_view hardwareName; // as in the hardware's documents
+   U16 offset;                    // in bits of the entry
+   U16 width;                     // in bits, 1 to 512
+   bool readOnly;
+   U8 constant; // what every entry of the pair holds in a tag field; 0 in other fields
+};
+
+// Writes the fields that the pair has, in their declared order, to `fields`, but no more than
+// `capacity`. Returns how many the pair has; 0 for an unknown name or an invalid pair. Never
+// asserts and never traces.
+//
+//    Hardware::PairField fields[8];
+//    const std::size_t count = Hardware::pairFields( "TcamActionTable", 10, 0, fields, 8 );
+HARDWARE_API std::size_t pairFields( std::string_view name, U32 chipType, U8 variant,
+                                     PairField* fields, std::size_t capacity );
+
+// Where the entries of one pair lie: schanAddress = base + tableEntry * entryStep + arrayIndex *
+// arrayStep. The pointers are to one number for each of the pair's instances.
+struct PairAddress {
+   U32 base;
+   U32 entryStep;
+   U32 arrayStep;
+   const U8* accessTypes;
+   const U8* destBlocks;
+};
+
+// The address of one pair of the named class; empty for an unknown name, an invalid pair and one
+// without an address. Never asserts and never traces.
+HARDWARE_API std::optional<PairAddress> pairAddress( std::string_view name, U32 chipType,
+                                                     U8 variant );
 
 } // namespace Hardware

@@ -72,6 +72,15 @@ const Frame::ClassData* dataOf( std::string_view name ) {
    return nullptr;
 }
 
+// Kind of a valid pair; null for an invalid one, or without a class.
+const Frame::Kind* kindOf( const Frame::ClassData* data, U32 chipType, U8 variant ) {
+   if( data == nullptr ) {
+      return nullptr;
+   }
+   const Frame::Kind& kind = Frame::kindOf( *data, chipType, variant );
+   return kind.format == Frame::noFormat ? nullptr : &kind;
+}
+
 } // namespace
 
 std::shared_ptr<Kelvar::AsicBase> stringObj( Oru::String name, Hardware::ChipType chipType,
@@ -105,15 +114,56 @@ std::vector<FieldInfo> classFields( std::string_view name ) {
 
 std::optional<PairInfo> pairInfo( std::string_view name, U32 chipType, U8 variant ) {
    const Frame::ClassData* const data = dataOf( name );
-   if( data == nullptr ) {
+   const Frame::Kind* const kind = kindOf( data, chipType, variant );
+   if( kind == nullptr ) {
       return std::nullopt;
    }
-   const Frame::Kind& kind = Frame::kindOf( *data, chipType, variant );
-   if( kind.format == Frame::noFormat ) {
+   return PairInfo{ data->isTable,           kind->width,      kind->entries,
+                    kind->arrayElements,     kind->fieldCount, kind->instanceCount,
+                    kind->variantCount != 0, kind->hasAddress };
+}
+
+std::size_t pairFields( std::string_view name, U32 chipType, U8 variant, PairField* fields,
+                        std::size_t capacity ) {
+   const Frame::ClassData* const data = dataOf( name );
+   const Frame::Kind* const kind = kindOf( data, chipType, variant );
+   if( kind == nullptr ) {
+      return 0;
+   }
+   std::size_t count = 0;
+   for( unsigned number = 0; number < data->fieldCount; ++number ) {
+      const Frame::Cell cell = Frame::cellOf( *data, number, static_cast<U8>( chipType ), variant );
+      if( !cell.present() ) {
+         continue;
+      }
+      if( count < capacity ) {
+         const Frame::FieldData& field = data->fields[number];
+         const CatalogueRow& row = Frame::catalogueRowOf( field.identifier );
+         const auto* const tagEnd = kind->tag + kind->tagCount;
+         const auto* const tag =
+            std::find_if( kind->tag, tagEnd, [number]( const Frame::TagField& tagField ) {
+               return tagField.field == number;
+            } );
+         fields[count] = { row.identifier,
+                           row.name,
+                           row.hardwareName,
+                           cell.offset,
+                           cell.width,
+                           field.readOnly,
+                           tag == tagEnd ? U8( 0 ) : tag->value };
+      }
+      ++count;
+   }
+   return count;
+}
+
+std::optional<PairAddress> pairAddress( std::string_view name, U32 chipType, U8 variant ) {
+   const Frame::Kind* const kind = kindOf( dataOf( name ), chipType, variant );
+   if( kind == nullptr || !kind->hasAddress ) {
       return std::nullopt;
    }
-   return PairInfo{ data->isTable,   kind.width,         kind.entries,           kind.arrayElements,
-                    kind.fieldCount, kind.instanceCount, kind.variantCount != 0, kind.hasAddress };
+   return PairAddress{ kind->base, kind->entryStep, kind->arrayStep, kind->accessType,
+                       kind->destBlock };
 }
 
 } // namespace Hardware

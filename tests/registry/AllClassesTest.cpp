@@ -151,6 +151,32 @@ TEST( AllClasses, AreThoseOfTheRegistry ) {
    EXPECT_EQ( names, Hardware::classNames() );
 }
 
+TEST( AllClasses, RegistryPlacesFieldsWhereTheViewsDo ) {
+   for( const Pair& pair : pairs() ) {
+      const auto view = pair.view();
+      std::vector<Hardware::PairField> fields( view->fieldCount() );
+      ASSERT_EQ( Hardware::pairFields( pair.name, pair.chipType, pair.variant, fields.data(),
+                                       fields.size() ),
+                 fields.size() );
+      auto field = fields.begin();
+      for( const Hardware::FieldInfo& declared : Hardware::classFields( pair.name ) ) {
+         if( !view->isFieldValid( declared.identifier ) ) {
+            continue;
+         }
+         ASSERT_NE( field, fields.end() ) << pair;
+         EXPECT_EQ( field->identifier, declared.identifier ) << pair;
+         EXPECT_EQ( field->name, declared.name ) << pair;
+         EXPECT_EQ( field->readOnly, declared.readOnly ) << pair;
+         EXPECT_EQ( field->offset, view->fieldOffset( declared.identifier ) ) << pair;
+         EXPECT_EQ( field->width, view->fieldWidth( declared.identifier ) ) << pair;
+         EXPECT_EQ( field->constant, declared.readOnly ? view->stringField( declared.name, 0 ) : 0 )
+            << pair;
+         ++field;
+      }
+      EXPECT_EQ( field, fields.end() ) << pair;
+   }
+}
+
 TEST( AllClasses, RegistryReachesTheClassOfTheName ) {
    std::size_t reached = 0;
    for( const Class& one : classes() ) {

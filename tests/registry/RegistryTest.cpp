@@ -412,6 +412,8 @@ TEST( Facts, OfUnknownNamesAreEmpty ) {
       EXPECT_TRUE( Hardware::classFields( name ).empty() ) << name;
       EXPECT_FALSE( Hardware::pairInfo( name, 2, 0 ) ) << name;
       EXPECT_FALSE( Hardware::pairInfo( name, 10, 0 ) ) << name;
+      EXPECT_EQ( Hardware::pairFields( name, 10, 0, nullptr, 0 ), 0u ) << name;
+      EXPECT_FALSE( Hardware::pairAddress( name, 10, 0 ) ) << name;
    }
 }
 
@@ -420,6 +422,8 @@ TEST( Facts, OfInvalidPairsAreEmpty ) {
    EXPECT_FALSE( Hardware::pairInfo( "TcamActionTable", 2, 1 ) );
    for( const U32 chipType : { 0u, 9u, 21u, 255u, 258u, 0x80000002u, 0xffffffffu } ) {
       EXPECT_FALSE( Hardware::pairInfo( "TcamActionTable", chipType, 0 ) ) << chipType;
+      EXPECT_EQ( Hardware::pairFields( "TcamActionTable", chipType, 0, nullptr, 0 ), 0u );
+      EXPECT_FALSE( Hardware::pairAddress( "TcamActionTable", chipType, 0 ) ) << chipType;
    }
 }
 
@@ -462,12 +466,43 @@ TEST( Facts, OfSomeClasses ) {
    EXPECT_FALSE( software->hasAddress );
 }
 
+TEST( Facts, OfFieldsFillNoMoreThanTheirRoom ) {
+   Hardware::PairField fields[24] = {};
+   ASSERT_EQ( Hardware::pairFields( "LifTable", 10, 0, fields, 2 ), 23u );
+   EXPECT_NE( fields[1].identifier, 0u );
+   EXPECT_EQ( fields[2].identifier, 0u );
+   ASSERT_EQ( Hardware::pairFields( "LifTable", 10, 0, fields, 24 ), 23u );
+   const auto* const tag = std::find_if(
+      fields, fields + 23, []( const auto& field ) { return field.name == "resultType"; } );
+   EXPECT_EQ( tag->identifier, 296u );
+   EXPECT_EQ( tag->hardwareName, "RESULT_TYPE" );
+   EXPECT_EQ( tag->offset, 174 );
+   EXPECT_EQ( tag->width, 6 );
+   EXPECT_TRUE( tag->readOnly );
+   EXPECT_EQ( tag->constant, 58 );
+}
+
+TEST( Facts, OfAddresses ) {
+   const auto action = Hardware::pairAddress( "TcamActionTable", 10, 0 );
+   ASSERT_TRUE( action );
+   EXPECT_EQ( action->base, 0x1100000u );
+   EXPECT_EQ( action->entryStep, 1u );
+   EXPECT_EQ( action->arrayStep, 2048u );
+   EXPECT_EQ( action->accessTypes[0], 4 );
+   EXPECT_EQ( action->accessTypes[1], 6 );
+   EXPECT_EQ( action->destBlocks[0], 6 );
+   EXPECT_EQ( action->destBlocks[1], 6 );
+   EXPECT_FALSE( Hardware::pairAddress( "LifTable", 21, 0 ) );
+}
+
 TEST( Facts, AreNotTraced ) {
    EXPECT_TRUE( Testing::tracesOf( 8, [] {
                    Hardware::classNames();
                    Hardware::classFields( "LifTable" );
                    Hardware::pairInfo( "LifTable", 10, 0 );
                    Hardware::pairInfo( "LifTable", 9, 0 );
+                   Hardware::pairFields( "LifTable", 10, 0, nullptr, 0 );
+                   Hardware::pairAddress( "LifTable", 10, 0 );
                 } ).empty() );
 }
 

@@ -1,0 +1,84 @@
+// Whole images from the values of their fields, and the values from an image.
+#pragma once
+
+#include <Vorn/Export.h>
+#include <Vorn/Layout.h>
+#include <Vorn/Value.h>
+
+#include <Kelvar/Types.h>
+
+#include <cstddef>
+#include <initializer_list>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace Vorn {
+
+// A field by its name, and a value of it.
+struct FieldValue {
+   std::string_view name;
+   Value value;
+};
+
+// What becomes of two values that contradict each other in bits that their fields share:
+// an Error that names both, or the later one holds.
+enum class Overlap { refused, laterHolds };
+
+// The image of an entry with these values, zero but for them and the tag, or with all else as in
+// the image `from`, which must be one of the pair. A field that is given twice, cannot be set or is
+// too narrow for its value is an Error. A tag field may be given, with the value that it has.
+//
+//    const Vorn::Layout lif( "LifTable", "BCM88690_B0" );
+//    const auto image = Vorn::compose( lif, { { "vsi", 2000 }, { "vlanEditVid1", 100 } } );
+//    const auto other = Vorn::compose( lif, image, { { "vsi", 2001 } } );
+VORN_API std::vector<U8> compose( const Layout& layout, std::span<const FieldValue> values,
+                                  Overlap overlap = Overlap::refused );
+VORN_API std::vector<U8> compose( const Layout& layout, std::span<const U8> from,
+                                  std::span<const FieldValue> values,
+                                  Overlap overlap = Overlap::refused );
+VORN_API std::vector<U8> compose( const Layout& layout, std::initializer_list<FieldValue> values,
+                                  Overlap overlap = Overlap::refused );
+VORN_API std::vector<U8> compose( const Layout& layout, std::span<const U8> from,
+                                  std::initializer_list<FieldValue> values,
+                                  Overlap overlap = Overlap::refused );
+
+// The values of all fields of the image, in declared order; the tag is among them, and not checked.
+// An image that doesn't reach to the end of the last field is an Error.
+VORN_API std::vector<FieldValue> decompose( const Layout& layout, std::span<const U8> image );
+
+// Images of one pair, each composed field by field in memory that is allocated once.
+class VORN_API Composer {
+public:
+   explicit Composer( Layout layout, Overlap overlap = Overlap::refused );
+
+   const Layout& layout() const { return layout_; }
+
+   // Begins anew with a fresh entry, or with an image of the pair: another length and another tag
+   // are Errors.
+   void reset();
+   void reset( std::span<const U8> from );
+
+   // The named field, to be set. One that cannot be set, or that was already, is an Error.
+   const Field& open( std::string_view name );
+
+   // Sets a field of open(). A value too large for it, and one that contradicts an earlier value
+   // where that is refused, are Errors. `given` is the text that it was read from, for the message.
+   void set( const Field& field, const Value& value, std::string_view given = {} );
+
+   // Sets all bits of a field of open().
+   void fill( const Field& field ) { set( field, Value::onesOf( field.width ) ); }
+
+   std::span<const U8> image() const { return image_; }
+
+private:
+   void requireAgreement( const Field& field, const Value& value ) const;
+
+   Layout layout_;
+   Overlap overlap_;
+   std::vector<U8> blank_;
+   std::vector<U8> image_;
+   std::vector<const Field*> set_;
+};
+
+} // namespace Vorn

@@ -1,0 +1,194 @@
+// The entries of one pair of a table: which fields they have, and their values in images.
+#pragma once
+
+#include <Vorn/Bits.h>
+#include <Vorn/Chip.h>
+#include <Vorn/Error.h>
+#include <Vorn/Export.h>
+#include <Vorn/Value.h>
+
+#include <Hardware/Registry.h>
+#include <Kelvar/Types.h>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vorn {
+
+// A field of a pair. Its names live as long as the program.
+struct Field {
+   std::string_view name;         // as in the accessors: "vlanDomain"
+   std::string_view hardwareName; // as in the hardware's documents: "VLAN_DOMAIN"
+   U32 identifier;
+   U32 offset;    // in bits of the entry; bit 0 is the lowest of byte 0
+   U32 width;     // in bits, 1 to 512
+   bool readOnly; // part of the tag, which every entry of the pair has
+
+   U32 end() const { return offset + width; }
+   bool overlaps( const Field& other ) const {
+      return offset < other.end() && other.offset < end();
+   }
+
+   friend bool operator==( const Field&, const Field& ) = default;
+};
+
+// A field whose value is the same in every entry of a pair.
+struct TagField {
+   Field field;
+   U64 value;
+
+   friend bool operator==( const TagField&, const TagField& ) = default;
+};
+
+// Which entry of a memory: the entry of an element of the array of an instance.
+struct EntryIndex {
+   U64 entry = 0;
+   U64 array = 0;
+   U64 identifier = 0; // of the instance
+
+   friend bool operator==( const EntryIndex&, const EntryIndex& ) = default;
+};
+
+// Where an entry lies, as the chip's S-channel says it.
+struct Address {
+   U32 schanAddress = 0;
+   U8 accessType = 0;
+   U8 destBlock = 0;
+
+   friend bool operator==( const Address&, const Address& ) = default;
+};
+
+// The layout of a table's entries on one chip type and variant.
+//
+//    const Vorn::Layout lif( "LifTable", "BCM88690_B0", 0 );
+//    std::vector<U8> image = lif.blank();
+//    lif.set( image, "vsi", 2000 );
+//    lif.get( image, "vsi" );            // 2000
+//    lif.address( { .entry = 4097 } );   // where the entry lies
+//
+// A layout is worked out once, when it is made, and never changes: copies share it, and threads may
+// use it and its copies at the same time. Nothing here asserts or traces; what a function can't
+// take is an Error, and no image has been changed then.
+//
+// An image is the bytes of an entry, byte 0 first. It may be longer than the entry; no function
+// reads or writes a byte that the field doesn't share a word with, nor any beyond the image.
+class VORN_API Layout {
+public:
+   // An unknown table, chip type or variant and a pair that the table lacks are Errors. The chip
+   // type is given by its name or number: "BCM88690_B0", "10", 10, Hardware::BCM88690_B0.
+   Layout( std::string_view table, std::string_view chip, U64 variant = 0 );
+   Layout( std::string_view table, U64 chip, U64 variant = 0 );
+
+   std::string_view table() const;
+   const Chip& chip() const;
+   U8 variant() const;
+
+   // "LifTable on BCM88690_B0 variant 3"; the variant is left out where there is no other.
+   std::string pairText() const;
+
+   // Its end alone, " variant 3" or nothing.
+   std::string variantText() const;
+
+   // What a memory or register of the pair looks like: `entries`, `arrayElements`, `instanceCount`
+   // and so on.
+   const Hardware::PairInfo& info() const;
+
+   // Bytes of an entry.
+   std::size_t bytes() const;
+
+   // The fields of the pair in their declared order.
+   std::span<const Field> fields() const;
+
+   // The field of that name. A field that the pair lacks is an Error, which says where it exists.
+   const Field& field( std::string_view name ) const;
+
+   // The same by its identifier.
+   const Field& field( U32 identifier ) const;
+
+   // The same, but for setting it: a read-only one is an Error, too.
+   const Field& settable( std::string_view name ) const;
+
+   bool has( std::string_view name ) const;
+
+   // The other fields that share bits with this one, in declared order.
+   std::vector<Field> overlapping( std::string_view name ) const;
+
+   // The constants that tell entries of the pair from others; none where a fresh entry is all zero.
+   std::span<const TagField> tag() const;
+
+   // The first of them that the image doesn't hold; nothing where it holds all. An image that is
+   // too short for them is an Error.
+   std::optional<TagField> wrongTag( std::span<const U8> image ) const;
+
+   // The pair of the same table and chip type whose entries are as long as the image and whose tag
+   // it holds, the first of several; nothing where there is none.
+   std::optional<Layout> variantOf( std::span<const U8> image ) const;
+
+   // A fresh entry of bytes() bytes: zero but for the tag.
+   std::vector<U8> blank() const;
+
+   // The value of a field of 64 bits or less; a wider one is an Error, and so is an image that ends
+   // before the field does.
+   U64 get( std::span<const U8> image, std::string_view name ) const {
+      return get( image, field( name ) );
+   }
+
+   // The value of a field of any width. An image that ends before the field does is an Error.
+   Value value( std::span<const U8> image, std::string_view name ) const {
+      return value( image, field( name ) );
+   }
+
+   // Sets a field. A value too large for it, a read-only field, and an image that ends before the
+   // field does are Errors.
+   void set( std::span<U8> image, std::string_view name, const Value& value ) const {
+      set( image, settable( name ), value );
+   }
+
+   // The same for a field of fields(), without looking it up.
+   U64 get( std::span<const U8> image, const Field& field ) const {
+      if( field.width - 1 > 63 || field.end() > 8 * image.size() ) [[unlikely]] {
+         refuseGet( image.size(), field );
+      }
+      return Detail::bitsAt( image.data(), image.size(), field.offset, field.width );
+   }
+   Value value( std::span<const U8> image, const Field& field ) const;
+   void set( std::span<U8> image, const Field& field, const Value& value ) const;
+
+   // That the value fits into the field, else an Error. `given` is the text that it was read from,
+   // for the message.
+   void requireFits( const Field& field, const Value& value, std::string_view given = {} ) const;
+
+   // That the image reaches to the end of the last field, else an Error.
+   void requireFields( std::span<const U8> image ) const;
+
+   // That the image is as long as an entry and holds the tag, else an Error, which names the
+   // variant whose tag it holds.
+   void requireEntry( std::span<const U8> image ) const;
+
+   // Where an entry lies; nothing where the pair has no address. An index out of range is an Error.
+   std::optional<Address> address( const EntryIndex& index ) const;
+
+   // The same pair.
+   VORN_API friend bool operator==( const Layout& left, const Layout& right );
+
+private:
+   struct State;
+
+   Layout( std::string_view table, const Chip& chip, U64 variant );
+   [[noreturn]] void refuseName( std::string_view name, bool forSetting ) const;
+   [[noreturn]] void refuseGet( std::size_t bytes, const Field& field ) const;
+   [[noreturn]] void refuseEnd( std::size_t bytes, const Field& field ) const;
+
+   std::shared_ptr<const State> state_;
+};
+
+// The layouts of all pairs of a chip type, in order of their tables; of a table that doesn't look
+// at the variant, the one of variant 0.
+VORN_API std::vector<Layout> layoutsOn( const Chip& chip );
+
+} // namespace Vorn

@@ -1,0 +1,26 @@
+// The nearest right name for a wrong one.
+#pragma once
+
+#include <Vorn/Export.h>
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace Vorn {
+
+// How many insertions, deletions, replacements and swaps of neighbours turn `left` into `right`,
+// where neither case nor underscores count: VLAN_DOMAIN is at no distance from vlanDomain.
+VORN_API unsigned editDistance( std::string_view left, std::string_view right );
+
+// The name of `right` at the least distance from `wrong`, if it is near enough to be what was
+// meant: at most a third of the longer one's length.
+VORN_API std::optional<std::string_view> nearest( std::string_view wrong,
+                                                  std::span<const std::string_view> right );
+
+// The end of a message about a wrong name: "; did you mean vlanDomain?", or the whole list when
+// no name is near: "; allowed: vlanDomain, portEmAccCmd".
+VORN_API std::string suggestion( std::string_view wrong, std::span<const std::string_view> right );
+
+} // namespace Vorn

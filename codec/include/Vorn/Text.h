@@ -1,0 +1,36 @@
+// Pieces of messages: what was given, lists, ranges, bytes.
+#pragma once
+
+#include <Vorn/Export.h>
+
+#include <Kelvar/Types.h>
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace Vorn {
+
+// `text` with control characters and what is no UTF-8 escaped, and what is beyond `limit` bytes
+// cut, so that it fits into a message of one line.
+VORN_API std::string shown( std::string_view text, std::size_t limit = 60 );
+
+// The same in double quotes.
+VORN_API std::string inQuotes( std::string_view text );
+
+// The column, counted in characters of UTF-8 from 1, of the byte at position `at` of the line.
+VORN_API std::size_t columnOf( std::string_view line, std::size_t at );
+
+// "one, two, three".
+VORN_API std::string listOf( std::span<const std::string_view> names,
+                             std::string_view between = ", " );
+
+// Ascending numbers as "0-4,6"; two neighbours stay "2,3".
+VORN_API std::string rangesOf( std::span<const U32> numbers );
+
+// Appends two lower-case digits for each byte, with `between` put between the bytes.
+VORN_API void appendHex( std::string& text, std::span<const U8> bytes,
+                         std::string_view between = {} );
+
+} // namespace Vorn

@@ -1,0 +1,109 @@
+// The tables, and the pairs of chip type and variant that each of them has.
+#include <Vorn/Pairs.h>
+
+#include <Vorn/Chip.h>
+#include <Vorn/Error.h>
+#include <Vorn/Suggest.h>
+#include <Vorn/Text.h>
+
+#include <Hardware/Registry.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace Vorn {
+
+namespace {
+
+// Whether the pair has the field.
+bool hasField( std::string_view table, U32 chip, U32 variant, U32 identifier ) {
+   std::array<Hardware::PairField, 128> fields;
+   const std::size_t count =
+      Hardware::pairFields( table, chip, static_cast<U8>( variant ), fields.data(), fields.size() );
+   return std::any_of(
+      fields.begin(), fields.begin() + count,
+      [identifier]( const Hardware::PairField& field ) { return field.identifier == identifier; } );
+}
+
+bool sameVariants( const ChipVariants& left, const ChipVariants& right ) {
+   return left.any == right.any && ( left.any || left.variants == right.variants );
+}
+
+} // namespace
+
+std::span<const std::string_view> allTables() {
+   static const std::vector<std::string_view> tables = Hardware::classNames();
+   return tables;
+}
+
+std::string_view tableNamed( std::string_view name ) {
+   const auto tables = allTables();
+   const auto found = std::find( tables.begin(), tables.end(), name );
+   if( found == tables.end() ) {
+      throw Error( "unknown table " + inQuotes( name ) + suggestion( name, tables ) );
+   }
+   return *found;
+}
+
+std::string ChipVariants::text() const { return any ? "any" : rangesOf( variants ); }
+
+std::optional<ChipVariants> variantsOn( std::string_view table, U32 chip ) {
+   const auto first = Hardware::pairInfo( table, chip, 0 );
+   if( first && !first->hasVariants ) {
+      return ChipVariants{ chip, { 0 }, true };
+   }
+   ChipVariants found{ chip, {}, false };
+   for( unsigned variant = 0; variant < 256; ++variant ) {
+      if( Hardware::pairInfo( table, chip, static_cast<U8>( variant ) ) ) {
+         found.variants.push_back( variant );
+      }
+   }
+   return found.variants.empty() ? std::nullopt : std::optional( std::move( found ) );
+}
+
+std::vector<ChipVariants> pairsOf( std::string_view table ) {
+   std::vector<ChipVariants> pairs;
+   for( const Chip& chip : allChips() ) {
+      if( auto variants = variantsOn( table, chip.number ) ) {
+         pairs.push_back( std::move( *variants ) );
+      }
+   }
+   return pairs;
+}
+
+std::vector<ChipVariants> pairsWithField( std::string_view table, U32 identifier ) {
+   std::vector<ChipVariants> pairs = pairsOf( table );
+   for( ChipVariants& pair : pairs ) {
+      std::erase_if( pair.variants, [&]( U32 variant ) {
+         return !hasField( table, pair.chip, variant, identifier );
+      } );
+   }
+   std::erase_if( pairs, []( const ChipVariants& pair ) { return pair.variants.empty(); } );
+   return pairs;
+}
+
+std::string textOf( std::span<const ChipVariants> pairs ) {
+   struct Group {
+      const ChipVariants* first;
+      std::vector<U32> chips;
+   };
+   std::vector<Group> groups;
+   for( const ChipVariants& pair : pairs ) {
+      auto group = std::find_if( groups.begin(), groups.end(), [&]( const Group& other ) {
+         return sameVariants( *other.first, pair );
+      } );
+      if( group == groups.end() ) {
+         group = groups.insert( group, { &pair, {} } );
+      }
+      group->chips.push_back( pair.chip );
+   }
+   std::string result;
+   for( const Group& group : groups ) {
+      result.append( result.empty() ? "" : "; " );
+      result.append( rangesOf( group.chips ) ).append( ": " ).append( group.first->text() );
+   }
+   return result;
+}
+
+} // namespace Vorn
