@@ -75,6 +75,16 @@ ROW_KINDS = {
 }
 
 
+def after_elements(text, place, count):
+    """The place after the comma that ends the `count`-th element of a braced list."""
+    while count:
+        place += 1
+        if text[place] in '({':
+            place = closing(text, place)
+        count -= text[place] == ','
+    return place + 1
+
+
 def description_sites(name, source, rng):
     """What a class's description says."""
     code = blanked(source)
@@ -88,7 +98,7 @@ def description_sites(name, source, rng):
         yield Mutant(name, 'cell left out', match.start(), match.end(), 'absent')
     for match in re.compile(r'\babsent\b').finditer(code, begin, end):
         yield Mutant(name, 'cell added', match.start(), match.end(), 'at( 0, 1 )')
-    for match in re.compile(r'\b(chips|variants)\(').finditer(code, begin, end):
+    for match in re.compile(r'\b(chips|variants)\(').finditer(code, 0, end):
         for number in numbers(code, match.end(), closing(code, match.end() - 1)):
             yield Mutant(name, match.group(1)[:-1] + ' set', number.start(), number.end(),
                          one_more_or_less(rng, number))
@@ -97,12 +107,10 @@ def description_sites(name, source, rng):
         if start < 0:
             continue
         opening = start + len(section) + 2
-        for row in re.compile(r'\{ chips\(').finditer(code, opening, closing(code, opening)):
-            variants = re.compile(r'variants\(|anyVariant').search(code, row.end())
-            behind = variants.end() if variants.group() == 'anyVariant' else \
-                closing(code, variants.end() - 1)
+        for row in re.compile(r'(?<=\n      )\{').finditer(code, opening, closing(code, opening)):
             row_end = closing(code, row.start())
-            for kind, number in zip(kinds, numbers(code, behind, row_end)):
+            stated = after_elements(code, row.start(), 2)
+            for kind, number in zip(kinds, numbers(code, stated, row_end)):
                 yield Mutant(name, kind, number.start(), number.end(),
                              one_more_or_less(rng, number))
     start = code.find('tags( {', begin)
@@ -205,7 +213,7 @@ def class_of(name):
 
 
 def is_class(name):
-    return name.startswith('src/tables/') or (
+    return name.startswith('include/Hardware/layouts/') or (
         name.startswith('include/Hardware/fields/') and class_of(name) != 'Catalogue')
 
 
@@ -218,7 +226,7 @@ def drawn(tree, count, seed):
             yield from find(name, path.read_text(), rng)
 
     by_class = collections.defaultdict(list)
-    for site in sites('src/tables/*/*.cpp', description_sites):
+    for site in sites('include/Hardware/layouts/*.h', description_sites):
         by_class[class_of(site.file)].append(site)
     for site in sites('include/Hardware/fields/*.def', field_list_sites):
         by_class[class_of(site.file)].append(site)
@@ -230,6 +238,7 @@ def drawn(tree, count, seed):
         chosen += drawn_from(one, math.ceil(share['classes'] * math.sqrt(len(one)) / weight), rng)
     areas = {
         'frame': list(sites('src/frame/*', code_sites)) +
+                 list(sites('include/Hardware/detail/*.h', code_sites)) +
                  drawn_from(list(sites('include/Hardware/fields/Catalogue.def', catalogue_sites)),
                             40, rng),
         'platform': list(sites('platform/*/src/*', code_sites)) +
@@ -382,7 +391,7 @@ class Bench:
             replaced = self.compiled(self.objects_of('Catalogue.cpp', 'CatalogueTest.cpp'), quick)
             self.linked(library, replaced)
             self.tested(self.linked('tests/registryTest', replaced), 'Catalogue.*')
-        elif name.startswith('src/frame/'):
+        elif name.startswith(('src/frame/', 'include/Hardware/detail/')):
             replaced = self.compiled(self.affected(name, 'VornFrame', 'frameTest'), quick)
             self.tested(self.linked('tests/frameTest', replaced))
             self.refused()

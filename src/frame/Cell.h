@@ -1,43 +1,10 @@
-// What a description states and the library still knows at run time: where a field lies, a tag's
-// value, and how far the numbers go.
+// Where fields lie, as the frame calls it.
 #pragma once
 
-#include <Kelvar/Types.h>
+#include <Hardware/detail/Cell.h>
 
 namespace Hardware::Frame {
 
-// Chip types are numbered below this; variants too. Variant 31 stands for all numbers from 31 on,
-// which only classes without variants accept.
-inline constexpr unsigned chipLimit = 32;
-inline constexpr unsigned variantLimit = 32;
-
-// Where a field lies. A cell of width 0 is absent; one left out of a row is a flaw.
-struct Cell {
-   U16 offset = 0xffff;
-   U16 width = 0xffff;
-
-   constexpr bool stated() const { return width != 0xffff; }
-   constexpr bool present() const { return stated() && width != 0; }
-   constexpr unsigned end() const { return static_cast<unsigned>( offset ) + width; }
-   constexpr unsigned bytes() const { return ( end() + 7 ) / 8; }
-
-   friend constexpr bool operator==( const Cell&, const Cell& ) = default;
-};
-
-inline constexpr Cell absent{ 0, 0 };
-
-// How many instances of a memory a description can state.
-inline constexpr unsigned instanceLimit = 2;
-
-inline constexpr U8 noField = 0xff;
-
-struct TagField {
-   U8 field = noField;
-   U8 value = 0;
-
-   friend constexpr bool operator==( const TagField&, const TagField& ) = default;
-};
-
-inline constexpr unsigned tagFieldLimit = 4;
+using namespace Layouts;
 
 } // namespace Hardware::Frame

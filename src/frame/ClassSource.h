@@ -1,4 +1,4 @@
-// All that the source file of a class needs before its description.
+// All that the source file of a class needs of the frame.
 #pragma once
 
 #include "Operations.h"

@@ -5,12 +5,10 @@
 
 #define HARDWARE_VIEW SampleRegister
 #define HARDWARE_FIELDS "frame/SampleRegister.def"
-#include "frame/DefineFieldNumbers.inc"
 
-namespace Hardware {
-namespace {
+namespace Hardware::Layouts::SampleRegister {
 
-using namespace Frame;
+#include <Hardware/detail/FieldNumbers.inc>
 
 #ifdef REFUSED_countDisagrees
 constexpr U16 count = 1;
@@ -45,7 +43,6 @@ constexpr auto description =
              fieldCounts( { { chips( 4 ), variants( 0 ), count } } ),
              addresses( { { chips( 4 ), variants( 0 ), 0x100, 0, 0, { { 0, 1 } } } } ), someTags );
 
-} // namespace
-} // namespace Hardware
+} // namespace Hardware::Layouts::SampleRegister
 
 #include "frame/DefineRegister.inc"

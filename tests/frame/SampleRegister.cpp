@@ -5,12 +5,10 @@
 
 #define HARDWARE_VIEW SampleRegister
 #define HARDWARE_FIELDS "frame/SampleRegister.def"
-#include "frame/DefineFieldNumbers.inc"
 
-namespace Hardware {
-namespace {
+namespace Hardware::Layouts::SampleRegister {
 
-using namespace Frame;
+#include <Hardware/detail/FieldNumbers.inc>
 
 // clang-format off
 constexpr auto description = describe(
@@ -32,7 +30,6 @@ constexpr auto description = describe(
    } ) );
 // clang-format on
 
-} // namespace
-} // namespace Hardware
+} // namespace Hardware::Layouts::SampleRegister
 
 #include "frame/DefineRegister.inc"

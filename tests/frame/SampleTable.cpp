@@ -6,12 +6,10 @@
 #define HARDWARE_VIEW SampleTable
 #define HARDWARE_FIELDS "frame/SampleTable.def"
 #define HARDWARE_DISCRIMINATOR isSampleTable
-#include "frame/DefineFieldNumbers.inc"
 
-namespace Hardware {
-namespace {
+namespace Hardware::Layouts::SampleTable {
 
-using namespace Frame;
+#include <Hardware/detail/FieldNumbers.inc>
 
 // clang-format off
 constexpr auto description = describe(
@@ -73,7 +71,6 @@ constexpr auto description = describe(
    } ) );
 // clang-format on
 
-} // namespace
-} // namespace Hardware
+} // namespace Hardware::Layouts::SampleTable
 
 #include "frame/DefineTable.inc"

@@ -7,7 +7,7 @@ shift 2
 includes='' headers=''
 for folder; do
    includes="$includes -I$folder"
-   headers="$headers $(cd "$folder" && find . -name '*.h' | sort | sed 's|^\./||')"
+   headers="$headers $("${0%/*}/list.sh" "$standard" "$folder")"
 done
 [ -n "$headers" ] || { echo "no headers"; exit 1; }
 count=0

@@ -7,7 +7,7 @@ shift 2
 includes='' all=''
 for folder; do
    includes="$includes -I$folder"
-   all="$all $(cd "$folder" && find . -name '*.h' | sort | sed 's|^\./\(.*\)|#include <\1>|')
+   all="$all $("${0%/*}/list.sh" "$standard" "$folder" | sed 's|.*|#include <&>|')
 "
 done
 
