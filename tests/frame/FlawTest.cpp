@@ -1,40 +1,16 @@
 // The flaws that the compiler sees in a description, each in a small description that has it.
-#include "frame/Compile.h"
+#include "frame/SoundDescription.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using namespace Hardware::Frame;
-
-enum Field : U8 { wide, narrow, tag };
-
-constexpr Declaration declarations[] = {
-   { "wide", "Wide", 100, ValueType::u32, false },
-   { "narrow", "Narrow", 101, ValueType::u8, false },
-   { "tag", "Tag", 102, ValueType::u8, true },
-};
-
-constexpr unsigned storage = 8;
-
-// A sound description; each test replaces one part of it.
-constexpr auto soundLayout = layout( block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) },
-                                            {
-                                               { wide, { at( 0, 17 ), at( 0, 32 ) } },
-                                               { narrow, { at( 32, 8 ), absent } },
-                                               { tag, { at( 40, 4 ), at( 60, 4 ) } },
-                                            } ) );
-constexpr auto soundDimensions = dimensions( { { chips( 2, 3 ), variants( 0, 1 ), 2, 16, 1, 2 } } );
-constexpr auto soundCounts =
-   fieldCounts( { { chips( 2 ), variants( 0, 1 ), 3 }, { chips( 3 ), variants( 0, 1 ), 2 } } );
-constexpr auto soundAddresses =
-   addresses( { { chips( 2, 3 ), variants( 0, 1 ), 0x100, 1, 0, { { 1, 2 }, { 3, 4 } } } } );
-constexpr auto soundTags = tags( { { chips( 2, 3 ), variants( 0, 1 ), { { tag, 15 } } } } );
+using namespace Testing;
 
 template<class Description, std::size_t Fields>
 Finding finding( const Description& description, const Declaration ( &fields )[Fields],
                  unsigned bytes = storage ) {
-   return findingOf( description, fields, bytes );
+   return compile( description, fields, bytes ).finding;
 }
 
 #define EXPECT_FLAW( flawName, ... ) EXPECT_EQ( ( __VA_ARGS__ ).flaw, Flaw::flawName )
@@ -48,8 +24,8 @@ Finding ofLayout( const Placements<Count>& other ) {
 
 template<std::size_t Fields, std::size_t Count>
 Formats<Fields> formatsOfLayout( const Placements<Count>& other ) {
-   return formatsOf<Fields>(
-      describe( other, soundDimensions, soundCounts, soundAddresses, soundTags ) );
+   Finding unused;
+   return formatsOf<Fields>( other.rows, unused );
 }
 
 template<std::size_t Count>
@@ -147,6 +123,19 @@ TEST( Flaw, CellLeftOut ) {
    constexpr auto other = layout(
       block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) }, { { wide, { at( 0, 17 ) } } } ) );
    EXPECT_FLAW( cellLeftOut, ofLayout( other ) );
+}
+
+TEST( Flaw, SurplusCell ) {
+   constexpr auto one =
+      layout( block( variants( 0, 1 ), { chips( 2 ) },
+                     { { wide, { at( 0, 17 ) } }, { narrow, { at( 32, 8 ), absent } } } ) );
+   const Finding found = ofLayout( one );
+   EXPECT_EQ( found.flaw, Flaw::surplusCell );
+   EXPECT_EQ( found.field, unsigned{ narrow } );
+   constexpr auto many =
+      layout( block( variants( 0, 1 ), { chips( 2 ), chips( 3 ) },
+                     { { wide, { absent, absent, absent, absent, absent } } } ) );
+   EXPECT_FLAW( surplusCell, ofLayout( many ) );
 }
 
 TEST( Flaw, UnknownField ) {
@@ -247,6 +236,20 @@ TEST( Flaw, AddressesDisagreeWithDimensions ) {
    EXPECT_FLAW( instancesDisagree, ofAddresses( oneInstance ) );
 }
 
+TEST( Flaw, PairWithoutAnAddressUnlessThatIsSaid ) {
+   constexpr auto missing =
+      addresses( { { chips( 2 ), variants( 0, 1 ), 0, 1, 0, { { 0, 0 }, { 0, 0 } } },
+                   { chips( 3 ), variants( 0 ), 0, 1, 0, { { 0, 0 }, { 0, 0 } } } } );
+   const Finding found = ofAddresses( missing );
+   EXPECT_EQ( found.flaw, Flaw::noAddress );
+   EXPECT_EQ( found.chipType, 3u );
+   EXPECT_EQ( found.variant, 1u );
+   constexpr auto said =
+      addresses( { { chips( 2 ), variants( 0, 1 ), 0, 1, 0, { { 0, 0 }, { 0, 0 } } },
+                   { chips( 3 ), variants( 0, 1 ), noAddress } } );
+   EXPECT_FLAW( none, ofAddresses( said ) );
+}
+
 TEST( Flaw, StatedCountIsNotTheLayouts ) {
    constexpr auto wrong =
       fieldCounts( { { chips( 2 ), variants( 0, 1 ), 3 }, { chips( 3 ), variants( 0, 1 ), 3 } } );
@@ -290,9 +293,21 @@ TEST( Flaw, Tags ) {
    EXPECT_FLAW( tagFieldAbsent, ofLayout( partly ) );
 }
 
+TEST( Flaw, PairWithATagFieldButNoTagUnlessThatIsSaid ) {
+   constexpr auto missing = tags( { { chips( 2 ), variants( 0, 1 ), { { tag, 1 } } },
+                                    { chips( 3 ), variants( 1 ), { { tag, 1 } } } } );
+   const Finding found = ofTags( missing );
+   EXPECT_EQ( found.flaw, Flaw::untagged );
+   EXPECT_EQ( found.field, unsigned{ tag } );
+   EXPECT_EQ( found.chipType, 3u );
+   EXPECT_EQ( found.variant, 0u );
+   constexpr auto said = tags( { { chips( 2 ), variants( 0, 1 ), { { tag, 1 } } },
+                                 { chips( 3 ), variants( 0, 1 ), { untagged } } } );
+   EXPECT_FLAW( none, ofTags( said ) );
+}
+
 TEST( Flaw, FormatsAreTheDistinctOnes ) {
-   constexpr auto formats = formatsOf<3>(
-      describe( soundLayout, soundDimensions, soundCounts, soundAddresses, soundTags ) );
+   const auto formats = formatsOfLayout<3>( soundLayout );
    EXPECT_EQ( formats.count, 2u );
    EXPECT_EQ( formats.of[2][0], formats.of[2][1] );
    EXPECT_EQ( formats.of[3][0], formats.of[3][1] );
@@ -323,7 +338,7 @@ TEST( Cells, AreTheSameAtOnePlaceAndOfOneWidth ) {
 }
 
 // The utmost that a description may state; more is refused by the compiler.
-TEST( Cells, EndBehindTheirLastBit ) {
+TEST( Cells, EndAfterTheirLastBit ) {
    constexpr Cell cell = at( 4096, 512 );
    EXPECT_EQ( cell.end(), 4608u );
    EXPECT_EQ( cell.bytes(), 576u );
@@ -341,17 +356,18 @@ TEST( Cells, ArePresentWhereStatedAndOfSomeWidth ) {
 }
 
 TEST( Flaw, MoreFormatsThanASetHolds ) {
-   // Each bit of a variant number moves one field, on two chip types: 2 * 31 formats and one more.
-   constexpr auto description = [] {
-      Placements<64> placements{};
-      for( unsigned number = 0; number < 64; ++number ) {
-         placements.rows[number] = { 0, Chips{ U32{ 1 } << ( 2 + number / 31 ) },
-                                     Variants{ U32{ 1 } << number % 31 },
-                                     Cell{ static_cast<U16>( number ), 1 } };
-      }
-      return describe( placements, soundDimensions, soundCounts, soundAddresses );
-   }();
-   EXPECT_EQ( formatsOf<1>( description ).finding.flaw, Flaw::tooManyFormats );
+   Finding found;
+   formatsOf<1>( manyLayouts.rows, found );
+   EXPECT_EQ( found.flaw, Flaw::tooManyFormats );
+   EXPECT_EQ( found.chipType, 4u );
+   EXPECT_EQ( found.variant, 1u );
+}
+
+TEST( Flaw, MorePairsWithFactsOfTheirOwnThanATableNumbers ) {
+   const Finding found = finding( manyFacts, oneDeclaration );
+   EXPECT_EQ( found.flaw, Flaw::tooManyFacts );
+   EXPECT_EQ( found.chipType, 8u );
+   EXPECT_EQ( found.variant, 7u );
 }
 
 TEST( Numbers, OfRangesAndLists ) {
@@ -363,9 +379,8 @@ TEST( Numbers, OfRangesAndLists ) {
 }
 
 TEST( Masks, AreTheUnionOfTheFields ) {
-   constexpr auto formats = formatsOf<3>(
-      describe( soundLayout, soundDimensions, soundCounts, soundAddresses, soundTags ) );
-   constexpr auto masks = masksOf<2, 2>( formats );
+   const auto formats = formatsOfLayout<3>( soundLayout );
+   const auto masks = masksOf<2, 2>( formats );
    EXPECT_EQ( masks.words[formats.of[2][0]][0], 0x1ffffu );
    EXPECT_EQ( masks.words[formats.of[2][0]][1], 0xfffu );
    EXPECT_EQ( masks.words[formats.of[3][0]][0], 0xffffffffu );

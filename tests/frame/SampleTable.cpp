@@ -64,10 +64,13 @@ constexpr auto description = describe(
       { chips( 13 ),   variants( 0, 2, 3, 9 ), 0x30,       0,  7,     { { 0, 9 } } },
       { chips( 5, 6 ), anyVariant,             0x500000,   16, 65536, { { 0, 1 } } },
       { chips( 7 ),    anyVariant,             0x700000,   1,  4096,  { { 0, 1 }, { 0, 2 } } },
+      { chips( 21 ),   variants( 1 ),          noAddress },
    } ),
    tags( {
       { chips( 10, 12 ), variants( 0 ), { { resultType, 33 }, { tid, 7 } } },
       { chips( 10, 12 ), variants( 2, 3 ), { { tid, 63 } } },
+      { chips( 10, 12 ), variants( 9 ), { untagged } },
+      { chips( 13 ), variants( 0, 2, 3, 9 ), { untagged } },
    } ) );
 // clang-format on
 

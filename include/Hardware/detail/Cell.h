@@ -11,7 +11,8 @@ namespace Hardware::Layouts {
 inline constexpr unsigned chipLimit = 32;
 inline constexpr unsigned variantLimit = 32;
 
-// Where a field lies. A cell of width 0 is absent; one left out of a row is a flaw.
+// Where a field lies. A cell of width 0 is absent; one left out of a row is a flaw, as is a surplus
+// one.
 struct Cell {
    U16 offset = 0xffff;
    U16 width = 0xffff;
@@ -25,6 +26,7 @@ struct Cell {
 };
 
 inline constexpr Cell absent{ 0, 0 };
+inline constexpr Cell surplus{ 0, 0xffff };
 
 // How many instances of a memory a description can state.
 inline constexpr unsigned instanceLimit = 2;

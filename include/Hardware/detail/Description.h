@@ -75,9 +75,20 @@ consteval Cell at( unsigned offset, unsigned width ) {
    return { static_cast<U16>( offset ), static_cast<U16>( width ) };
 }
 
-// One field's cells, one for each column of its block.
+// One field's cells, one for each column of its block. Cells left out stay unstated; where there
+// are more than columns, the last one says so.
 template<std::size_t Columns>
 struct Row {
+   template<std::size_t Count>
+   constexpr Row( U8 theField, const Cell ( &theCells )[Count] ) : field( theField ) {
+      for( std::size_t column = 0; column < Columns && column < Count; ++column ) {
+         cells[column] = theCells[column];
+      }
+      if( Count > Columns ) {
+         cells[Columns - 1] = surplus;
+      }
+   }
+
    U8 field;
    Cell cells[Columns];
 };
@@ -108,7 +119,7 @@ consteval Placements<Columns * Rows> block( Variants variants, const Chips ( &co
    return result;
 }
 
-// The blocks of a class, one behind the other.
+// The blocks of a class, one after the other.
 template<std::size_t... Counts>
 consteval auto layout( const Placements<Counts>&... blocks ) {
    Placements<( Counts + ... )> result;
@@ -150,15 +161,27 @@ struct Instance {
    friend constexpr bool operator==( const Instance&, const Instance& ) = default;
 };
 
+// Where the addresses of a memory begin.
+struct Base {
+   constexpr Base() = default;
+   constexpr Base( U32 theAddress ) : address( theAddress ), stated( true ) {}
+
+   U32 address = 0;
+   bool stated = false;
+};
+
 // schanAddress = base + tableEntry * entryStep + arrayIndex * arrayStep.
 struct Address {
    Chips chips;
    Variants variants;
-   U32 base;
-   U32 entryStep;
-   U32 arrayStep;
-   Instance instances[instanceLimit];
+   Base base;
+   U32 entryStep = 0;
+   U32 arrayStep = 0;
+   Instance instances[instanceLimit] = {};
 };
+
+// Of pairs that no memory stands behind: `{ chips( 21 ), variants( 0 ), noAddress }`.
+inline constexpr Base noAddress;
 
 // The constant fields of a format, in the order in which they are stamped and verified.
 struct Tag {
@@ -166,6 +189,9 @@ struct Tag {
    Variants variants;
    TagField fields[tagFieldLimit];
 };
+
+// Of pairs whose read-only fields are not stamped: `{ chips( 10 ), variants( 9 ), { untagged } }`.
+inline constexpr TagField untagged;
 
 template<class Element, std::size_t Count>
 struct List {

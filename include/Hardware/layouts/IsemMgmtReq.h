@@ -251,6 +251,7 @@ inline constexpr auto description = describe(
       { newer,    variants( 15, 16 ), { { tid, 17 }, { entryType, 0 }, { vmv, 3 } } },
       { newer,    variants( 17, 18 ), { { tid, 15 }, { entryType, 0 }, { vmv, 3 } } },
       { except12, variants( 19, 20 ), { { tid, 62 }, { entryType, 0 }, { vmv, 3 } } },
+      { like12, variants( 7, 8, 19, 20 ), { untagged } },
    } ) );
 // clang-format on
 

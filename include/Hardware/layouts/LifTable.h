@@ -467,7 +467,7 @@ inline constexpr auto description = describe(
       { newer,      variants( 11 ),   20 },
       { software,   variants( 0 ),    22 },
    } ),
-   // Software has no memory behind it, so no address.
+   // Software has no memory, so no address, and no tag.
    addresses( {
       // chip types      variants       base       entry step array step { accessType, destBlock }
       { like2,           onChips2And3,  0x1070000, 1,         16384,     { { 0, 52 } } },
@@ -478,6 +478,7 @@ inline constexpr auto description = describe(
       { chips( 13 ),     onChips10To16, 0x0,       1,         0,         { { 4, 5 } } },
       { chips( 14 ),     onChips10To16, 0x0,       1,         0,         { { 28, 12 } } },
       { chips( 15, 16 ), onChips10To16, 0x0,       1,         0,         { { 16, 15 } } },
+      { chips( 21 ),     variants( 0 ), noAddress },
    } ),
    tags( {
       { newer, variants( 0, 2 ), { { resultType, 58 } } },
@@ -490,6 +491,7 @@ inline constexpr auto description = describe(
       { newer, variants( 9 ),    { { resultType, 49 } } },
       { newer, variants( 10 ),   { { resultType, 48 } } },
       { newer, variants( 11 ),   { { resultType, 52 } } },
+      { chips( 21 ), variants( 0 ), { untagged } },
    } ) );
 // clang-format on
 

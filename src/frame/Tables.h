@@ -1,0 +1,260 @@
+// What remains of a description at run time: tables of just the size that they need.
+#pragma once
+
+#include "ClassData.h"
+#include "Compile.h"
+
+namespace Hardware::Frame {
+
+// Where a field lies in the formats of a set.
+struct Place {
+   U64 formats;
+   U16 offset;
+   U16 width;
+};
+
+template<std::size_t Count>
+struct Places {
+   unsigned count;
+   std::array<Place, Count> rows;
+};
+
+// The distinct places of a field.
+template<std::size_t Fields>
+constexpr Places<formatLimit> placesOf( const Formats<Fields>& formats, unsigned field ) {
+   Places<formatLimit> places{};
+   for( unsigned format = 0; format < formats.count; ++format ) {
+      const Cell& cell = formats.cells[format][field];
+      if( !cell.present() ) {
+         continue;
+      }
+      unsigned place = 0;
+      while( place < places.count && ( places.rows[place].offset != cell.offset ||
+                                       places.rows[place].width != cell.width ) ) {
+         ++place;
+      }
+      if( place == places.count ) {
+         ++places.count;
+         places.rows[place] = { 0, cell.offset, cell.width };
+      }
+      places.rows[place].formats |= U64{ 1 } << format;
+   }
+   return places;
+}
+
+// The number of the place that each format has, for whatever a PairTable of formats holds; the
+// places' count where a format has none.
+template<std::size_t Count>
+constexpr std::array<U8, noFormat + 1> placeNumbersOf( const Places<Count>& places ) {
+   std::array<U8, noFormat + 1> numbers{};
+   for( std::size_t format = 0; format < numbers.size(); ++format ) {
+      numbers[format] = static_cast<U8>( places.count );
+      for( unsigned place = 0; place < places.count; ++place ) {
+         if( ( places.rows[place].formats >> format & 1 ) != 0 ) {
+            numbers[format] = static_cast<U8>( place );
+         }
+      }
+   }
+   return numbers;
+}
+
+// Where a field of 64 bits or less lies in the 64-bit words of an entry. Without values by default,
+// which gcc 12 forgets in an array of them.
+struct alignas( 8 ) Spot {
+   U16 lastByte; // of its last word
+   U8 first;     // byte at which the word of its lowest bit starts
+   U8 last;      // byte at which the word of its highest bit starts
+   U8 shift;     // its lowest bit in the first word
+   U8 cut;       // 64 less its width
+};
+
+// Of an absent field: no buffer has its last byte.
+inline constexpr Spot noSpot = { 0xffff, 0, 0, 0, 0 };
+
+// Whether a field's places are spots, all their words within the storage.
+template<std::size_t Count>
+constexpr bool areSpots( const Places<Count>& places, unsigned storageSize ) {
+   for( unsigned place = 0; place < places.count; ++place ) {
+      const Place& row = places.rows[place];
+      if( row.width > 64 || ( row.offset + row.width + 63u ) / 64 * 8 > storageSize ) {
+         return false;
+      }
+   }
+   return storageSize <= 256;
+}
+
+// The spot of each format.
+template<std::size_t Count>
+constexpr std::array<Spot, noFormat + 1> spotsOf( const Places<Count>& places ) {
+   std::array<Spot, noFormat + 1> spots{};
+   for( std::size_t format = 0; format < spots.size(); ++format ) {
+      spots[format] = noSpot;
+      for( unsigned place = 0; place < places.count; ++place ) {
+         const Place& row = places.rows[place];
+         if( ( row.formats >> format & 1 ) != 0 ) {
+            const unsigned last = ( row.offset + row.width - 1u ) / 64 * 8;
+            spots[format] = { static_cast<U16>( last + 7 ), static_cast<U8>( row.offset / 64 * 8 ),
+                              static_cast<U8>( last ), static_cast<U8>( row.offset % 64 ),
+                              static_cast<U8>( 64 - row.width ) };
+         }
+      }
+   }
+   return spots;
+}
+
+// The tag fields of a class in their order, if all its tags have the same; else none.
+struct TagFields {
+   unsigned count = 0;
+   U8 fields[tagFieldLimit] = {};
+
+   friend constexpr bool operator==( const TagFields&, const TagFields& ) = default;
+};
+
+constexpr TagFields tagFieldsOf( const Tag& tag ) {
+   TagFields fields;
+   for( ; fields.count < countOf( tag.fields ); ++fields.count ) {
+      fields.fields[fields.count] = tag.fields[fields.count].field;
+   }
+   return fields;
+}
+
+template<std::size_t Count>
+constexpr TagFields tagFieldsOf( const List<Tag, Count>& tags ) {
+   TagFields common;
+   for( const Tag& tag : tags.rows ) {
+      const TagFields fields = tagFieldsOf( tag );
+      if( common.count != 0 && fields.count != 0 && !( fields == common ) ) {
+         return {};
+      }
+      common = fields.count != 0 ? fields : common;
+   }
+   return common;
+}
+
+template<std::size_t Count>
+constexpr std::array<Kind, Count> shrunk( const FactsTable& facts ) {
+   std::array<Kind, Count> rows{};
+   for( std::size_t number = 0; number < Count; ++number ) {
+      rows[number] = facts.rows[number];
+   }
+   return rows;
+}
+
+// A number for each pair, to be found by both in one step: 256 chip types a variant. The last row
+// stands for all variants that the class doesn't number.
+template<std::size_t Rows>
+struct PairTable {
+   U8 of[Rows * 256];
+};
+
+// The rows that a class needs: one more than its largest variant, and the last.
+constexpr std::size_t pairRowsOf( const Pairs& valid ) {
+   U32 all = 0;
+   for( const U32 variants : valid.variants ) {
+      // Where any variant will do, the last row says so.
+      all |= withoutVariants( variants ) ? 0 : variants;
+   }
+   return static_cast<std::size_t>( std::bit_width( all ) ) + 1;
+}
+
+// The chip types that have a valid pair.
+constexpr U32 chipsOf( const Pairs& valid ) {
+   U32 chips = 0;
+   for( unsigned chipType = 0; chipType < chipLimit; ++chipType ) {
+      chips |= U32{ valid.variants[chipType] != 0 } << chipType;
+   }
+   return chips;
+}
+
+template<std::size_t Rows>
+constexpr PairTable<Rows> pairTableOf( const U8 ( &of )[chipLimit][variantLimit], U8 none ) {
+   PairTable<Rows> table{};
+   for( std::size_t row = 0; row < Rows; ++row ) {
+      const std::size_t variant = row + 1 < Rows ? row : variantLimit - 1;
+      for( std::size_t chipType = 0; chipType < 256; ++chipType ) {
+         table.of[row * 256 + chipType] = chipType < chipLimit ? of[chipType][variant] : none;
+      }
+   }
+   return table;
+}
+
+// [field][format]; the last column is absent, for pairs without a format.
+template<std::size_t Count, std::size_t Fields>
+constexpr std::array<Cell, Fields*( Count + 1 )> cellTableOf( const Formats<Fields>& formats ) {
+   std::array<Cell, Fields*( Count + 1 )> cells{};
+   for( std::size_t field = 0; field < Fields; ++field ) {
+      for( std::size_t format = 0; format < Count; ++format ) {
+         cells[field * ( Count + 1 ) + format] = formats.cells[format][field];
+      }
+      cells[field * ( Count + 1 ) + Count] = absent;
+   }
+   return cells;
+}
+
+// For each format the union of its fields, in 32-bit words.
+template<std::size_t Count, std::size_t Words>
+struct MaskTable {
+   U32 words[Count][Words] = {};
+};
+
+template<std::size_t Count, std::size_t Words, std::size_t Fields>
+constexpr MaskTable<Count, Words> masksOf( const Formats<Fields>& formats ) {
+   MaskTable<Count, Words> masks;
+   for( std::size_t format = 0; format < Count; ++format ) {
+      for( const Cell& cell : formats.cells[format] ) {
+         for( unsigned bit = cell.offset; cell.present() && bit < cell.end(); ++bit ) {
+            masks.words[format][bit / 32] |= U32{ 1 } << bit % 32;
+         }
+      }
+   }
+   return masks;
+}
+
+template<std::size_t Fields>
+constexpr std::array<FieldData, Fields> fieldDataOf( const Declaration ( &declarations )[Fields] ) {
+   std::array<FieldData, Fields> fields{};
+   for( std::size_t field = 0; field < Fields; ++field ) {
+      const Declaration& declaration = declarations[field];
+      fields[field] = { declaration.identifier, declaration.line, declaration.type,
+                        declaration.readOnly };
+   }
+   return fields;
+}
+
+template<std::size_t Fields>
+constexpr std::array<U8, identifierLimit>
+fieldTableOf( const Declaration ( &declarations )[Fields] ) {
+   std::array<U8, identifierLimit> numbers{};
+   numbers.fill( noField );
+   for( std::size_t field = 0; field < Fields; ++field ) {
+      numbers[declarations[field].identifier] = static_cast<U8>( field );
+   }
+   return numbers;
+}
+
+template<class View>
+std::shared_ptr<Kelvar::AsicBase> makeWithStorage( Hardware::ChipType chipType, U8 variant ) {
+   return std::make_shared<typename View::WithStorage>( chipType, variant );
+}
+
+// `C` is what frame/DefineView.inc makes of the description of `View`.
+template<class View, class C>
+constexpr ClassData classDataOf( const char* name, bool isTable ) {
+   return { name,
+            isTable,
+            chipsOf( C::compilation.valid ),
+            valueTypeOf<typename C::Entry>,
+            static_cast<U8>( C::fieldCount ),
+            C::fields.data(),
+            C::fieldOf.data(),
+            C::cells.data(),
+            C::compilation.formats.count,
+            C::formatTable.of,
+            C::kindTable.of,
+            sizeof C::kindTable.of,
+            C::kinds.data(),
+            View::chipTypeVariantValid,
+            makeWithStorage<View> };
+}
+
+} // namespace Hardware::Frame
