@@ -64,7 +64,7 @@ struct Columns::State {
    std::vector<Shared> shared{};
    std::size_t rowBytes = layout.bytes(); // of an image and all columns
 
-   void addShared( const Field& other, std::optional<std::size_t> earlier, U64 tag );
+   void addShared( const Field& other, std::optional<std::size_t> earlier, U64 tagValue );
    std::size_t rowsOf( std::size_t bytes, std::size_t stride ) const;
    void requireValues( std::size_t rows, Overlap overlap ) const;
    std::size_t tooLarge( std::size_t rows ) const;
@@ -73,14 +73,17 @@ struct Columns::State {
    bool isLarge( std::size_t rows ) const { return rows * rowBytes >= largeBytes; }
 };
 
-// The last column's field shares bits with `other`.
-void Columns::State::addShared( const Field& other, std::optional<std::size_t> earlier, U64 tag ) {
+// Notes the bits that the last column's field shares with `other`, an earlier column's or the
+// tag's.
+void Columns::State::addShared( const Field& other, std::optional<std::size_t> earlier,
+                                U64 tagValue ) {
    const Field& field = *columns.back().field;
    const U32 begin = std::max( field.offset, other.offset );
    const U32 end = std::min( field.end(), other.end() );
    for( U32 offset = begin; offset < end; offset += 64 ) {
-      shared.push_back( { columns.size() - 1, earlier, offset, std::min( end - offset, U32{ 64 } ),
-                          tag >> ( begin - other.offset ) } );
+      const U64 tag = earlier ? 0 : tagValue >> ( begin - other.offset );
+      shared.push_back(
+         { columns.size() - 1, earlier, offset, std::min( end - offset, U32{ 64 } ), tag } );
    }
 }
 
