@@ -1,7 +1,8 @@
 // Assertion texts and signatures, and the one way to the platform's assertion routine.
 #include "Failure.h"
 
-#include <sstream>
+#include <ostream>
+#include <streambuf>
 
 // Without <cassert>, whose declaration promises that it doesn't throw: a program may stand in for
 // this function to observe failures.
@@ -168,10 +169,34 @@ void failBound( const ClassData& data, Site site, U64 maximum ) {
    fail( data, site, expression.c_str() );
 }
 
+namespace {
+
+// A stream's way into a text, which allocates nothing: a signal handler may trace.
+class TextBuffer : public std::streambuf {
+public:
+   const Text& text() const { return text_; }
+
+protected:
+   int_type overflow( int_type character ) override {
+      const char characters[] = { traits_type::to_char_type( character ) };
+      text_.append( { characters, 1 } );
+      return character;
+   }
+   std::streamsize xsputn( const char* characters, std::streamsize count ) override {
+      text_.append( { characters, static_cast<std::size_t>( count ) } );
+      return count;
+   }
+
+private:
+   Text text_;
+};
+
+} // namespace
+
 Text printed( U8 chipType ) {
-   std::ostringstream stream;
-   stream << static_cast<Hardware::ChipType>( chipType );
-   return Text( stream.str() );
+   TextBuffer buffer;
+   std::ostream( &buffer ) << static_cast<Hardware::ChipType>( chipType );
+   return buffer.text();
 }
 
 void failPlace( const ClassData& data, Site site, U8 chipType ) {

@@ -7,25 +7,19 @@ namespace Oru {
 
 namespace {
 
-using SassertSink = Sink<const std::string&, const std::string&>;
-
-// Never destroyed: an assertion may fail during the process's exit.
-SassertSink& sassertSink() {
-   static SassertSink* const sink = new SassertSink;
-   return *sink;
-}
+constinit Sink<const std::string&, const std::string&> sassertSink;
 
 } // namespace
 
 SassertHelper::SassertHelper( const char* expression ) : expression_( expression ) {}
 
 SassertHelper::~SassertHelper() {
+   const Undisturbed undisturbed;
    try {
+      const std::string expression = expression_;
       const std::string message = message_.str();
-      if( const auto deliver = sassertSink().function() ) {
-         deliver( expression_, message );
-      } else {
-         writeToStandardError( "assertion " + std::string( expression_ ) + ": " + message + '\n' );
+      if( !sassertSink.deliver( expression, message ) ) {
+         writeToStandardError( "assertion " + expression + ": " + message + '\n' );
       }
    } catch( ... ) {
       // The assertion itself follows; a message that can't be delivered must not get in its way.
@@ -34,7 +28,7 @@ SassertHelper::~SassertHelper() {
 
 void sassertSinkIs(
    std::function<void( const std::string& expression, const std::string& message )> sink ) {
-   sassertSink().functionIs( std::move( sink ) );
+   sassertSink.functionIs( std::move( sink ) );
 }
 
 } // namespace Oru

@@ -1,8 +1,11 @@
 // Facilities by name, and the delivery of trace lines.
 #include <Oru/Trace.h>
 
+#include "Lines.h"
 #include "Sink.h"
 
+#include <algorithm>
+#include <charconv>
 #include <map>
 #include <mutex>
 #include <set>
@@ -20,6 +23,11 @@ class Facilities {
 public:
    static Facilities& instance() {
       static Facilities* const facilities = new Facilities;
+      // A child has the thread that forked, but no other that might give the lock back.
+      static const int forked =
+         pthread_atfork( [] { facilities->mutex_.lock(); }, [] { facilities->mutex_.unlock(); },
+                         [] { facilities->mutex_.unlock(); } );
+      static_cast<void>( forked );
       return *facilities;
    }
 
@@ -62,11 +70,12 @@ private:
 
 namespace {
 
-using TraceSink = Sink<const std::string&>;
+constinit Sink<const std::string&> traceSink;
+constinit Lines lines;
 
-TraceSink& traceSink() {
-   static TraceSink* const sink = new TraceSink;
-   return *sink;
+void appendNumber( std::string& line, int number ) {
+   char digits[16];
+   line.append( digits, std::to_chars( digits, std::end( digits ), number ).ptr );
 }
 
 } // namespace
@@ -77,6 +86,15 @@ TraceHandle::TraceHandle( const char* name, bool ) : name_( name ) {
 
 TraceHandle::~TraceHandle() { Facilities::instance().remove( *this ); }
 
+void TraceStream::append( std::string_view text ) {
+   const Undisturbed undisturbed;
+   try {
+      line_.append( text );
+   } catch( ... ) {
+      // Without memory the line is cut.
+   }
+}
+
 TraceStream& operator<<( TraceStream& stream, const char* text ) {
    stream.append( text );
    return stream;
@@ -85,7 +103,9 @@ TraceStream& operator<<( TraceStream& stream, const char* text ) {
 TraceStream& operator<<( TraceStream& stream, U8 number ) { return stream << U32{ number }; }
 
 TraceStream& operator<<( TraceStream& stream, U32 number ) {
-   stream.append( std::to_string( number ) );
+   char digits[16];
+   const auto end = std::to_chars( digits, std::end( digits ), number ).ptr;
+   stream.append( { digits, static_cast<std::size_t>( end - digits ) } );
    return stream;
 }
 
@@ -96,20 +116,29 @@ TraceStream& operator<<( TraceStream& stream, const String& text ) {
 
 TraceHelper::TraceHelper( const TraceHandle& handle, TraceFacility::FacilityLevel level,
                           const char* file, int line, const char* function )
-   : handle_( handle ), level_( level ), file_( file ), line_( line ), function_( function ) {}
+   : handle_( handle ), level_( level ), file_( file ), line_( line ), function_( function ),
+     stream_( lines.take() ) {}
 
 TraceHelper::~TraceHelper() {
+   const Undisturbed undisturbed;
+   std::string& line = stream_.line_;
    try {
-      if( const auto deliver = traceSink().function() ) {
-         deliver( stream_.line() );
-      } else {
-         writeToStandardError( handle_.name() + ( '/' + std::to_string( level_ ) ) + ' ' + file_ +
-                               ':' + std::to_string( line_ ) + ' ' + function_ + ": " +
-                               stream_.line() + '\n' );
+      if( !traceSink.deliver( line ) ) {
+         // Where it comes from is put after the text, and then before it, in the room that it has.
+         const auto length = static_cast<std::ptrdiff_t>( line.size() );
+         line.append( handle_.name() ).append( "/" );
+         appendNumber( line, level_ );
+         line.append( " " ).append( file_ ).append( ":" );
+         appendNumber( line, line_ );
+         line.append( " " ).append( function_ ).append( ": " );
+         std::rotate( line.begin(), line.begin() + length, line.end() );
+         line.append( "\n" );
+         writeToStandardError( line );
       }
    } catch( ... ) {
       // Tracing must not disturb what it traces.
    }
+   lines.giveBack( std::move( line ) );
 }
 
 void traceLevelIs( const std::string& handle, int level, bool on ) {
@@ -117,11 +146,14 @@ void traceLevelIs( const std::string& handle, int level, bool on ) {
       __assert_fail( "level >= 0 && level <= 9", "Trace.cpp", __LINE__,
                      "void Oru::traceLevelIs(const std::string&, int, bool)" );
    }
+   if( on ) {
+      lines.fill();
+   }
    Facilities::instance().levelIs( handle, level, on );
 }
 
 void traceSinkIs( std::function<void( const std::string& line )> sink ) {
-   traceSink().functionIs( std::move( sink ) );
+   traceSink.functionIs( std::move( sink ) );
 }
 
 } // namespace Oru

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,8 @@ namespace {
 // How the next attempts to write fail, the next one last.
 thread_local std::vector<int> failures;
 thread_local int attempts = 0;
+// How many bytes one attempt writes at most.
+thread_local std::size_t limit = 4096;
 
 } // namespace
 
@@ -27,7 +30,7 @@ extern "C" __attribute__( ( visibility( "default" ) ) ) ssize_t write( int file,
       failures.pop_back();
       return -1;
    }
-   return ::syscall( SYS_write, file, bytes, size );
+   return ::syscall( SYS_write, file, bytes, std::min( size, limit ) );
 }
 
 namespace {
@@ -56,6 +59,20 @@ TEST( StandardError, IsWrittenAtOnce ) {
 
 TEST( StandardError, IsTriedAgainAfterASignal ) {
    const Written written = lineWith( { EINTR, EINTR } );
+   EXPECT_EQ( written.text, "Handle/1 File:3 f: text\n" );
+   EXPECT_EQ( written.attempts, 3 );
+}
+
+TEST( StandardError, IsWaitedForWhereItIsFull ) {
+   const Written written = lineWith( { EAGAIN, EAGAIN } );
+   EXPECT_EQ( written.text, "Handle/1 File:3 f: text\n" );
+   EXPECT_EQ( written.attempts, 3 );
+}
+
+TEST( StandardError, GetsTheRestOfALineThatWasCut ) {
+   limit = 10;
+   const Written written = lineWith( {} );
+   limit = 4096;
    EXPECT_EQ( written.text, "Handle/1 File:3 f: text\n" );
    EXPECT_EQ( written.attempts, 3 );
 }

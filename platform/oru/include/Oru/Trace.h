@@ -62,10 +62,17 @@ private:
 // The line being written. A U8 is shown as a decimal number.
 class ORU_API TraceStream {
 public:
-   void append( std::string_view text ) { line_.append( text ); }
+   TraceStream() = default;
+
+   // Throws nothing: without memory for it the text is left out.
+   void append( std::string_view text );
    const std::string& line() const { return line_; }
 
 private:
+   friend class TraceHelper;
+
+   explicit TraceStream( std::string line ) : line_( std::move( line ) ) {}
+
    std::string line_;
 };
 
@@ -76,6 +83,10 @@ ORU_API TraceStream& operator<<( TraceStream& stream, const String& text );
 
 // One line of trace: made where the line begins; its end hands the line to the sink. What a sink
 // throws is dropped. The handle must outlive the helper.
+//
+// It leaves its thread as it was: errno is kept, a cancellation waits until the line is delivered,
+// and a line that can't be has no effect. Signal handlers and children of a fork may trace, too, as
+// far as the sink may be called there; the default may.
 class ORU_API TraceHelper {
 public:
    TraceHelper( const TraceHandle& handle, TraceFacility::FacilityLevel level, const char* file,
@@ -95,13 +106,15 @@ private:
    TraceStream stream_;
 };
 
-// Switches a level of all handles of this name, also of those made later. A level outside 0 to 9
+// Switches a level of all handles of this name, also of those made later. Reserves the memory that
+// the lines will take. A level outside 0 to 9
 // is the assertion "level >= 0 && level <= 9".
 ORU_API void traceLevelIs( const std::string& handle, int level, bool on );
 
 // Where finished lines go; an empty function restores the default. A sink is given the streamed
 // text alone; the default writes "<handle>/<level> <file>:<line> <function>: <text>" to standard
-// error.
+// error, and waits while that is full. A sink that is replaced while it is called lives until a
+// later replacement.
 ORU_API void traceSinkIs( std::function<void( const std::string& line )> sink );
 
 } // namespace Oru
