@@ -4,13 +4,10 @@
 namespace Hardware::Frame {
 
 Oru::TraceHandle& _defaultTraceHandle() {
-   static const struct Built {
-      Oru::TraceHandle* const handle =
-         new( traceHandlePlace.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
-
-      ~Built() { handle->~TraceHandle(); }
-   } built;
-   return *built.handle;
+   // Not destroyed at the process's exit: threads and later destructors may still trace.
+   static Oru::TraceHandle* const handle =
+      new( traceHandlePlace.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
+   return *handle;
 }
 
 bool enabled( Level level ) {

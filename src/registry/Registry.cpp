@@ -4,6 +4,7 @@
 
 #include <Hardware/Registry.h>
 
+#include <memory>
 #include <unordered_map>
 
 namespace Hardware {
@@ -41,14 +42,15 @@ using Function = Result ( * )( Hardware::ChipType, U8 );
 template<class Result>
 using Map = std::unordered_map<Oru::String, Function<Result>, Hash>;
 
-// A map from each name to one function of its class.
+// A map from each name to one function of its class. Not destroyed at the process's exit: threads
+// and later destructors may still ask.
 template<class Result>
-Map<Result> mapOf( Function<Result> Frame::ClassData::*function ) {
-   Map<Result> map;
+const Map<Result>& mapOf( Function<Result> Frame::ClassData::*function ) {
+   auto map = std::make_unique<Map<Result>>();
    for( const Frame::ClassData* const data : classes ) {
-      map.emplace( Oru::String( data->name ), data->*function );
+      map->emplace( Oru::String( data->name ), data->*function );
    }
-   return map;
+   return *map.release();
 }
 
 template<class Result>
@@ -85,14 +87,14 @@ const Frame::Kind* kindOf( const Frame::ClassData* data, U32 chipType, U8 varian
 
 std::shared_ptr<Kelvar::AsicBase> stringObj( Oru::String name, Hardware::ChipType chipType,
                                              U8 variant ) {
-   static const auto objMap = mapOf( &Frame::ClassData::make );
+   static const auto& objMap = mapOf( &Frame::ClassData::make );
    return find( objMap, name, __LINE__,
                 "std::shared_ptr<Kelvar::AsicBase> Hardware::stringObj(Oru::String, "
                 "Hardware::ChipType, U8)" )( chipType, variant );
 }
 
 bool chipTypeVariantValid( Oru::String name, Hardware::ChipType chipType, U8 variant ) {
-   static const auto objMap = mapOf( &Frame::ClassData::valid );
+   static const auto& objMap = mapOf( &Frame::ClassData::valid );
    return find( objMap, name, __LINE__,
                 "bool Hardware::chipTypeVariantValid(Oru::String, Hardware::ChipType, U8)" )(
       chipType, variant );
