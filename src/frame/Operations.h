@@ -38,7 +38,7 @@ struct State {
 
 // All formats that have the field, by place.
 template<class C, U8 field>
-inline constexpr auto places = placesOf( C::compilation.formats, field );
+inline constexpr auto places = placesOf( C::formats, field );
 
 // The bytes up to the end of a field's last 64-bit word, as far as an entry has it. A quick road
 // asks for so many, and then goes by this constant instead of the buffer's length. Shorter buffers,

@@ -248,7 +248,7 @@ constexpr ClassData classDataOf( const char* name, bool isTable ) {
             C::fields.data(),
             C::fieldOf.data(),
             C::cells.data(),
-            C::compilation.formats.count,
+            C::formats.count,
             C::formatTable.of,
             C::kindTable.of,
             sizeof C::kindTable.of,
