@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <pty.h>
+#include <sched.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -97,6 +98,19 @@ int statusOf( pid_t pid ) {
    return WIFEXITED( status ) ? WEXITSTATUS( status ) : 128 + WTERMSIG( status );
 }
 
+// Until the process waits for something, or has ended.
+void yieldWhileItRuns( pid_t pid ) {
+   const std::string path = "/proc/" + std::to_string( pid ) + "/stat";
+   for( char state = 'R'; state != 'S' && state != 'Z'; ::sched_yield() ) {
+      // "4711 (vorn) R 4710 ..."
+      std::string text;
+      if( !Descriptor( ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) ).read( text ) ) {
+         throw std::runtime_error( "no state of vorn" );
+      }
+      state = text.at( text.rfind( ')' ) + 2 );
+   }
+}
+
 } // namespace
 
 Outcome vorn( const std::vector<std::string>& arguments, std::string_view input,
@@ -180,6 +194,69 @@ Outcome onTerminal( const std::vector<std::string>& arguments,
    }
    outcome.status = statusOf( pid );
    return outcome;
+}
+
+Outcome throughPipesThatDontWait( const std::vector<std::string>& arguments,
+                                  const std::vector<std::string>& lines ) {
+   std::array<int, 2> input{};
+   std::array<int, 2> output{};
+   if( ::pipe2( input.data(), O_CLOEXEC ) != 0 || ::pipe2( output.data(), O_CLOEXEC ) != 0 ||
+       ::fcntl( input[0], F_SETFL, O_NONBLOCK ) != 0 ||
+       ::fcntl( output[1], F_SETFL, O_NONBLOCK ) != 0 ) {
+      throw std::runtime_error( "no pipe" );
+   }
+   const Descriptor in( input[0] ); // stays open, so that a line that nobody reads is no signal
+   const Descriptor answers( output[0] );
+   const Descriptor err( memoryFile() );
+   const int room = ::fcntl( output[1], F_GETPIPE_SZ );
+   const std::string filling( room > 0 ? static_cast<std::size_t>( room ) : 0, 'x' );
+   Outcome outcome{};
+   pid_t pid = 0;
+   {
+      const Descriptor questions( input[1] );
+      {
+         const Descriptor out( output[1] );
+         out.write( filling );
+         pid = start( VORN_BINARY, arguments, in, out, err );
+      }
+      yieldWhileItRuns( pid );
+      for( const std::string& line : lines ) {
+         questions.write( line );
+         const auto before = outcome.out.size();
+         while( outcome.out.find( '\n', before ) == std::string::npos &&
+                answers.read( outcome.out ) ) {
+         }
+      }
+   }
+   while( answers.read( outcome.out ) ) {
+   }
+   outcome.out.erase( 0, filling.size() );
+   outcome.status = statusOf( pid );
+   outcome.err = err.contents();
+   return outcome;
+}
+
+std::vector<std::string> errorWrites( const std::vector<std::string>& arguments,
+                                      std::string_view input ) {
+   const Descriptor in( memoryFile() );
+   in.write( input );
+   ::lseek( in.number(), 0, SEEK_SET );
+   const Descriptor out( memoryFile() );
+   std::array<int, 2> pipe{};
+   // Each write is a packet, which a read yields.
+   if( ::pipe2( pipe.data(), O_CLOEXEC | O_DIRECT ) != 0 ) {
+      throw std::runtime_error( "no pipe" );
+   }
+   const Descriptor packets( pipe[0] );
+   {
+      const Descriptor err( pipe[1] );
+      statusOf( start( VORN_BINARY, arguments, in, out, err ) );
+   }
+   std::vector<std::string> writes;
+   for( std::string packet; packets.read( packet ); packet.clear() ) {
+      writes.push_back( packet );
+   }
+   return writes;
 }
 
 std::vector<std::string> linesOf( const std::string& text ) {

@@ -32,6 +32,16 @@ Outcome onTerminal( const std::vector<std::string>& arguments,
                     const std::vector<std::string>& lines, unsigned short columns,
                     bool outputToo = false );
 
+// Runs vorn with pipes that don't wait as its standard input and output: the first is empty and the
+// second full until vorn waits for them or has ended. The lines then come each after the answer to
+// the one before.
+Outcome throughPipesThatDontWait( const std::vector<std::string>& arguments,
+                                  const std::vector<std::string>& lines );
+
+// Each of vorn's writes to standard error.
+std::vector<std::string> errorWrites( const std::vector<std::string>& arguments,
+                                      std::string_view input = {} );
+
 // The lines of the text, without their ends.
 std::vector<std::string> linesOf( const std::string& text );
 

@@ -160,7 +160,7 @@ void runCommandLine( int argc, const char* const* argv, const std::string& versi
       output.write( call.what() + std::string( "\n" ) );
    } catch( const CLI::ParseError& error ) {
       throw UsageError( commandLine.usageError( error ) );
-   } catch( const Error& ) {
+   } catch( ... ) {
       output.flush();
       throw;
    }

@@ -15,7 +15,7 @@ public:
 };
 
 // Does what the arguments say, of which the first is the program's own name. What was printed
-// before an Error is written, too.
+// before an exception is written, too.
 void runCommandLine( int argc, const char* const* argv, const std::string& version,
                      Output& output );
 

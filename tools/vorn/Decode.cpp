@@ -43,12 +43,18 @@ public:
 private:
    using Texts = std::array<std::string, 3>;
 
+   // A pair has spellings without end, of any length: "1", "0x1", "0x01". What is kept of them
+   // stays below a megabyte.
+   static constexpr std::size_t mostSpellings = 1024;
+   static constexpr std::size_t longestSpelling = 128;
+
+   const Pair& known( const Image& image );
    const Pair& find( const Image& image );
    const Pair& make( Plan plan );
 
    std::optional<Image> changedFrom_;
    std::map<std::tuple<std::string_view, U8, U8>, Pair> pairs_;
-   std::map<Texts, const Pair*> found_; // by what images say of their pairs
+   std::map<Texts, const Pair*> found_; // by what some of the images have said of their pairs
    const Pair* own_ = nullptr;
    Texts texts_;                // what the last image said
    const Pair* last_ = nullptr; // and its pair
@@ -79,13 +85,25 @@ const Pair& Pairs::of( const Image& image ) {
    }
    if( !isLast ) {
       last_ = nullptr;
-      const Pair*& found = found_[texts_];
-      if( !found ) {
-         found = &find( image );
-      }
-      last_ = found;
+      last_ = &known( image );
    }
    return *last_;
+}
+
+// The pair that texts_ say.
+const Pair& Pairs::known( const Image& image ) {
+   if( const auto found = found_.find( texts_ ); found != found_.end() ) {
+      return *found->second;
+   }
+   const Pair& pair = find( image );
+   const auto& [table, chip, variant] = texts_;
+   if( table.size() + chip.size() + variant.size() <= longestSpelling ) {
+      if( found_.size() == mostSpellings ) {
+         found_.clear();
+      }
+      found_.emplace( texts_, &pair );
+   }
+   return pair;
 }
 
 const Pair& Pairs::find( const Image& image ) {

@@ -1,10 +1,12 @@
 // vorn: composes and decodes table entries on the command line.
 #include "CommandLine.h"
+#include "Io.h"
 #include "Terminal.h"
 
 #include <csignal>
 #include <exception>
-#include <iostream>
+#include <new>
+#include <string>
 #include <string_view>
 
 #include <unistd.h>
@@ -13,9 +15,11 @@ namespace {
 
 enum ExitStatus : int { success = 0, badInput = 1, wrongUsage = 2 };
 
-// `prefix` and `message` as one line on standard error.
+// `prefix` and `message` as one line on standard error, in one piece.
 void printError( std::string_view prefix, std::string_view message ) {
-   std::cerr << Vorn::painted( Vorn::Paint::error, prefix, STDERR_FILENO ) << message << '\n';
+   std::string line = Vorn::painted( Vorn::Paint::error, prefix, STDERR_FILENO );
+   line.append( message ).append( "\n" );
+   Vorn::writeAll( STDERR_FILENO, line );
 }
 
 void printError( const Vorn::Error& error ) {
@@ -23,11 +27,7 @@ void printError( const Vorn::Error& error ) {
    printError( text.substr( 0, text.size() - error.message().size() ), error.message() );
 }
 
-} // namespace
-
-int main( int argc, char** argv ) {
-   // A file that may not grow further is an Error then, as a full disk is.
-   std::signal( SIGXFSZ, SIG_IGN );
+int run( int argc, char** argv ) {
    try {
       Vorn::Output output;
       Vorn::runCommandLine( argc, argv, VORN_VERSION, output );
@@ -37,8 +37,34 @@ int main( int argc, char** argv ) {
       return wrongUsage;
    } catch( const Vorn::Error& error ) {
       printError( error );
+   } catch( const std::bad_alloc& ) {
+      throw;
    } catch( const std::exception& error ) {
       printError( "vorn: ", error.what() );
+   }
+   return badInput;
+}
+
+void printOutOfMemory() { Vorn::writeAll( STDERR_FILENO, "vorn: out of memory\n" ); }
+
+// The constants of CLI11 are made before main, where nobody catches an exception.
+[[gnu::constructor( 101 )]] void endWithoutMemory() {
+   std::set_new_handler( [] {
+      printOutOfMemory();
+      ::_exit( badInput );
+   } );
+}
+
+} // namespace
+
+int main( int argc, char** argv ) {
+   std::set_new_handler( nullptr );
+   // A file that may not grow further is an Error then, as a full disk is.
+   std::signal( SIGXFSZ, SIG_IGN );
+   try {
+      return run( argc, argv );
+   } catch( const std::bad_alloc& ) {
+      printOutOfMemory();
    }
    return badInput;
 }

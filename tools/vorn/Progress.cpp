@@ -1,9 +1,11 @@
 // How far a long run has come, told in one line that is drawn again and again.
 #include "Progress.h"
 
+#include "Io.h"
+
 #include <algorithm>
 #include <cmath>
-#include <iostream>
+#include <new>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -62,7 +64,11 @@ Progress::Progress() : isShown_( ::isatty( STDERR_FILENO ) && !::isatty( STDOUT_
 
 Progress::~Progress() {
    if( drawn_ > 0 ) {
-      draw( "" );
+      try {
+         draw( "" );
+      } catch( const std::bad_alloc& ) {
+         // The line stays.
+      }
    }
 }
 
@@ -82,7 +88,7 @@ void Progress::show( U64 done, U64 total, U64 entries ) {
 void Progress::draw( const std::string& line ) {
    // Over the whole of the line before, without any terminal's own codes.
    const std::string rest( drawn_ - std::min( drawn_, line.size() ), ' ' );
-   std::cerr << '\r' + line + rest + ( line.empty() ? "\r" : "" ) << std::flush;
+   writeAll( STDERR_FILENO, '\r' + line + rest + ( line.empty() ? "\r" : "" ) );
    drawn_ = line.size();
 }
 
