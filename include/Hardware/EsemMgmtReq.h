@@ -11,7 +11,7 @@ namespace Hardware {
 // The caller composes a request (operation, key, payload), hands it to the hardware at the address
 // given here, and reads the answer out of the same layout.
 //
-// Chip types 2 to 7 with variant 0: a register. Chip type 8 with variants 0 and 1: two registers,
+// Chip types 2 to 7 with variant 0: one request. Chip type 8 with variants 0 and 1: two requests,
 // whose fields have second names that begin with esem0 and esem1. Chip types 10, 12 to 16 with
 // variants 0 and 1: two key formats in one memory, which EpniIsidTable views too.
 //

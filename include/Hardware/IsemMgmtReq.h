@@ -11,7 +11,7 @@ namespace Hardware {
 // The caller composes a request (operation, key, payload), hands it to the hardware at the address
 // given here, and reads the answer out of the same layout.
 //
-// Chip types 2 to 8 with variant 0: a register, whose key has alternative readings of the same
+// Chip types 2 to 8 with variant 0: one request, whose key has alternative readings of the same
 // bits. Chip types 10, 12 to 16 with variants 0 to 20: key formats in one of three memories.
 // Variants 1 and 2, 3 and 4, ... 9 and 10, 12 and 13, 15 and 16, ... 19 and 20 are the same format
 // in two memories. Variants 7, 8, 19 and 20 have no key of their own on chip types 12 and 14.

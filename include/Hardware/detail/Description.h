@@ -180,7 +180,7 @@ struct Address {
    Instance instances[instanceLimit] = {};
 };
 
-// Of pairs that no memory stands behind: `{ chips( 21 ), variants( 0 ), noAddress }`.
+// Of pairs without a memory: `{ chips( 21 ), variants( 0 ), noAddress }`.
 inline constexpr Base noAddress;
 
 // The constant fields of a format, in the order in which they are stamped and verified.

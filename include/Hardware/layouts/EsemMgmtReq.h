@@ -1,4 +1,4 @@
-// Management requests to the egress exact-match engine: a register, or one of two key formats.
+// Management requests to the egress exact-match engine: one request, or many of two key formats.
 #pragma once
 
 #include <Hardware/detail/Description.h>
@@ -16,8 +16,8 @@ inline constexpr auto newer = chips( upTo14, like15 );
 
 inline constexpr auto description = describe(
    layout(
-      // Chip types 2 to 8: a register. The parts of esemKey and of the reserved fields lie on the
-      // same bits. Chip type 8 has two registers, each with names of its own beside the common
+      // Chip types 2 to 8: one request. The parts of esemKey and of the reserved fields lie on the
+      // same bits. Chip type 8 has two requests, each with names of its own beside the common
       // ones.
       block( variants( 0 ), { chips( 2, 3 ), chips( range( 4, 7 ) ), chips( 8 ) }, {
          { esem0Type,           { absent,       absent,       at( 0, 3 ) } },

@@ -1,4 +1,4 @@
-// Management requests to the ingress exact-match engine: a register, or one of 21 key formats.
+// Management requests to the ingress exact-match engine: one request, or many of 21 key formats.
 #pragma once
 
 #include <Hardware/detail/Description.h>
@@ -29,7 +29,7 @@ inline constexpr auto memoriesBAndC = variants( range( 1, 10 ), 12, 13, range( 1
 
 inline constexpr auto description = describe(
    layout(
-      // Chip types 2 to 8: a register. The parts of isemKey and of isemReservedLow lie on the same
+      // Chip types 2 to 8: one request. The parts of isemKey and of isemReservedLow lie on the same
       // bits. isemPayload is one bit narrower on chip types 6 and 7 than on their siblings.
       block( variants( 0 ), { like2, like4, like6 }, {
          { isaType,                 { at( 0, 3 ),   absent,       absent } },

@@ -1,4 +1,4 @@
-// The logical interface table: entries of seven formats on the older chip types, ten on the newer.
+// The logical interface table: up to seven variants on the older chip types, eleven on the newer.
 #pragma once
 
 #include <Hardware/detail/Description.h>
@@ -19,7 +19,7 @@ inline constexpr auto like12 = chips( 12, 14 );
 inline constexpr auto newer = chips( like10, like12 );
 inline constexpr auto software = chips( 21 );
 
-// Variant 5 is left out on purpose where it is missing: these chip types have no such format.
+// Variant 5 is left out on purpose where it is missing: these chip types have no such variant.
 inline constexpr auto onChips2And3 = variants( range( 0, 4 ), 6 );
 inline constexpr auto onChips4To8 = variants( range( 0, 6 ) );
 inline constexpr auto onChips10To16 = variants( range( 0, 4 ), range( 6, 11 ) );

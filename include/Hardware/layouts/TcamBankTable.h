@@ -9,7 +9,7 @@ namespace Hardware::Layouts::TcamBankTable {
 
 #include <Hardware/detail/FieldNumbers.inc>
 
-// On chip types 2 and 3 the command is a bit narrower than elsewhere, and all behind it a bit
+// On chip types 2 and 3 the command is a bit narrower than elsewhere, and all after it a bit
 // lower. Their 26880 entries are no slip, either.
 // clang-format off
 inline constexpr auto newer = chips( 10, range( 12, 16 ) );
