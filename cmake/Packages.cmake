@@ -1,5 +1,5 @@
-# The Debian packages libvorntunnelkelvar1, libvorntunnelkelvar-dev and vorn, made of the components
-# of a tree that is configured for /usr: scripts/make-packages.sh. The stand-ins of platform/ come
+# The Debian packages libvorntunnelkelvar1, libvorncodec1, a -dev package of each, and vorn, made of
+# the components of a tree that is configured for /usr: scripts/make-packages.sh. The stand-ins of platform/ come
 # with the library; a site that brings its own platform packages the library itself.
 if( NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr" OR NOT PROJECT_IS_TOP_LEVEL OR VORN_PLATFORM OR
     NOT BUILD_SHARED_LIBS )
@@ -29,6 +29,7 @@ set( CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON )
 # Dependencies: those on Debian's own libraries are found, those on one another are stated.
 set( CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON )
 set( CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src
+                                                 ${PROJECT_BINARY_DIR}/codec
                                                  ${PROJECT_BINARY_DIR}/platform )
 set( CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON )
 set( CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=" )
@@ -55,9 +56,9 @@ stands on." )
 set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_DEPENDS "libc6 (>= 2.36)" )
 # The libraries' cache is renewed by dpkg's trigger. CPack would add scripts that call ldconfig, but
 # for those that are named here; it warns that they don't exist, and goes on without.
-set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_CONTROL_EXTRA
-     ${PROJECT_SOURCE_DIR}/packaging/triggers
+set( library_control ${PROJECT_SOURCE_DIR}/packaging/triggers
      ${PROJECT_SOURCE_DIR}/packaging/none/postinst ${PROJECT_SOURCE_DIR}/packaging/none/postrm )
+set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_CONTROL_EXTRA ${library_control} )
 
 vornPackage( libvorntunnelkelvar-dev libdevel
 "typed views over packet processor table entries (development)"
@@ -68,14 +69,35 @@ pkg-config file." )
 set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR-DEV_PACKAGE_DEPENDS
      "libvorntunnelkelvar1 (= ${package_version})" )
 
+vornPackage( libvorncodec1 libs "packet processor table entries by name at run time"
+"${about}
+
+This package has the library for programs that know tables and fields by name
+alone: it reports bad input rather than ending the program, and decodes and
+encodes many images at once." )
+set( CPACK_DEBIAN_LIBVORNCODEC1_PACKAGE_DEPENDS "libvorntunnelkelvar1 (>= ${PROJECT_VERSION})" )
+set( CPACK_DEBIAN_LIBVORNCODEC1_PACKAGE_CONTROL_EXTRA ${library_control} )
+
+vornPackage( libvorncodec-dev libdevel
+"packet processor table entries by name at run time (development)"
+"${about}
+
+This package has the headers of the library for programs that know tables and
+fields by name alone, its part of the CMake package VornTunnelKelvar and the
+pkg-config file." )
+set( CPACK_DEBIAN_LIBVORNCODEC-DEV_PACKAGE_DEPENDS
+     "libvorncodec1 (= ${package_version}), libvorntunnelkelvar-dev (= ${package_version})" )
+
 vornPackage( vorn utils "composes and decodes packet processor table entries"
 "Lists tables and their layouts, turns fields into entry images with their
 addresses and entry images into fields, one by one or as JSON lines." )
-set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS "libvorntunnelkelvar1 (>= ${PROJECT_VERSION})" )
+set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS "libvorncodec1 (>= ${PROJECT_VERSION})" )
 
 include( CPack )
 cpack_add_component( library GROUP libvorntunnelkelvar1 )
 cpack_add_component( platform GROUP libvorntunnelkelvar1 )
 cpack_add_component( development GROUP libvorntunnelkelvar-dev )
 cpack_add_component( platformDevelopment GROUP libvorntunnelkelvar-dev )
+cpack_add_component( codec GROUP libvorncodec1 )
+cpack_add_component( codecDevelopment GROUP libvorncodec-dev )
 cpack_add_component( vorn GROUP vorn )

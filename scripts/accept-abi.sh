@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 needPackages $buildPackages binutils abigail-tools xz-utils
 
 build=${VORN_ABI_BUILD:-build/abi}
-libraries='VornTunnelKelvar Kelvar HwVornFennTypes Oru'
+libraries='VornTunnelKelvar VornCodec Kelvar HwVornFennTypes Oru'
 cmake --preset debug -B "$build" -DCMAKE_CXX_COMPILER=g++ -DVORN_BUILD_TESTS=OFF \
    -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF >&2
 cmake --build "$build" --target $libraries >&2
@@ -16,5 +16,5 @@ for library in $libraries; do
    tests/abi/print.sh symbols "$file" >"abi/$library.symbols"
    tests/abi/print.sh types "$file" | xz -9 >"abi/$library.abi.xz"
 done
-tests/abi/print.sh slots g++ include platform/*/include >abi/slots.txt
+tests/abi/print.sh slots g++ include codec/include platform/*/include >abi/slots.txt
 git diff --stat -- abi

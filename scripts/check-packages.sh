@@ -59,29 +59,34 @@ tar -C "$root" -xpf "$cleanRoot"
 mkdir "$root/packages"
 cp "$build"/*.deb "$root/packages"
 
-inside sh -c 'dpkg --install /packages/libvorntunnelkelvar1_*.deb /packages/vorn_*.deb' >"$work/log"
+inside sh -c 'dpkg --install /packages/lib*1_*.deb /packages/vorn_*.deb' >"$work/log"
 "$build/tools/vorn/vorn" program examples/entries.jsonl >"$work/here.txt"
 inside vorn program /usr/share/doc/vorn/examples/entries.jsonl | diff "$work/here.txt" - ||
    fail "vorn prints other entries there"
 echo "vorn: $(wc -l <"$work/here.txt") entries as here"
 
 inside sh -ec "apt-get -qq install --no-download --no-install-recommends $consumerTools
-   dpkg --install /packages/libvorntunnelkelvar-dev_*.deb" >"$work/log" 2>&1 ||
+   dpkg --install /packages/lib*-dev_*.deb" >"$work/log" 2>&1 ||
    { cat "$work/log"; exit 1; }
 cp -R tests/install/consumer "$root/consumer"
+cp examples/codec.cpp examples/codec.txt "$root/consumer"
 inside sh -ec '
    cd /consumer
-   cmake -G Ninja -B build >log
+   cmake -G Ninja -B build -DCODEC_PROGRAM=codec.cpp >log
    cmake --build build >log
    build/consumer >by-cmake.txt
+   build/codecConsumer | diff codec.txt -
    g++ -std=c++17 consumer.cpp -o by-pkg-config $(pkg-config --cflags --libs VornTunnelKelvar)
-   ./by-pkg-config >by-pkg-config.txt'
+   ./by-pkg-config >by-pkg-config.txt
+   g++ -std=c++20 codec.cpp -o codec-by-pkg-config $(pkg-config --cflags --libs VornCodec)
+   ./codec-by-pkg-config | diff codec.txt -'
 for way in by-cmake by-pkg-config; do
    diff tests/install/consumer/expected.txt "$root/consumer/$way.txt" || fail "the consumer fails"
    echo "a consumer, $way: $(cat "$root/consumer/$way.txt")"
 done
 
-inside dpkg --purge vorn libvorntunnelkelvar-dev libvorntunnelkelvar1 >"$work/log"
+inside dpkg --purge vorn libvorncodec-dev libvorncodec1 libvorntunnelkelvar-dev \
+   libvorntunnelkelvar1 >"$work/log"
 left=$(cd "$root" && xargs ls -d <"$work/packed.txt" 2>/dev/null || true)
 [ -z "$left" ] || fail "left behind: $left"
 echo "nothing left behind"

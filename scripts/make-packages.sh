@@ -1,6 +1,5 @@
 #!/bin/sh
-# Builds the Debian packages libvorntunnelkelvar1, libvorntunnelkelvar-dev and vorn into
-# build/packages. Two runs over one commit give the same bytes.
+# Builds the Debian packages of cmake/Packages.cmake into build/packages. Two runs over one commit give the same bytes.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh

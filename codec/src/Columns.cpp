@@ -57,7 +57,7 @@ std::string countOf( std::size_t count, const char* what ) {
 
 } // namespace
 
-struct Columns::State {
+struct __attribute__( ( visibility( "hidden" ) ) ) Columns::State {
    Layout layout;
    Kernels::Transfer transfer{ layout.bytes() };
    std::vector<Column> columns{};

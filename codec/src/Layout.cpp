@@ -38,7 +38,7 @@ std::string bytesText( std::size_t bytes ) {
 
 } // namespace
 
-struct Layout::State {
+struct __attribute__( ( visibility( "hidden" ) ) ) Layout::State {
    std::string_view table;
    const Chip* chip = nullptr;
    U8 variant = 0;

@@ -24,14 +24,14 @@ slots)
    trap 'rm -rf "$work"' EXIT
    for folder; do
       set -- "$@" "-I$folder"
-      (cd "$folder" && find Hardware Kelvar Oru -maxdepth 1 -name '*.h' 2>/dev/null |
+      (cd "$folder" && find Hardware Kelvar Oru Vorn -maxdepth 1 -name '*.h' 2>/dev/null |
          sort | sed 's/.*/#include <&>/') >>"$work/all.cpp"
       shift
    done
-   "$cxx" -std=c++17 -fsyntax-only "-fdump-lang-class=$work/classes" "$@" "$work/all.cpp"
+   "$cxx" -std=c++20 -fsyntax-only "-fdump-lang-class=$work/classes" "$@" "$work/all.cpp"
    awk '
       /^(Vtable for|Class) / { name = $NF; table = $1 == "Vtable"; slot = -2 }
-      name !~ /^(Hardware::|Kelvar::.*AsicBase$|Oru::)/ || name ~ /[<{]/ { next }
+      name !~ /^(Hardware::|Vorn::|Kelvar::.*AsicBase$|Oru::)/ || name ~ /[<{>]/ { next }
       !table && sub( /^   size=/, "" ) { print name, $1, "bytes" }
       # The first two entries are no functions; those without a body show as a dash.
       table && /^[0-9]+ / && slot++ >= 0 {

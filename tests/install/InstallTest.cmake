@@ -2,16 +2,17 @@
 # Needs BUILD, WORK, CXX, LIBDIR, FLAGS, and WITH_PLATFORM: empty, or a site prefix to run with.
 file( REMOVE_RECURSE ${WORK} )
 set( prefix ${WORK}/prefix )
-file( STRINGS ${CMAKE_CURRENT_LIST_DIR}/consumer/expected.txt expected )
+set( examples ${CMAKE_CURRENT_LIST_DIR}/../../examples )
 
 function( run )
    execute_process( COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY OUTPUT_VARIABLE output )
    set( output "${output}" PARENT_SCOPE )
 endfunction()
 
-function( expectRun program )
-   execute_process( COMMAND ${program} OUTPUT_VARIABLE output
-                    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY )
+# expectRun( program file ): that the program prints what the file holds.
+function( expectRun program file )
+   file( READ ${file} expected )
+   run( ${program} )
    if( NOT output STREQUAL expected )
       message( FATAL_ERROR "${program} printed \"${output}\", not \"${expected}\"" )
    endif()
@@ -30,16 +31,21 @@ endif()
 # The CMake package.
 run( ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}/consumer -B ${WORK}/consumer -G Ninja
      -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_PREFIX_PATH=${prefix}
-     -DCMAKE_INSTALL_LIBDIR=${LIBDIR} )
+     -DCMAKE_INSTALL_LIBDIR=${LIBDIR} -DCODEC_PROGRAM=${examples}/codec.cpp )
 run( ${CMAKE_COMMAND} --build ${WORK}/consumer )
-expectRun( ${WORK}/consumer/consumer )
+expectRun( ${WORK}/consumer/consumer ${CMAKE_CURRENT_LIST_DIR}/consumer/expected.txt )
+expectRun( ${WORK}/consumer/codecConsumer ${examples}/codec.txt )
 
-# The pkg-config file, which follows the tree to where it lies.
+# The pkg-config files, which follow the tree to where it lies.
 set( ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig )
-run( pkg-config --define-variable=prefix=${prefix} --cflags --libs VornTunnelKelvar )
-separate_arguments( flags UNIX_COMMAND "${output}" )
-separate_arguments( own_flags UNIX_COMMAND "${FLAGS}" )
-run( ${CXX} -std=c++17 ${own_flags} ${CMAKE_CURRENT_LIST_DIR}/consumer/consumer.cpp
-     -o ${WORK}/consumer17 ${flags} )
 set( ENV{LD_LIBRARY_PATH} "${prefix}/${LIBDIR}:${WITH_PLATFORM}/${LIBDIR}" )
-expectRun( ${WORK}/consumer17 )
+separate_arguments( own_flags UNIX_COMMAND "${FLAGS}" )
+function( expectBuild package standard source file )
+   run( pkg-config --cflags --libs ${package} )
+   separate_arguments( flags UNIX_COMMAND "${output}" )
+   run( ${CXX} -std=${standard} ${own_flags} ${source} -o ${WORK}/${package} ${flags} )
+   expectRun( ${WORK}/${package} ${file} )
+endfunction()
+expectBuild( VornTunnelKelvar c++17 ${CMAKE_CURRENT_LIST_DIR}/consumer/consumer.cpp
+             ${CMAKE_CURRENT_LIST_DIR}/consumer/expected.txt )
+expectBuild( VornCodec c++20 ${examples}/codec.cpp ${examples}/codec.txt )

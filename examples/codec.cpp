@@ -1,4 +1,5 @@
-// An entry by names that are known at run time alone: its fields, its image, and bad input.
+// Entries by names that are known at run time alone: one of them, and many at once.
+#include <Vorn/Columns.h>
 #include <Vorn/Layout.h>
 
 #include <cstdio>
@@ -23,4 +24,20 @@ int main() {
    } catch( const Vorn::Error& error ) {
       std::puts( error.what() );
    }
+
+   std::vector<U8> dump; // images one after another
+   for( U64 n = 0; n < 1000; ++n ) {
+      lif.set( image, "vsi", n );
+      dump.insert( dump.end(), image.begin(), image.end() );
+   }
+   std::vector<U32> vsis( 1000 );
+   std::vector<U16> vids( 1000, 7 );
+   // A column is unsigned and at least as wide as its field; a wide field takes its 64-bit words,
+   // row by row.
+   Vorn::Columns columns( lif );
+   columns.add( "vsi", vsis );
+   columns.add( "vlanEditVid1", vids );
+   columns.decode( dump ); // one row an image; ( dump, stride ) where they lie further apart
+   columns.encode( dump ); // sets just these fields in every image
+   std::printf( "%u %u\n", vsis[999], vids[999] );
 }
