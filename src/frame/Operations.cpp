@@ -24,7 +24,7 @@ Cell checkedCellInBuffer( State state, const ClassData& data, Site site ) {
    return cell;
 }
 
-U64 maximumOf( unsigned width ) { return ~U64{ 0 } >> ( 64 - width ); }
+U64 maximumOf( unsigned width ) { return onesOf<U64>( width ); }
 
 // The size of a field's value in bytes.
 int valueSizeOf( const ClassData& data, Site site ) {
@@ -54,10 +54,7 @@ void setByRules( State state, const ClassData& data, Site site, const U8* value 
 
 void maskByRules( State state, const ClassData& data, Site site ) {
    const Cell cell = checkedCellInBuffer( state, data, site );
-   Raw512 value{};
-   for( unsigned word = 0; 64 * word < cell.width; ++word ) {
-      value.wordIs( word, maximumOf( std::min( cell.width - 64 * word, 64u ) ) );
-   }
+   const auto value = onesOf<Raw512>( cell.width );
    setBuf( state.buf, state.len, value.bytes(), valueSizeOf( data, site ), cell.width,
            cell.offset );
 }

@@ -32,6 +32,14 @@ struct State {
 [[gnu::cold]] U16 offsetByRules( State state, const ClassData& data, Site site );
 [[gnu::cold]] bool validByRules( State state, const ClassData& data, Site site );
 
+// Whether the platform says that its primitives are inline. If it doesn't, each access is one call
+// of the platform's own, with the view's buffer and length: a site may have replaced it.
+#ifdef KELVAR_BITBUF_IS_INLINE
+inline constexpr bool primitivesAreInline = true;
+#else
+inline constexpr bool primitivesAreInline = false;
+#endif
+
 // The accessors proper are that contract's quick road, with the field's places as constants. They
 // take it only where they see at once that nothing is to be traced and nothing will fail; in all
 // other cases they leave to the rules. Nothing else is called, so they need no stack.
@@ -152,15 +160,14 @@ inline void mergeAt( U8* bytes, U64 bits, U64 mask ) {
 }
 
 // A value with the low `width` bits set.
-template<class Value, unsigned width>
-constexpr Value ones() {
+template<class Value>
+constexpr Value onesOf( unsigned width ) {
    if constexpr( std::is_integral_v<Value> ) {
       return static_cast<Value>( ~U64{ 0 } >> ( 64 - width ) );
    } else {
       Value value{};
       for( unsigned word = 0; 64 * word < width; ++word ) {
-         const unsigned rest = width - 64 * word;
-         value.wordIs( word, rest >= 64 ? ~U64{ 0 } : ~U64{ 0 } >> ( 64 - rest ) );
+         value.wordIs( word, onesOf<U64>( std::min( width - 64 * word, 64u ) ) );
       }
       return value;
    }
@@ -171,6 +178,26 @@ constexpr Value ones() {
 [[gnu::always_inline]] inline State forRules( State state ) {
    __asm__( "" : "+r"( state.len ) );
    return state;
+}
+
+// Calls `act` with the field's cell if the view has the field and its buffer holds it: what comes
+// before the call of a primitive that isn't inline.
+template<class C, U8 field, class Act>
+[[gnu::always_inline]] inline bool inBuffer( const State& state, const Act& act ) {
+   constexpr unsigned formats = C::compilation.formats.count;
+   const Cell cell =
+      C::cells[field * ( formats + 1 ) + std::min( quickFormat<C>( state ), formats )];
+   if( !cell.present() || state.len < cell.bytes() ) [[unlikely]] {
+      return false;
+   }
+   return act( cell );
+}
+
+template<class Value>
+[[gnu::always_inline]] inline bool setByCall( const State& state, Cell cell, const Value& value ) {
+   setBuf( state.buf, state.len, reinterpret_cast<const U8*>( &value ),
+           static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
+   return true;
 }
 
 template<class Value>
@@ -196,7 +223,14 @@ template<class C, Site site, class Value>
 [[gnu::always_inline]] inline Value get( State state ) {
    Value value;
    bool done;
-   if constexpr( inSpots<C, site.field, Value> ) {
+   if constexpr( !primitivesAreInline ) {
+      done = inBuffer<C, site.field>( state, [&]( Cell cell ) {
+         value = Value{};
+         getBuf( state.buf, state.len, reinterpret_cast<U8*>( &value ),
+                 static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
+         return true;
+      } );
+   } else if constexpr( inSpots<C, site.field, Value> ) {
       const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
       done = state.len > spot.lastByte;
       if( done ) [[likely]] {
@@ -233,7 +267,16 @@ constexpr bool bounded( unsigned width ) {
 template<class C, Site site, class Value>
 [[gnu::always_inline]] inline void set( State state, const Value& value ) {
    bool done;
-   if constexpr( inSpots<C, site.field, Value> ) {
+   if constexpr( !primitivesAreInline ) {
+      done = inBuffer<C, site.field>( state, [&]( Cell cell ) {
+         if constexpr( std::is_integral_v<Value> ) {
+            if( value > onesOf<U64>( cell.width ) && bounded( cell.width ) ) [[unlikely]] {
+               return false;
+            }
+         }
+         return setByCall( state, cell, value );
+      } );
+   } else if constexpr( inSpots<C, site.field, Value> ) {
       const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
       // A greater value is for the rules also where there is no bound: they cut it.
       done = state.len > spot.lastByte && value <= onesOf( spot );
@@ -248,7 +291,7 @@ template<class C, Site site, class Value>
          if constexpr( std::is_integral_v<Value> ) {
             // Not one condition with the above, where clang would compare a Raw value too.
             if constexpr( bounded( place.width ) ) {
-               if( value > ones<U64, place.width>() ) [[unlikely]] {
+               if( value > onesOf<U64>( place.width ) ) [[unlikely]] {
                   return false;
                }
             }
@@ -270,7 +313,11 @@ template<class C, Site site, class Value>
 template<class C, Site site, class Value>
 [[gnu::always_inline]] inline void mask( State state ) {
    bool done;
-   if constexpr( inSpots<C, site.field, Value> ) {
+   if constexpr( !primitivesAreInline ) {
+      done = inBuffer<C, site.field>( state, [&]( Cell cell ) {
+         return setByCall( state, cell, onesOf<Value>( cell.width ) );
+      } );
+   } else if constexpr( inSpots<C, site.field, Value> ) {
       const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
       done = state.len > spot.lastByte;
       if( done ) [[likely]] {
@@ -281,7 +328,7 @@ template<class C, Site site, class Value>
          if( state.len < quickLength<C, place> ) [[unlikely]] {
             return false;
          }
-         constexpr Value value = ones<Value, place.width>();
+         constexpr Value value = onesOf<Value>( place.width );
          store<C, place>( state, value );
          return true;
       } );
@@ -443,7 +490,7 @@ void construct( const ClassData& data, Site site, State state );
 // Stamps the pair's tag into a fresh entry, verifies it in an existing one.
 void handleTag( const ClassData& data, Site site, State state, bool existingEntry );
 
-// Both in one, if the pair is valid and nothing is to be traced or will fail.
+// Both in one, if the pair is valid, nothing is traced or fails, and no primitive is to be called.
 template<class C>
 [[gnu::always_inline]] inline bool constructQuickly( State state, bool existingEntry ) {
    const unsigned pair = pairOf( state.chipType, state.variant );
@@ -457,7 +504,7 @@ template<class C>
    if( kind.tagCount == 0 ) {
       return true;
    }
-   if( state.len < C::storageSize ) [[unlikely]] {
+   if( !primitivesAreInline || state.len < C::storageSize ) [[unlikely]] {
       return false;
    }
    return everyTag<C>( kind, [&]<Place place>( U8 value ) {
@@ -474,12 +521,13 @@ template<class C>
 [[gnu::cold]] bool holdsByRules( const ClassData& data, Site site, Hardware::ChipType chipType,
                                  const U8* buf, U16 len, U8 variant );
 
-// Its quick road: a pair with a tag, all of it surely in the buffer.
+// Its quick road: a pair with a tag, all of it surely in the buffer, and inline primitives.
 template<class C, Site site>
 [[gnu::always_inline]] inline bool holds( Hardware::ChipType chipType, const U8* buf, U16 len,
                                           U8 variant ) {
    const unsigned pair = pairOf( chipType, variant );
-   if( surelyQuiet() && pair < sizeof C::kindTable.of && len >= C::storageSize ) [[likely]] {
+   if( primitivesAreInline && surelyQuiet() && pair < sizeof C::kindTable.of &&
+       len >= C::storageSize ) [[likely]] {
       const Kind& kind = C::kinds[C::kindTable.of[pair]];
       if( kind.tagCount != 0 && everyTag<C>( kind, [&]<Place place>( U8 value ) {
              return holdsTag<C, place>( buf, value );

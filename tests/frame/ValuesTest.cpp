@@ -5,23 +5,16 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
 namespace {
 
 using namespace Hardware::Frame;
 
-template<class Value, unsigned... widths>
-void checkOnes( std::integer_sequence<unsigned, widths...> ) {
-   const Testing::Bits values[] = { Testing::toBits( ones<Value, widths + 1>() )... };
-   for( unsigned width = 1; width <= sizeof...( widths ); ++width ) {
-      EXPECT_EQ( values[width - 1], Testing::lowOnes( width ) ) << "of " << 8 * sizeof( Value );
-   }
-}
-
 template<class Value>
 void checkOnes() {
-   checkOnes<Value>( std::make_integer_sequence<unsigned, 8 * sizeof( Value )>() );
+   for( unsigned width = 1; width <= 8 * sizeof( Value ); ++width ) {
+      EXPECT_EQ( Testing::toBits( onesOf<Value>( width ) ), Testing::lowOnes( width ) )
+         << "of " << 8 * sizeof( Value );
+   }
 }
 
 TEST( Values, WithTheLowBitsSet ) {

@@ -26,10 +26,15 @@ struct FieldAccessors {
 
 struct ClassAccessors {
    const char* name;
+   U16 storageSize;
    std::vector<FieldAccessors> fields;
    // A view of the pair; its buffer is only there for the tag.
    std::unique_ptr<Kelvar::AsicBase> ( *make )( Hardware::ChipType chipType, U8 variant );
    void ( *bufferIs )( Kelvar::AsicBase& view, U8* buf, U16 len );
+   std::unique_ptr<Kelvar::AsicBase> ( *construct )( Hardware::ChipType chipType, U8* buf, U16 len,
+                                                     bool existingEntry, U8 variant );
+   Bits ( *getAllFields )( const Kelvar::AsicBase& view );
+   Raw4096 ( *allFieldsMask )( U32 chipType, U8 variant );
 };
 
 template<class View, class Value, auto get>
@@ -63,8 +68,22 @@ void probeBufferIs( Kelvar::AsicBase& view, U8* buf, U16 len ) {
    static_cast<Probe<View>&>( view ).bufferIs( buf, len );
 }
 
+template<class View>
+std::unique_ptr<Kelvar::AsicBase> constructView( Hardware::ChipType chipType, U8* buf, U16 len,
+                                                 bool existingEntry, U8 variant ) {
+   return std::make_unique<View>( chipType, buf, len, existingEntry, variant );
+}
+
+template<class View>
+Bits wholeEntry( const Kelvar::AsicBase& view ) {
+   return toBits( static_cast<const View&>( view ).getAllFields() );
+}
+
 // Defined for each class by Accessors.inc.
 template<class View>
 ClassAccessors accessorsOf();
+
+// In registry order.
+const std::vector<ClassAccessors>& everyClass();
 
 } // namespace Testing

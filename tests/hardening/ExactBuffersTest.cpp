@@ -2,9 +2,6 @@
 // end is touched, and one byte too few is refused. Under the address sanitizer a slip shows.
 #include "Accessors.h"
 
-#define EACH_CLASS "hardening/Accessors.inc"
-#include "registry/EachClass.inc"
-
 #include <Hardware/Registry.h>
 
 #include <gtest/gtest.h>
@@ -18,18 +15,11 @@ using Testing::Bits;
 using Testing::bitsAt;
 using Testing::bitsAtAre;
 using Testing::ClassAccessors;
+using Testing::everyClass;
 using Testing::expressionOf;
 using Testing::FieldAccessors;
 using Testing::Image;
 using Testing::ValueImage;
-
-const std::vector<ClassAccessors>& classes() {
-   static const std::vector<ClassAccessors> classes = {
-#define VIEW( name ) Testing::accessorsOf<Hardware::name>(),
-#include "registry/Classes.def"
-   };
-   return classes;
-}
 
 // A buffer on the heap of exactly so many bytes.
 class Buffer {
@@ -156,7 +146,7 @@ bool worthTrying( const Hardware::PairInfo& info, unsigned variant ) {
 class ExactBuffers : public testing::TestWithParam<std::size_t> {};
 
 TEST_P( ExactBuffers, AreEnoughAndOneByteLessIsRefused ) {
-   const ClassAccessors& of = classes()[GetParam()];
+   const ClassAccessors& of = everyClass()[GetParam()];
    std::mt19937 random( static_cast<unsigned>( GetParam() ) );
    unsigned walked = 0;
    for( unsigned chipType = 0; chipType < 32; ++chipType ) {
@@ -192,14 +182,14 @@ TEST_P( ExactBuffers, AreEnoughAndOneByteLessIsRefused ) {
 }
 
 std::string className( const testing::TestParamInfo<std::size_t>& number ) {
-   return classes()[number.param].name;
+   return everyClass()[number.param].name;
 }
 INSTANTIATE_TEST_SUITE_P( EveryAccessor, ExactBuffers,
                           testing::Range( std::size_t{ 0 }, std::size_t{ 22 } ), className );
 
 TEST( ExactBuffers, AreTriedOnEveryField ) {
-   ASSERT_EQ( classes().size(), Hardware::classNames().size() );
-   for( const ClassAccessors& of : classes() ) {
+   ASSERT_EQ( everyClass().size(), Hardware::classNames().size() );
+   for( const ClassAccessors& of : everyClass() ) {
       EXPECT_EQ( of.fields.size(), Hardware::classFields( of.name ).size() ) << of.name;
    }
 }

@@ -1,5 +1,5 @@
-# Installs the platform stand-ins alone, as a site's own platform would be, and builds, installs and
-# uses the library against them.
+# Installs the platform stand-ins alone, as a site's own platform would be, with a header that only
+# declares the bit-buffer primitives; and builds, installs and uses the library against them.
 # Needs SOURCE, BUILD, WORK, CXX, LIBDIR and FLAGS.
 file( REMOVE_RECURSE ${WORK} )
 set( site ${WORK}/site )
@@ -11,8 +11,10 @@ endfunction()
 foreach( component platform platformDevelopment )
    run( ${CMAKE_COMMAND} --install ${BUILD} --prefix ${site} --component ${component} )
 endforeach()
+file( COPY_FILE ${CMAKE_CURRENT_LIST_DIR}/site/BitBuf.h ${site}/include/Kelvar/BitBuf.h )
 run( ${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/build -G Ninja -DVORN_PLATFORM=${site}
-     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=None
+     -DCMAKE_CXX_COMPILER=${CXX} "-DCMAKE_CXX_FLAGS=${FLAGS} -O1" -DCMAKE_BUILD_TYPE=None
+     -DVORN_WARNINGS_AS_ERRORS=ON
      -DVORN_BUILD_TESTS=OFF -DVORN_BUILD_EXAMPLES=OFF -DVORN_BUILD_TOOLS=OFF
      -DCMAKE_INSTALL_LIBDIR=${LIBDIR} )
 run( ${CMAKE_COMMAND} --build ${WORK}/build )

@@ -186,6 +186,10 @@ __attribute__( ( always_inline ) ) inline void maskWords( const U32* src, U32* d
 
 #ifndef KELVAR_BITBUF_WITHOUT_INLINE
 
+// Says that nobody needs to see the primitives called: they are inline, and who knows a field's
+// place may as well do their work on the image's words.
+#define KELVAR_BITBUF_IS_INLINE
+
 // GNU's inline: such a definition is used for inlining alone. Whoever takes the address of the
 // function, or doesn't inline, gets the exported one.
 #define KELVAR_INLINE extern inline __attribute__( ( gnu_inline, always_inline ) )
