@@ -1,25 +1,8 @@
 // The floor's functions over 64-bit words: every offset, width and bound is a constant.
-#include "Floor.h"
-
-// The C library's, which <cassert> declares in debug builds alone.
-extern "C" [[noreturn]] void __assert_fail( const char* expression, const char* file, unsigned line,
-                                            const char* function );
+#include "Require.h"
 
 namespace Floor {
 namespace {
-
-[[noreturn, gnu::cold]] void fail( const char* expression, const char* function ) {
-   __assert_fail( expression, "Floor", __LINE__, function );
-}
-
-[[gnu::always_inline]] inline void require( bool holds, const char* expression,
-                                            const char* function = __builtin_FUNCTION() ) {
-   if( !holds ) [[unlikely]] {
-      fail( expression, function );
-   }
-}
-
-constexpr U64 ones( unsigned width ) { return ~U64{ 0 } >> ( 64 - width ); }
 
 // Where a field lies in the entry's words.
 template<unsigned offset, unsigned width>
@@ -45,7 +28,7 @@ template<unsigned offset, unsigned width>
 [[gnu::always_inline]] inline void write( const Image& image, U64 value ) {
    using At = Place<offset, width>;
    require( image.length >= At::bytes, "length" );
-   if constexpr( width != 8 && width != 16 && width != 32 && width != 64 ) {
+   if constexpr( bounded( width ) ) {
       require( value <= ones( width ), "bound" );
    }
    value &= ones( width );

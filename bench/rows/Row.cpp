@@ -14,6 +14,7 @@ Rows allRows() {
    addAccessRows( rows );
    addEntryRows( rows );
    addTraceRows( rows );
+   addCallRows( rows );
    addFormatRows( rows );
    return rows;
 }

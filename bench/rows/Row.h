@@ -20,6 +20,7 @@ enum class Goal {
    byHand,       // one fixed pair, out of line
    road,         // from the registry to the address
    traces,       // against the same build without trace sites
+   calls,        // all fields of a pair over primitives that aren't inline
    format,       // the accessors of one format of a class; no baseline but the class's others
 };
 
@@ -57,6 +58,7 @@ void addWideRows( Rows& rows );
 void addAccessRows( Rows& rows );
 void addEntryRows( Rows& rows );
 void addTraceRows( Rows& rows );
+void addCallRows( Rows& rows );
 void addFormatRows( Rows& rows );
 
 // Ends the process, naming the row, if its two sides don't agree.

@@ -2,7 +2,6 @@
 #include "PairBodies.h"
 #include "Row.h"
 
-#include <cstring>
 #include <memory>
 
 namespace Bench {
@@ -18,42 +17,6 @@ constexpr Value someValue() {
       value.wordIs( 0, 0x0123456789abcdef );
    }
    return value;
-}
-
-template<class Pair>
-struct Sides {
-   Sides() : views( Pair::chipType, Pair::variant ) {}
-
-   Views<typename Pair::View> views;
-   Images<Pair::View::storageSize> images;
-};
-
-// Both sides hold the same bits and read the same value, in every entry.
-template<class Pair, class Field>
-bool sidesAgree( Sides<Pair>& sides ) {
-   for( unsigned number = 0; number < entryCount; ++number ) {
-      const typename Pair::View& view = sides.views[number];
-      const Floor::Image& image = sides.images[number];
-      if( ( view.*Field::get )() != Field::floorGet( image ) ||
-          std::memcmp( view.buf(), image.words, view.len() ) != 0 ) {
-         return false;
-      }
-   }
-   return true;
-}
-
-// Both sides start with the same bits, in every other entry all ones.
-template<class Pair>
-std::shared_ptr<Sides<Pair>> makeSides() {
-   auto sides = std::make_shared<Sides<Pair>>();
-   for( unsigned number = 0; number < entryCount; ++number ) {
-      const typename Pair::View& view = sides->views[number];
-      if( number % 2 != 0 ) {
-         std::memset( view.buf(), 0xff, view.len() );
-      }
-      std::memcpy( sides->images[number].words, view.buf(), view.len() );
-   }
-   return sides;
 }
 
 template<class Pair, class Field>
@@ -94,33 +57,15 @@ void addPairRowsOf( Rows& rows ) {
 
    Row compose = { Goal::pair, Pair::name() + " compose", entryCount * Narrow::settable, {}, {} };
    compose.library = [sides] { Bench::compose<Pair>( sides->views ); };
-   compose.baseline = [sides] {
-      forEach( sides->images, [&]( auto& image ) {
-         forEachField<Pair>( [&image]<class Field>( const char* ) {
-            if constexpr( Field::settable && !Field::wide ) {
-               Field::floorSet( image, 1 );
-            }
-         } );
-      } );
-   };
+   compose.baseline = [sides] { composeFloor<Pair>( sides->images ); };
    compose.library();
    compose.baseline();
-   forEachField<Pair>( [&]<class Field>( const char* ) {
-      require( sidesAgree<Pair, Field>( *sides ), compose.name );
-   } );
+   require( allSidesAgree<Pair>( *sides ), compose.name );
    rows.rows.push_back( compose );
 
    Row decode = { Goal::pair, Pair::name() + " decode", entryCount * Narrow::all, {}, {} };
    decode.library = [sides] { Bench::decode<Pair>( sides->views ); };
-   decode.baseline = [sides] {
-      forEach( sides->images, [&]( const auto& image ) {
-         forEachField<Pair>( [&image]<class Field>( const char* ) {
-            if constexpr( !Field::wide ) {
-               static_cast<void>( Field::floorGet( image ) );
-            }
-         } );
-      } );
-   };
+   decode.baseline = [sides] { decodeFloor<Pair>( sides->images ); };
    rows.rows.push_back( decode );
 }
 

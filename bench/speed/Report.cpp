@@ -151,6 +151,8 @@ constexpr Aim aims[] = {
    { "`getSchanAddress`, `getAllFields`, `isLifTable`", "by hand for one pair", Goal::byHand, 1.5,
      false },
    { "the road of one entry", "by hand for one pair", Goal::road, 2.0, false },
+   { "the fields of a pair over primitives that aren't inline", "a floor that calls them too",
+     Goal::calls, 2.0, false },
    { "disabled tracing, on average", "no trace sites", Goal::traces, 1.1, true },
 };
 

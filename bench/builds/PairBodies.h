@@ -1,4 +1,4 @@
-// What the two modules of the trace rows yield.
+// What the modules over the builds of the library yield.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,9 @@ namespace Bench {
 struct PairBody {
    std::string name;
    unsigned operations; // that one call performs
-   std::function<void()> call;
+   std::function<void()> library;
+   std::function<void()> floor;
+   std::function<bool()> agree; // whether both hold the same bits and read the same values
 };
 
 // The function `vornPairBodies` of each module: appends the composing and the decoding of each

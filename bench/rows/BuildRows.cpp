@@ -1,6 +1,7 @@
-// Disabled tracing: the library against the same build whose trace sites are compiled out.
+// The library in other builds: one whose trace sites are compiled out, which tells what disabled
+// tracing costs, and one over primitives that aren't inline, against a floor that calls them too.
 #include "Row.h"
-#include "traces/PairBodies.h"
+#include "builds/PairBodies.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -9,7 +10,7 @@
 namespace Bench {
 namespace {
 
-// Both builds have the same symbols. So each is loaded with a module of its own, which looks them
+// All builds have the same symbols. So each is loaded with a module of its own, which looks them
 // up among its own libraries first.
 std::vector<PairBody> bodiesOf( const char* module ) {
    void* const handle = dlopen( module, RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND );
@@ -33,7 +34,17 @@ void addTraceRows( Rows& rows ) {
    const std::vector<PairBody> without = bodiesOf( VORN_BENCH_WITHOUT_TRACES );
    for( std::size_t number = 0; number < with.size(); ++number ) {
       rows.rows.push_back( { Goal::traces, "traces, " + with[number].name, with[number].operations,
-                             with[number].call, without[number].call } );
+                             with[number].library, without[number].library } );
+   }
+}
+
+void addCallRows( Rows& rows ) {
+   for( const PairBody& body : bodiesOf( VORN_BENCH_CALLS ) ) {
+      const std::string name = "called primitives, " + body.name;
+      body.library();
+      body.floor();
+      require( body.agree(), name );
+      rows.rows.push_back( { Goal::calls, name, body.operations, body.library, body.floor } );
    }
 }
 
