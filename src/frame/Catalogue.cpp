@@ -36,7 +36,7 @@ constexpr bool namedByRule( const CatalogueRow& row ) {
    return next == row.name.size();
 }
 
-// The two names that keep a capital behind a digit.
+// The two names that keep a capital after a digit.
 constexpr bool keepsCapital( const CatalogueRow& row ) {
    return ( row.identifier == 191 && row.name == "ipQualifierAdditionalHeader1St" &&
             row.hardwareName == "IP_QUALIFIER_ADDITIONAL_HEADER_1ST" ) ||

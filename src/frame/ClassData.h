@@ -33,9 +33,9 @@ struct ClassData {
    const Cell* cells;       // [field][format], formatCount + 1 columns; the last is absent
    unsigned formatCount;
    const U8* formatOf; // of PairTables of pairCount numbers
-   const U8* kindOf;
+   const U8* factsOf;
    unsigned pairCount;
-   const Kind* kinds;
+   const PairFacts* facts;
    bool ( *valid )( Hardware::ChipType chipType, U8 variant );
    std::shared_ptr<Kelvar::AsicBase> ( *make )( Hardware::ChipType chipType, U8 variant );
 };
@@ -59,9 +59,9 @@ inline unsigned formatOf( const ClassData& data, U8 chipType, U8 variant ) {
    return pairLookup( data.formatOf, data.pairCount, chipType, variant );
 }
 
-// Kind of a pair; the first of the class's kinds, without format, if the pair is invalid.
-inline const Kind& kindOf( const ClassData& data, U32 chipType, U8 variant ) {
-   return data.kinds[chipType < 256 ? pairLookup( data.kindOf, data.pairCount,
+// The facts of a pair; the first of the class's, without a format, if the pair is invalid.
+inline const PairFacts& factsOf( const ClassData& data, U32 chipType, U8 variant ) {
+   return data.facts[chipType < 256 ? pairLookup( data.factsOf, data.pairCount,
                                                   static_cast<U8>( chipType ), variant )
                                     : 0];
 }

@@ -143,7 +143,7 @@ struct PairCells {
       }
    }
 
-   constexpr void place( const Placement& placement ) {
+   constexpr void take( const Placement& placement ) {
       cells[placement.field] = placement.cell;
       ++count;
       // Order-free, as two formats may stem from different blocks.
@@ -183,7 +183,7 @@ constexpr Formats<Fields> formatsOf( const auto& placements, Finding& finding ) 
          if( pair.cells[placement.field].present() ) {
             finding.note( Flaw::fieldPlacedTwice, placement.field, chipType, variant );
          }
-         pair.place( placement );
+         pair.take( placement );
       }
       if( pair.count == 0 || finding.found() ) {
          return;
@@ -396,10 +396,10 @@ inline constexpr std::size_t factsLimit = 256;
 struct FactsTable {
    unsigned count = 1;
    U8 of[chipLimit][variantLimit] = {};
-   Kind rows[factsLimit] = {};
+   PairFacts rows[factsLimit] = {};
 };
 
-constexpr void takeDimension( Kind& facts, const Dimension& row ) {
+constexpr void takeDimension( PairFacts& facts, const Dimension& row ) {
    facts.width = row.width;
    facts.entries = row.entries;
    facts.arrayElements = row.arrayElements;
@@ -408,7 +408,7 @@ constexpr void takeDimension( Kind& facts, const Dimension& row ) {
    facts.addrStride = row.addrStride;
 }
 
-constexpr void takeAddress( Kind& facts, const Address& row ) {
+constexpr void takeAddress( PairFacts& facts, const Address& row ) {
    facts.hasAddress = row.base.stated;
    facts.base = row.base.address;
    facts.entryStep = row.entryStep;
@@ -419,7 +419,7 @@ constexpr void takeAddress( Kind& facts, const Address& row ) {
    }
 }
 
-constexpr void takeTag( Kind& facts, const Tag& row ) {
+constexpr void takeTag( PairFacts& facts, const Tag& row ) {
    facts.tagCount = static_cast<U8>( countOf( row.fields ) );
    for( unsigned number = 0; number < facts.tagCount; ++number ) {
       facts.tag[number] = row.fields[number];
@@ -428,10 +428,10 @@ constexpr void takeTag( Kind& facts, const Tag& row ) {
 
 // Numbers the distinct facts of a sound description's pairs.
 template<std::size_t Fields>
-constexpr FactsTable factsOf( const auto& description, const Formats<Fields>& formats,
-                              const Pairs& valid, const RowNumbers& dimensionOf,
-                              const RowNumbers& addressOf, const RowNumbers& tagOf,
-                              Finding& finding ) {
+constexpr FactsTable factsTableOf( const auto& description, const Formats<Fields>& formats,
+                                   const Pairs& valid, const RowNumbers& dimensionOf,
+                                   const RowNumbers& addressOf, const RowNumbers& tagOf,
+                                   Finding& finding ) {
    FactsTable table;
    // Pairs that the same rows speak of are told apart by their formats alone.
    U64 origins[factsLimit] = {};
@@ -450,7 +450,7 @@ constexpr FactsTable factsOf( const auto& description, const Formats<Fields>& fo
          ++number;
       }
       if( number == table.count ) {
-         Kind facts;
+         PairFacts facts;
          facts.format = format;
          facts.fieldCount = formats.fieldCount[format];
          facts.variantCount = variantCount;
@@ -518,8 +518,8 @@ constexpr Compilation<Fields> compile( const auto& description,
    const RowNumbers tagOf = rowNumbersOf( description.tags.rows, Flaw::pairTaggedTwice, finding );
    checkTags( description.tags.rows, tagOf, result.formats, declarations, result.valid, finding );
    if( !finding.found() ) {
-      result.facts = factsOf( description, result.formats, result.valid, dimensionOf, addressOf,
-                              tagOf, finding );
+      result.facts = factsTableOf( description, result.formats, result.valid, dimensionOf,
+                                   addressOf, tagOf, finding );
    }
    return result;
 }

@@ -20,8 +20,8 @@ constexpr unsigned bitsOf( ValueType type ) { return 8u << static_cast<unsigned>
 // The format of a pair that isn't valid.
 inline constexpr unsigned noFormat = 63;
 
-// What the operations ask of a pair besides its format. Kind 0 is that of all invalid pairs.
-struct Kind {
+// What the operations ask of a pair besides its format. Number 0 is that of all invalid pairs.
+struct PairFacts {
    U8 format = noFormat;
    bool hasAddress = false;
    U8 variantCount = 0; // 0 where the variant is not looked at
@@ -40,7 +40,7 @@ struct Kind {
    U8 destBlock[instanceLimit] = {};
    TagField tag[tagFieldLimit] = {};
 
-   friend constexpr bool operator==( const Kind&, const Kind& ) = default;
+   friend constexpr bool operator==( const PairFacts&, const PairFacts& ) = default;
 };
 
 // The operations of a class that trace or fail: first those of one field, then the others.

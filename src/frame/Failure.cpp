@@ -199,7 +199,7 @@ Text printed( U8 chipType ) {
    return buffer.text();
 }
 
-void failPlace( const ClassData& data, Site site, U8 chipType ) {
+void failAbsent( const ClassData& data, Site site, U8 chipType ) {
    if( site.operation == Operation::len ) {
       const Text message( printed( chipType ).view(), " does not have field ",
                           catalogueRowOf( data, site ).hardwareName );
@@ -217,7 +217,7 @@ namespace {
 
 VariantSet validVariants( const ClassData& data, U32 chipType ) {
    return VariantSet( [&data, chipType]( U8 variant ) {
-      return kindOf( data, chipType, variant ).format != noFormat;
+      return factsOf( data, chipType, variant ).format != noFormat;
    } );
 }
 

@@ -43,7 +43,7 @@ template<class Write>
 [[noreturn, gnu::cold]] void failBound( const ClassData& data, Site site, U64 maximum );
 // A pair without the field: "0", or "variant_ == V" where the chip type has it in V alone; from
 // `<f>Len()` the message "<chip type> does not have field <hardware name>".
-[[noreturn, gnu::cold]] void failPlace( const ClassData& data, Site site, U8 chipType );
+[[noreturn, gnu::cold]] void failAbsent( const ClassData& data, Site site, U8 chipType );
 // A pair given as arguments that is invalid: "0", or "variant == 0".
 [[noreturn, gnu::cold]] void failPair( const ClassData& data, Site site, U32 chipType );
 // The pair of a view that is invalid: "0", or "variant_ == V".

@@ -10,7 +10,7 @@ Cell checkedCell( State state, const ClassData& data, Site site ) {
    traceView( data, site, state );
    const Cell cell = cellOf( data, site.field, state.chipType, state.variant );
    if( !cell.present() ) {
-      failPlace( data, site, state.chipType );
+      failAbsent( data, site, state.chipType );
    }
    return cell;
 }
@@ -90,7 +90,7 @@ Site accessorOf( const ClassData& data, Operation operation, unsigned field ) {
    return siteOf( operation, data.fields[field].line, static_cast<U8>( field ) );
 }
 
-// Not inlined, as what it keeps in registers would have to be saved on the quick roads.
+// Not inlined, as what it keeps in registers would have to be saved on the fast paths.
 
 [[gnu::cold, gnu::noinline]] U16 fieldWidthByRules( const ClassData& data, Site site, U32 fieldId,
                                                     State state ) {
@@ -149,11 +149,11 @@ bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state ) 
    return cellOfIdentifier( data, fieldId, state ).present();
 }
 
-const Kind& tracedKind( const ClassData& data, Site site, U32 chipType, U8 variant ) {
+const PairFacts& tracedFacts( const ClassData& data, Site site, U32 chipType, U8 variant ) {
    if( traced() ) [[unlikely]] {
       traceStatic( data, site, chipType, variant );
    }
-   return checkedKind( data, site, chipType, variant );
+   return checkedFacts( data, site, chipType, variant );
 }
 
 namespace {
@@ -166,34 +166,35 @@ Text indexTest( const char* index, U32 limit, bool equality ) {
 } // namespace
 
 bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType, U8 variant,
-                             U32& schanAddress, EntryPlace place ) {
-   const Kind& kind = kindOf( data, chipType, variant );
-   if( kind.format == noFormat ) [[unlikely]] {
+                             U32& schanAddress, EntryIndices indices ) {
+   const PairFacts& facts = factsOf( data, chipType, variant );
+   if( facts.format == noFormat ) [[unlikely]] {
       if( enabled( Level::failure ) ) {
          traceNoAddress( data, site, chipType, variant );
       }
       return false;
    }
-   if( !kind.hasAddress ) [[unlikely]] {
+   if( !facts.hasAddress ) [[unlikely]] {
       fail( data, site, "0" );
    }
-   if( place.tableEntry >= kind.entries ) [[unlikely]] {
-      fail( data, site, indexTest( "tableEntry", kind.entries, !data.isTable ).c_str() );
+   if( indices.tableEntry >= facts.entries ) [[unlikely]] {
+      fail( data, site, indexTest( "tableEntry", facts.entries, !data.isTable ).c_str() );
    }
-   if( place.arrayIndex >= kind.arrayElements ) [[unlikely]] {
-      const bool equality = data.isTable && kind.arrayElements == 1;
-      fail( data, site, indexTest( "arrayIndex", kind.arrayElements, equality ).c_str() );
+   if( indices.arrayIndex >= facts.arrayElements ) [[unlikely]] {
+      const bool equality = data.isTable && facts.arrayElements == 1;
+      fail( data, site, indexTest( "arrayIndex", facts.arrayElements, equality ).c_str() );
    }
-   // By now it is the identifier, or the quick road would have answered.
-   schanAddress = kind.base + place.tableEntry * kind.entryStep + place.arrayIndex * kind.arrayStep;
-   const unsigned count = kind.instanceCount;
+   // By now it is the identifier, or the fast path would have answered.
+   schanAddress =
+      facts.base + indices.tableEntry * facts.entryStep + indices.arrayIndex * facts.arrayStep;
+   const unsigned count = facts.instanceCount;
    const Text test =
       data.isTable ? Text( "identifier <= ", count - 1 ) : Text( "identifier < ", count );
    fail( data, site, test.c_str() );
 }
 
 void construct( const ClassData& data, Site site, State state ) {
-   if( kindOf( data, state.chipType, state.variant ).format == noFormat ) [[unlikely]] {
+   if( factsOf( data, state.chipType, state.variant ).format == noFormat ) [[unlikely]] {
       failConstruction( data, site, state.chipType, state.variant );
    }
    if( traced() ) [[unlikely]] {
@@ -202,9 +203,9 @@ void construct( const ClassData& data, Site site, State state ) {
 }
 
 void handleTag( const ClassData& data, Site site, State state, bool existingEntry ) {
-   const Kind& kind = kindOf( data, state.chipType, state.variant );
-   for( unsigned number = 0; number < kind.tagCount; ++number ) {
-      const TagField& tag = kind.tag[number];
+   const PairFacts& facts = factsOf( data, state.chipType, state.variant );
+   for( unsigned number = 0; number < facts.tagCount; ++number ) {
+      const TagField& tag = facts.tag[number];
       const Cell cell = cellOf( data, tag.field, state.chipType, state.variant );
       if( existingEntry ) {
          U8 found = 0;
@@ -229,9 +230,9 @@ bool holdsByRules( const ClassData& data, Site site, Hardware::ChipType chipType
    if( chipType >= chipLimit || ( data.chips >> chipType & 1 ) == 0 ) {
       return false;
    }
-   const Kind& kind = kindOf( data, chipType, variant );
-   for( unsigned number = 0; number < kind.tagCount; ++number ) {
-      const TagField& tag = kind.tag[number];
+   const PairFacts& facts = factsOf( data, chipType, variant );
+   for( unsigned number = 0; number < facts.tagCount; ++number ) {
+      const TagField& tag = facts.tag[number];
       const Cell cell = cellOf( data, tag.field, chipType, variant );
       if( len < cell.bytes() ) {
          return false;

@@ -22,7 +22,7 @@ struct State {
    U16 len;
 };
 
-// An accessor's whole contract, whatever the class: trace, place, length, bound, primitive. A
+// An accessor's whole contract, whatever the class: trace, cell, length, bound, primitive. A
 // narrow value is set as a U64; otherwise a value is its bytes.
 [[gnu::cold]] void getByRules( State state, const ClassData& data, Site site, U8* value );
 [[gnu::cold]] void setByRules( State state, const ClassData& data, Site site, U64 value );
@@ -40,60 +40,60 @@ inline constexpr bool primitivesAreInline = true;
 inline constexpr bool primitivesAreInline = false;
 #endif
 
-// The accessors proper are that contract's quick road, with the field's places as constants. They
+// The accessors proper are that contract's fast path, with the field's cells as constants. They
 // take it only where they see at once that nothing is to be traced and nothing will fail; in all
 // other cases they leave to the rules. Nothing else is called, so they need no stack.
 
-// All formats that have the field, by place.
+// All formats that have the field, by cell.
 template<class C, U8 field>
-inline constexpr auto places = placesOf( C::formats, field );
+inline constexpr auto distinctCells = distinctCellsOf( C::formats, field );
 
-// The bytes up to the end of a field's last 64-bit word, as far as an entry has it. A quick road
+// The bytes up to the end of a field's last 64-bit word, as far as an entry has it. A fast path
 // asks for so many, and then goes by this constant instead of the buffer's length. Shorter buffers,
 // which may still hold the field, are for the rules.
-template<class C, Place place>
-inline constexpr int quickLength = std::min<int>( ( place.offset + place.width + 63 ) / 64 * 8,
-                                                  C::storageSize );
+template<class C, Cell cell>
+inline constexpr int fastLength = std::min<int>( ( cell.offset + cell.width + 63 ) / 64 * 8,
+                                                 C::storageSize );
 
-// The number of a field's place in each format; their count where it has none.
+// The number of a field's cell in each format; their count where it has none.
 template<class C, U8 field>
-inline constexpr auto placeNumbers = placeNumbersOf( places<C, field> );
+inline constexpr auto cellNumbers = cellNumbersOf( distinctCells<C, field> );
 
-// Calls `act` with the field's place in the format, a constant, and hands back what it says; false
+// Calls `act` with the field's cell in the format, a constant, and hands back what it says; false
 // without one.
 template<class C, U8 field, class Act>
 [[gnu::always_inline]] inline bool inFormat( unsigned format, const Act& act ) {
-   constexpr unsigned count = places<C, field>.count;
+   constexpr unsigned count = distinctCells<C, field>.count;
    static_assert( count <= 12 );
-   const unsigned number = placeNumbers<C, field>[format];
-   // Few places are told apart by tests; this one first leaves the others alike.
+   const unsigned number = cellNumbers<C, field>[format];
+   // Few cells are told apart by tests; this one first leaves the others alike.
    if( count <= 3 && number == count ) [[unlikely]] {
       return false;
    }
    switch( number ) {
-#define PLACE( each )                                                                              \
+#define CELL( each )                                                                               \
    case each:                                                                                      \
       if constexpr( each < count ) {                                                               \
-         return act.template operator()<places<C, field>.rows[each]>();                            \
+         return act.template operator()<distinctCells<C, field>.rows[each].cell>();                \
       } else if constexpr( each == count ) {                                                       \
          return false;                                                                             \
       } else {                                                                                     \
          __builtin_unreachable();                                                                  \
       }
-      PLACE( 0 )
-      PLACE( 1 )
-      PLACE( 2 )
-      PLACE( 3 )
-      PLACE( 4 )
-      PLACE( 5 )
-      PLACE( 6 )
-      PLACE( 7 )
-      PLACE( 8 )
-      PLACE( 9 )
-      PLACE( 10 )
-      PLACE( 11 )
-      PLACE( 12 )
-#undef PLACE
+      CELL( 0 )
+      CELL( 1 )
+      CELL( 2 )
+      CELL( 3 )
+      CELL( 4 )
+      CELL( 5 )
+      CELL( 6 )
+      CELL( 7 )
+      CELL( 8 )
+      CELL( 9 )
+      CELL( 10 )
+      CELL( 11 )
+      CELL( 12 )
+#undef CELL
    default:
       __builtin_unreachable(); // so that a jump through a table needs no test before it
    }
@@ -101,7 +101,7 @@ template<class C, U8 field, class Act>
 
 // A view's format; none where something is to be traced, which is for the rules.
 template<class C>
-[[gnu::always_inline]] inline unsigned quickFormat( const State& state ) {
+[[gnu::always_inline]] inline unsigned fastFormat( const State& state ) {
    if( tracedInView() ) [[unlikely]] {
       return noFormat;
    }
@@ -112,20 +112,20 @@ template<class C>
    return C::formatTable.of[pair];
 }
 
-// Calls `act` with the field's place in the view's format, a constant.
+// Calls `act` with the field's cell in the view's format, a constant.
 template<class C, U8 field, class Act>
-[[gnu::always_inline]] inline bool quickly( const State& state, const Act& act ) {
-   return inFormat<C, field>( quickFormat<C>( state ), act );
+[[gnu::always_inline]] inline bool onFastPath( const State& state, const Act& act ) {
+   return inFormat<C, field>( fastFormat<C>( state ), act );
 }
 
-// A narrow field of many places is read and written where a table says, without a branch for its
-// place: so all formats of a class cost the same.
+// A narrow field of many cells is read and written where a table says, without a branch for the
+// format: so all formats of a class cost the same.
 template<class C, U8 field, class Value>
-inline constexpr bool inSpots = std::is_integral_v<Value>&& places<C, field>.count > 2 &&
-                                areSpots( places<C, field>, C::storageSize );
+inline constexpr bool byWords = std::is_integral_v<Value>&& distinctCells<C, field>.count > 2 &&
+                                areWithinWords( distinctCells<C, field>, C::storageSize );
 
 template<class C, U8 field>
-inline constexpr auto spots = spotsOf( places<C, field> );
+inline constexpr auto wordAccesses = wordAccessesOf( distinctCells<C, field> );
 
 // Words as the primitives' own, which the platform's header needn't have.
 inline U64 wordAt( const U8* bytes ) {
@@ -141,22 +141,24 @@ inline void mergeAt( U8* bytes, U64 bits, U64 mask ) {
 }
 
 // In one word, first and last are the same; what the second brings is cut off.
-[[gnu::always_inline]] inline U64 bitsAt( const U8* buf, const Spot& spot ) {
-   const U64 low = wordAt( buf + spot.first ) >> spot.shift;
-   const U64 high = wordAt( buf + spot.last ) << 1 << ( 63 ^ spot.shift );
-   return ( low | high ) << spot.cut >> spot.cut;
+[[gnu::always_inline]] inline U64 bitsAt( const U8* buf, const WordAccess& access ) {
+   const U64 low = wordAt( buf + access.first ) >> access.shift;
+   const U64 high = wordAt( buf + access.last ) << 1 << ( 63 ^ access.shift );
+   return ( low | high ) << access.cut >> access.cut;
 }
 
-[[gnu::always_inline]] inline U64 onesOf( const Spot& spot ) { return ~U64{ 0 } >> spot.cut; }
+[[gnu::always_inline]] inline U64 onesOf( const WordAccess& access ) {
+   return ~U64{ 0 } >> access.cut;
+}
 
 // Sets a value with no bits but the field's.
-[[gnu::always_inline]] inline void bitsAtAre( U8* buf, const Spot& spot, U64 bits ) {
-   const U64 mask = onesOf( spot );
-   if( spot.first != spot.last ) {
-      const int rest = 64 - spot.shift;
-      mergeAt( buf + spot.last, bits >> rest, mask >> rest );
+[[gnu::always_inline]] inline void bitsAtAre( U8* buf, const WordAccess& access, U64 bits ) {
+   const U64 mask = onesOf( access );
+   if( access.first != access.last ) {
+      const int rest = 64 - access.shift;
+      mergeAt( buf + access.last, bits >> rest, mask >> rest );
    }
-   mergeAt( buf + spot.first, bits << spot.shift, mask << spot.shift );
+   mergeAt( buf + access.first, bits << access.shift, mask << access.shift );
 }
 
 // A value with the low `width` bits set.
@@ -174,7 +176,7 @@ constexpr Value onesOf( unsigned width ) {
 }
 
 // A state for the rules. The compiler may put its members together for the call only here, not
-// before the quick road.
+// before the fast path.
 [[gnu::always_inline]] inline State forRules( State state ) {
    __asm__( "" : "+r"( state.len ) );
    return state;
@@ -186,7 +188,7 @@ template<class C, U8 field, class Act>
 [[gnu::always_inline]] inline bool inBuffer( const State& state, const Act& act ) {
    constexpr unsigned formats = C::compilation.formats.count;
    const Cell cell =
-      C::cells[field * ( formats + 1 ) + std::min( quickFormat<C>( state ), formats )];
+      C::cells[field * ( formats + 1 ) + std::min( fastFormat<C>( state ), formats )];
    if( !cell.present() || state.len < cell.bytes() ) [[unlikely]] {
       return false;
    }
@@ -230,20 +232,20 @@ template<class C, Site site, class Value>
                  static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
          return true;
       } );
-   } else if constexpr( inSpots<C, site.field, Value> ) {
-      const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
-      done = state.len > spot.lastByte;
+   } else if constexpr( byWords<C, site.field, Value> ) {
+      const WordAccess& access = wordAccesses<C, site.field>[fastFormat<C>( state )];
+      done = state.len > access.lastByte;
       if( done ) [[likely]] {
-         value = static_cast<Value>( bitsAt( state.buf, spot ) );
+         value = static_cast<Value>( bitsAt( state.buf, access ) );
       }
    } else {
-      done = quickly<C, site.field>( state, [&]<Place place>() {
-         if( state.len < quickLength<C, place> ) [[unlikely]] {
+      done = onFastPath<C, site.field>( state, [&]<Cell cell>() {
+         if( state.len < fastLength<C, cell> ) [[unlikely]] {
             return false;
          }
-         clearFrom<place.width / 64>( value );
-         getBuf( state.buf, quickLength<C, place>, reinterpret_cast<U8*>( &value ),
-                 static_cast<int>( sizeof( Value ) ), place.width, place.offset );
+         clearFrom<cell.width / 64>( value );
+         getBuf( state.buf, fastLength<C, cell>, reinterpret_cast<U8*>( &value ),
+                 static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
          return true;
       } );
    }
@@ -253,10 +255,10 @@ template<class C, Site site, class Value>
    return value;
 }
 
-template<class C, Place place, class Value>
+template<class C, Cell cell, class Value>
 [[gnu::always_inline]] inline void store( State state, const Value& value ) {
-   setBuf( state.buf, quickLength<C, place>, reinterpret_cast<const U8*>( &value ),
-           static_cast<int>( sizeof( Value ) ), place.width, place.offset );
+   setBuf( state.buf, fastLength<C, cell>, reinterpret_cast<const U8*>( &value ),
+           static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
 }
 
 // A field exactly as wide as an integer has no bound, whatever its argument type.
@@ -276,27 +278,27 @@ template<class C, Site site, class Value>
          }
          return setByCall( state, cell, value );
       } );
-   } else if constexpr( inSpots<C, site.field, Value> ) {
-      const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
+   } else if constexpr( byWords<C, site.field, Value> ) {
+      const WordAccess& access = wordAccesses<C, site.field>[fastFormat<C>( state )];
       // A greater value is for the rules also where there is no bound: they cut it.
-      done = state.len > spot.lastByte && value <= onesOf( spot );
+      done = state.len > access.lastByte && value <= onesOf( access );
       if( done ) [[likely]] {
-         bitsAtAre( state.buf, spot, value );
+         bitsAtAre( state.buf, access, value );
       }
    } else {
-      done = quickly<C, site.field>( state, [&]<Place place>() {
-         if( state.len < quickLength<C, place> ) [[unlikely]] {
+      done = onFastPath<C, site.field>( state, [&]<Cell cell>() {
+         if( state.len < fastLength<C, cell> ) [[unlikely]] {
             return false;
          }
          if constexpr( std::is_integral_v<Value> ) {
             // Not one condition with the above, where clang would compare a Raw value too.
-            if constexpr( bounded( place.width ) ) {
-               if( value > onesOf<U64>( place.width ) ) [[unlikely]] {
+            if constexpr( bounded( cell.width ) ) {
+               if( value > onesOf<U64>( cell.width ) ) [[unlikely]] {
                   return false;
                }
             }
          }
-         store<C, place>( state, value );
+         store<C, cell>( state, value );
          return true;
       } );
    }
@@ -317,19 +319,19 @@ template<class C, Site site, class Value>
       done = inBuffer<C, site.field>( state, [&]( Cell cell ) {
          return setByCall( state, cell, onesOf<Value>( cell.width ) );
       } );
-   } else if constexpr( inSpots<C, site.field, Value> ) {
-      const Spot& spot = spots<C, site.field>[quickFormat<C>( state )];
-      done = state.len > spot.lastByte;
+   } else if constexpr( byWords<C, site.field, Value> ) {
+      const WordAccess& access = wordAccesses<C, site.field>[fastFormat<C>( state )];
+      done = state.len > access.lastByte;
       if( done ) [[likely]] {
-         bitsAtAre( state.buf, spot, onesOf( spot ) );
+         bitsAtAre( state.buf, access, onesOf( access ) );
       }
    } else {
-      done = quickly<C, site.field>( state, [&]<Place place>() {
-         if( state.len < quickLength<C, place> ) [[unlikely]] {
+      done = onFastPath<C, site.field>( state, [&]<Cell cell>() {
+         if( state.len < fastLength<C, cell> ) [[unlikely]] {
             return false;
          }
-         constexpr Value value = onesOf<Value>( place.width );
-         store<C, place>( state, value );
+         constexpr Value value = onesOf<Value>( cell.width );
+         store<C, cell>( state, value );
          return true;
       } );
    }
@@ -341,8 +343,8 @@ template<class C, Site site, class Value>
 template<class C, Site site>
 [[gnu::always_inline]] inline U16 len( State state ) {
    U16 width = 0;
-   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
-      width = place.width;
+   const bool done = onFastPath<C, site.field>( state, [&]<Cell cell>() {
+      width = cell.width;
       return true;
    } );
    return done ? width : lenByRules( state, C::data(), site );
@@ -351,8 +353,8 @@ template<class C, Site site>
 template<class C, Site site>
 [[gnu::always_inline]] inline U16 offset( State state ) {
    U16 bit = 0;
-   const bool done = quickly<C, site.field>( state, [&]<Place place>() {
-      bit = place.offset;
+   const bool done = onFastPath<C, site.field>( state, [&]<Cell cell>() {
+      bit = cell.offset;
       return true;
    } );
    return done ? bit : offsetByRules( state, C::data(), site );
@@ -360,7 +362,7 @@ template<class C, Site site>
 
 template<class C, Site site>
 [[gnu::always_inline]] inline bool valid( State state ) {
-   const bool found = quickly<C, site.field>( state, []<Place place>() { return true; } );
+   const bool found = onFastPath<C, site.field>( state, []<Cell cell>() { return true; } );
    return found || validByRules( state, C::data(), site );
 }
 
@@ -391,17 +393,17 @@ U64 wordOf( const Value& value, U16 index ) {
    return index < Value::wordCount ? value.word( index ) : 0;
 }
 
-// Kind of a pair given as arguments; an invalid pair fails.
-inline const Kind& checkedKind( const ClassData& data, Site site, U32 chipType, U8 variant ) {
-   const Kind& kind = kindOf( data, chipType, variant );
-   if( kind.format == noFormat ) [[unlikely]] {
+// The facts of a pair given as arguments; an invalid pair fails.
+inline const PairFacts& checkedFacts( const ClassData& data, Site site, U32 chipType, U8 variant ) {
+   const PairFacts& facts = factsOf( data, chipType, variant );
+   if( facts.format == noFormat ) [[unlikely]] {
       failPair( data, site, chipType );
    }
-   return kind;
+   return facts;
 }
 
 // The two statics that trace, before they check the pair.
-const Kind& tracedKind( const ClassData& data, Site site, U32 chipType, U8 variant );
+const PairFacts& tracedFacts( const ClassData& data, Site site, U32 chipType, U8 variant );
 
 // The entry under the mask of its pair.
 template<class C>
@@ -423,95 +425,97 @@ typename C::Entry getAllFields( Site site, State state ) {
 
 template<class C>
 Raw4096 allFieldsMask( Site site, U32 chipType, U8 variant ) {
-   const Kind& kind = checkedKind( C::data(), site, chipType, variant );
+   const PairFacts& facts = checkedFacts( C::data(), site, chipType, variant );
    Raw4096 mask{};
-   setBuf( mask.bytes(), C::storageSize, reinterpret_cast<const U8*>( C::masks.words[kind.format] ),
-           C::storageSize, 8 * C::storageSize, 0 );
+   setBuf( mask.bytes(), C::storageSize,
+           reinterpret_cast<const U8*>( C::masks.words[facts.format] ), C::storageSize,
+           8 * C::storageSize, 0 );
    return mask;
 }
 
 // Where an entry is asked for.
-struct EntryPlace {
+struct EntryIndices {
    U32 tableEntry;
    U16 arrayIndex;
    U16 identifier;
 };
 
-// The contract of getSchanAddress in its order, where the quick road below has no answer: false for
+// The contract of getSchanAddress in its order, where the fast path below has no answer: false for
 // an invalid pair, else an assertion. A table and a register differ in the texts of their tests
 // alone.
 [[gnu::cold]] bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType,
-                                           U8 variant, U32& schanAddress, EntryPlace place );
+                                           U8 variant, U32& schanAddress, EntryIndices indices );
 
-// Its quick road: a pair with an address, and nothing out of range.
+// Its fast path: a pair with an address, and nothing out of range.
 template<class C, Site site>
 [[gnu::always_inline]] inline bool getSchanAddress( U32 chipType, U8 variant, U32& schanAddress,
                                                     U8& accessType, U8& destBlock,
-                                                    EntryPlace place ) {
-   const Kind& kind = kindOf( C::data(), chipType, variant );
-   if( !kind.hasAddress || place.tableEntry >= kind.entries ||
-       place.arrayIndex >= kind.arrayElements || place.identifier >= kind.instanceCount )
+                                                    EntryIndices indices ) {
+   const PairFacts& facts = factsOf( C::data(), chipType, variant );
+   if( !facts.hasAddress || indices.tableEntry >= facts.entries ||
+       indices.arrayIndex >= facts.arrayElements || indices.identifier >= facts.instanceCount )
       [[unlikely]] {
-      return getSchanAddressByRules( C::data(), site, chipType, variant, schanAddress, place );
+      return getSchanAddressByRules( C::data(), site, chipType, variant, schanAddress, indices );
    }
-   schanAddress = kind.base + place.tableEntry * kind.entryStep + place.arrayIndex * kind.arrayStep;
-   destBlock = kind.destBlock[place.identifier];
-   accessType = kind.accessType[place.identifier];
+   schanAddress =
+      facts.base + indices.tableEntry * facts.entryStep + indices.arrayIndex * facts.arrayStep;
+   destBlock = facts.destBlock[indices.identifier];
+   accessType = facts.accessType[indices.identifier];
    return true;
 }
 
-// Calls `act` with the place and the value of each tag field of a pair of the class, as long as it
+// Calls `act` with the cell and the value of each tag field of a pair of the class, as long as it
 // says true; false too where the pair isn't tagged in all of them.
 template<class C, class Act>
-[[gnu::always_inline]] inline bool everyTag( const Kind& kind, const Act& act ) {
-   if( kind.tagCount != C::tagFields.count ) [[unlikely]] {
+[[gnu::always_inline]] inline bool everyTag( const PairFacts& facts, const Act& act ) {
+   if( facts.tagCount != C::tagFields.count ) [[unlikely]] {
       return false;
    }
    return [&]<std::size_t... number>( std::index_sequence<number...> ) {
-      return ( inFormat<C, C::tagFields.fields[number]>( kind.format,
-                                                         [&]<Place place>() {
-                                                            return act.template operator()<place>(
-                                                               kind.tag[number].value );
+      return ( inFormat<C, C::tagFields.fields[number]>( facts.format,
+                                                         [&]<Cell cell>() {
+                                                            return act.template operator()<cell>(
+                                                               facts.tag[number].value );
                                                          } ) &&
                ... );
    }
    ( std::make_index_sequence<C::tagFields.count>() );
 }
 
-template<class C, Place place>
+template<class C, Cell cell>
 [[gnu::always_inline]] inline bool holdsTag( const U8* buf, U8 value ) {
    U8 found = 0;
-   getBuf( buf, quickLength<C, place>, &found, 1, place.width, place.offset );
+   getBuf( buf, fastLength<C, cell>, &found, 1, cell.width, cell.offset );
    return found == value;
 }
 
-// The constructor behind the base's: checks the pair and traces it.
+// The constructor after the base's: checks the pair and traces it.
 void construct( const ClassData& data, Site site, State state );
 // Stamps the pair's tag into a fresh entry, verifies it in an existing one.
 void handleTag( const ClassData& data, Site site, State state, bool existingEntry );
 
 // Both in one, if the pair is valid, nothing is traced or fails, and no primitive is to be called.
 template<class C>
-[[gnu::always_inline]] inline bool constructQuickly( State state, bool existingEntry ) {
+[[gnu::always_inline]] inline bool constructFast( State state, bool existingEntry ) {
    const unsigned pair = pairOf( state.chipType, state.variant );
-   if( !surelyQuiet() || pair >= sizeof C::kindTable.of ) [[unlikely]] {
+   if( !surelyQuiet() || pair >= sizeof C::factsTable.of ) [[unlikely]] {
       return false;
    }
-   const Kind& kind = C::kinds[C::kindTable.of[pair]];
-   if( kind.format == noFormat ) [[unlikely]] {
+   const PairFacts& facts = C::facts[C::factsTable.of[pair]];
+   if( facts.format == noFormat ) [[unlikely]] {
       return false;
    }
-   if( kind.tagCount == 0 ) {
+   if( facts.tagCount == 0 ) {
       return true;
    }
    if( !primitivesAreInline || state.len < C::storageSize ) [[unlikely]] {
       return false;
    }
-   return everyTag<C>( kind, [&]<Place place>( U8 value ) {
+   return everyTag<C>( facts, [&]<Cell cell>( U8 value ) {
       if( existingEntry ) {
-         return holdsTag<C, place>( state.buf, value );
+         return holdsTag<C, cell>( state.buf, value );
       }
-      store<C, place>( state, value );
+      store<C, cell>( state, value );
       return true;
    } );
 }
@@ -521,16 +525,16 @@ template<class C>
 [[gnu::cold]] bool holdsByRules( const ClassData& data, Site site, Hardware::ChipType chipType,
                                  const U8* buf, U16 len, U8 variant );
 
-// Its quick road: a pair with a tag, all of it surely in the buffer, and inline primitives.
+// Its fast path: a pair with a tag, all of it surely in the buffer, and inline primitives.
 template<class C, Site site>
 [[gnu::always_inline]] inline bool holds( Hardware::ChipType chipType, const U8* buf, U16 len,
                                           U8 variant ) {
    const unsigned pair = pairOf( chipType, variant );
-   if( primitivesAreInline && surelyQuiet() && pair < sizeof C::kindTable.of &&
+   if( primitivesAreInline && surelyQuiet() && pair < sizeof C::factsTable.of &&
        len >= C::storageSize ) [[likely]] {
-      const Kind& kind = C::kinds[C::kindTable.of[pair]];
-      if( kind.tagCount != 0 && everyTag<C>( kind, [&]<Place place>( U8 value ) {
-             return holdsTag<C, place>( buf, value );
+      const PairFacts& facts = C::facts[C::factsTable.of[pair]];
+      if( facts.tagCount != 0 && everyTag<C>( facts, [&]<Cell cell>( U8 value ) {
+             return holdsTag<C, cell>( buf, value );
           } ) ) {
          return true;
       }

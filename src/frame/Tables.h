@@ -6,61 +6,59 @@
 
 namespace Hardware::Frame {
 
-// Where a field lies in the formats of a set.
-struct Place {
+// A cell of a field, and the set of the formats that have the field there.
+struct DistinctCell {
    U64 formats;
-   U16 offset;
-   U16 width;
+   Cell cell;
 };
 
 template<std::size_t Count>
-struct Places {
+struct DistinctCells {
    unsigned count;
-   std::array<Place, Count> rows;
+   std::array<DistinctCell, Count> rows;
 };
 
-// The distinct places of a field.
 template<std::size_t Fields>
-constexpr Places<formatLimit> placesOf( const Formats<Fields>& formats, unsigned field ) {
-   Places<formatLimit> places{};
+constexpr DistinctCells<formatLimit> distinctCellsOf( const Formats<Fields>& formats,
+                                                      unsigned field ) {
+   DistinctCells<formatLimit> cells{};
    for( unsigned format = 0; format < formats.count; ++format ) {
       const Cell& cell = formats.cells[format][field];
       if( !cell.present() ) {
          continue;
       }
-      unsigned place = 0;
-      while( place < places.count && ( places.rows[place].offset != cell.offset ||
-                                       places.rows[place].width != cell.width ) ) {
-         ++place;
+      unsigned number = 0;
+      while( number < cells.count && !( cells.rows[number].cell == cell ) ) {
+         ++number;
       }
-      if( place == places.count ) {
-         ++places.count;
-         places.rows[place] = { 0, cell.offset, cell.width };
+      if( number == cells.count ) {
+         ++cells.count;
+         cells.rows[number] = { 0, cell };
       }
-      places.rows[place].formats |= U64{ 1 } << format;
+      cells.rows[number].formats |= U64{ 1 } << format;
    }
-   return places;
+   return cells;
 }
 
-// The number of the place that each format has, for whatever a PairTable of formats holds; the
-// places' count where a format has none.
+// The number of the cell that each format has, for whatever a PairTable of formats holds; the
+// cells' count where a format has none.
 template<std::size_t Count>
-constexpr std::array<U8, noFormat + 1> placeNumbersOf( const Places<Count>& places ) {
+constexpr std::array<U8, noFormat + 1> cellNumbersOf( const DistinctCells<Count>& cells ) {
    std::array<U8, noFormat + 1> numbers{};
    for( std::size_t format = 0; format < numbers.size(); ++format ) {
-      numbers[format] = static_cast<U8>( places.count );
-      for( unsigned place = 0; place < places.count; ++place ) {
-         if( ( places.rows[place].formats >> format & 1 ) != 0 ) {
-            numbers[format] = static_cast<U8>( place );
+      numbers[format] = static_cast<U8>( cells.count );
+      for( unsigned number = 0; number < cells.count; ++number ) {
+         if( ( cells.rows[number].formats >> format & 1 ) != 0 ) {
+            numbers[format] = static_cast<U8>( number );
          }
       }
    }
    return numbers;
 }
 
-// Where a field of 64 bits or less lies in the 64-bit words of an entry. Without values by default,
-// which gcc 12 forgets in an array of them.
-struct alignas( 8 ) Spot {
+// How a field of 64 bits or less is read and written in the 64-bit words of an entry. Without
+// values by default, which gcc 12 forgets in an array of them.
+struct alignas( 8 ) WordAccess {
    U16 lastByte; // of its last word
    U8 first;     // byte at which the word of its lowest bit starts
    U8 last;      // byte at which the word of its highest bit starts
@@ -69,37 +67,38 @@ struct alignas( 8 ) Spot {
 };
 
 // Of an absent field: no buffer has its last byte.
-inline constexpr Spot noSpot = { 0xffff, 0, 0, 0, 0 };
+inline constexpr WordAccess noWordAccess = { 0xffff, 0, 0, 0, 0 };
 
-// Whether a field's places are spots, all their words within the storage.
+// Whether all of a field's cells can be read and written so, their words within the storage.
 template<std::size_t Count>
-constexpr bool areSpots( const Places<Count>& places, unsigned storageSize ) {
-   for( unsigned place = 0; place < places.count; ++place ) {
-      const Place& row = places.rows[place];
-      if( row.width > 64 || ( row.offset + row.width + 63u ) / 64 * 8 > storageSize ) {
+constexpr bool areWithinWords( const DistinctCells<Count>& cells, unsigned storageSize ) {
+   for( unsigned number = 0; number < cells.count; ++number ) {
+      const Cell& cell = cells.rows[number].cell;
+      if( cell.width > 64 || ( cell.end() + 63u ) / 64 * 8 > storageSize ) {
          return false;
       }
    }
    return storageSize <= 256;
 }
 
-// The spot of each format.
+// The word access of each format.
 template<std::size_t Count>
-constexpr std::array<Spot, noFormat + 1> spotsOf( const Places<Count>& places ) {
-   std::array<Spot, noFormat + 1> spots{};
-   for( std::size_t format = 0; format < spots.size(); ++format ) {
-      spots[format] = noSpot;
-      for( unsigned place = 0; place < places.count; ++place ) {
-         const Place& row = places.rows[place];
-         if( ( row.formats >> format & 1 ) != 0 ) {
-            const unsigned last = ( row.offset + row.width - 1u ) / 64 * 8;
-            spots[format] = { static_cast<U16>( last + 7 ), static_cast<U8>( row.offset / 64 * 8 ),
-                              static_cast<U8>( last ), static_cast<U8>( row.offset % 64 ),
-                              static_cast<U8>( 64 - row.width ) };
+constexpr std::array<WordAccess, noFormat + 1> wordAccessesOf( const DistinctCells<Count>& cells ) {
+   std::array<WordAccess, noFormat + 1> accesses{};
+   for( std::size_t format = 0; format < accesses.size(); ++format ) {
+      accesses[format] = noWordAccess;
+      for( unsigned number = 0; number < cells.count; ++number ) {
+         if( ( cells.rows[number].formats >> format & 1 ) != 0 ) {
+            const Cell& cell = cells.rows[number].cell;
+            const unsigned last = ( cell.end() - 1u ) / 64 * 8;
+            accesses[format] = { static_cast<U16>( last + 7 ),
+                                 static_cast<U8>( cell.offset / 64 * 8 ), static_cast<U8>( last ),
+                                 static_cast<U8>( cell.offset % 64 ),
+                                 static_cast<U8>( 64 - cell.width ) };
          }
       }
    }
-   return spots;
+   return accesses;
 }
 
 // The tag fields of a class in their order, if all its tags have the same; else none.
@@ -132,8 +131,8 @@ constexpr TagFields tagFieldsOf( const List<Tag, Count>& tags ) {
 }
 
 template<std::size_t Count>
-constexpr std::array<Kind, Count> shrunk( const FactsTable& facts ) {
-   std::array<Kind, Count> rows{};
+constexpr std::array<PairFacts, Count> shrunk( const FactsTable& facts ) {
+   std::array<PairFacts, Count> rows{};
    for( std::size_t number = 0; number < Count; ++number ) {
       rows[number] = facts.rows[number];
    }
@@ -250,9 +249,9 @@ constexpr ClassData classDataOf( const char* name, bool isTable ) {
             C::cells.data(),
             C::formats.count,
             C::formatTable.of,
-            C::kindTable.of,
-            sizeof C::kindTable.of,
-            C::kinds.data(),
+            C::factsTable.of,
+            sizeof C::factsTable.of,
+            C::facts.data(),
             View::chipTypeVariantValid,
             makeWithStorage<View> };
 }

@@ -6,7 +6,7 @@ namespace Hardware::Frame {
 Oru::TraceHandle& _defaultTraceHandle() {
    // Not destroyed at the process's exit: threads and later destructors may still trace.
    static Oru::TraceHandle* const handle =
-      new( traceHandlePlace.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
+      new( traceHandleStorage.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
    return *handle;
 }
 
@@ -51,7 +51,7 @@ void traceNamed( const ClassData& data, Site site, U8 chipType, U8 variant,
 
 void traceConstruction( const ClassData& data, Site site, U8 chipType, U8 variant ) {
    Text pair( " chipType: ", printed( chipType ).view(), " variant: " );
-   if( kindOf( data, chipType, variant ).variantCount == 0 ) {
+   if( factsOf( data, chipType, variant ).variantCount == 0 ) {
       pair.append( "None" );
    } else {
       pair.append( variant );

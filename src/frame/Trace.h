@@ -15,14 +15,14 @@ namespace Hardware::Frame {
 Oru::TraceHandle& _defaultTraceHandle();
 
 // Where it is built, so that nothing is loaded to find it.
-struct TraceHandlePlace {
+struct TraceHandleStorage {
    alignas( Oru::TraceHandle ) std::byte bytes[sizeof( Oru::TraceHandle )] = {};
 
    const Oru::TraceHandle& handle() const {
       return *std::launder( reinterpret_cast<const Oru::TraceHandle*>( bytes ) );
    }
 };
-inline constinit TraceHandlePlace traceHandlePlace;
+inline constinit TraceHandleStorage traceHandleStorage;
 
 // Whether it is built; until then the first test of a level builds it.
 inline constinit std::atomic<bool> traceHandleBuilt{ false };
@@ -42,7 +42,7 @@ bool enabled( Level level );
 #ifdef VORN_WITHOUT_TRACES // only the benchmarks, to tell what the tests cost
    return false;
 #else
-   return enabled( traceHandlePlace.handle(), Level::call );
+   return enabled( traceHandleStorage.handle(), Level::call );
 #endif
 }
 
@@ -53,7 +53,7 @@ bool enabled( Level level );
    return true;
 #else
    return traceHandleBuilt.load( std::memory_order_acquire ) &&
-          !enabled( traceHandlePlace.handle(), Level::call );
+          !enabled( traceHandleStorage.handle(), Level::call );
 #endif
 }
 

@@ -74,13 +74,13 @@ const Frame::ClassData* dataOf( std::string_view name ) {
    return nullptr;
 }
 
-// Kind of a valid pair; null for an invalid one, or without a class.
-const Frame::Kind* kindOf( const Frame::ClassData* data, U32 chipType, U8 variant ) {
+// The facts of a valid pair; null for an invalid one, or without a class.
+const Frame::PairFacts* factsOf( const Frame::ClassData* data, U32 chipType, U8 variant ) {
    if( data == nullptr ) {
       return nullptr;
    }
-   const Frame::Kind& kind = Frame::kindOf( *data, chipType, variant );
-   return kind.format == Frame::noFormat ? nullptr : &kind;
+   const Frame::PairFacts& facts = Frame::factsOf( *data, chipType, variant );
+   return facts.format == Frame::noFormat ? nullptr : &facts;
 }
 
 } // namespace
@@ -116,20 +116,21 @@ std::vector<FieldInfo> classFields( std::string_view name ) {
 
 std::optional<PairInfo> pairInfo( std::string_view name, U32 chipType, U8 variant ) {
    const Frame::ClassData* const data = dataOf( name );
-   const Frame::Kind* const kind = kindOf( data, chipType, variant );
-   if( kind == nullptr ) {
+   const Frame::PairFacts* const facts = factsOf( data, chipType, variant );
+   if( facts == nullptr ) {
       return std::nullopt;
    }
-   return PairInfo{ data->isTable,           kind->width,      kind->entries,
-                    kind->arrayElements,     kind->fieldCount, kind->instanceCount,
-                    kind->variantCount != 0, kind->hasAddress };
+   return PairInfo{
+      data->isTable,     facts->width,         facts->entries,           facts->arrayElements,
+      facts->fieldCount, facts->instanceCount, facts->variantCount != 0, facts->hasAddress
+   };
 }
 
 std::size_t pairFields( std::string_view name, U32 chipType, U8 variant, PairField* fields,
                         std::size_t capacity ) {
    const Frame::ClassData* const data = dataOf( name );
-   const Frame::Kind* const kind = kindOf( data, chipType, variant );
-   if( kind == nullptr ) {
+   const Frame::PairFacts* const facts = factsOf( data, chipType, variant );
+   if( facts == nullptr ) {
       return 0;
    }
    std::size_t count = 0;
@@ -141,9 +142,9 @@ std::size_t pairFields( std::string_view name, U32 chipType, U8 variant, PairFie
       if( count < capacity ) {
          const Frame::FieldData& field = data->fields[number];
          const CatalogueRow& row = Frame::catalogueRowOf( field.identifier );
-         const auto* const tagEnd = kind->tag + kind->tagCount;
+         const auto* const tagEnd = facts->tag + facts->tagCount;
          const auto* const tag =
-            std::find_if( kind->tag, tagEnd, [number]( const Frame::TagField& tagField ) {
+            std::find_if( facts->tag, tagEnd, [number]( const Frame::TagField& tagField ) {
                return tagField.field == number;
             } );
          fields[count] = { row.identifier,
@@ -160,12 +161,12 @@ std::size_t pairFields( std::string_view name, U32 chipType, U8 variant, PairFie
 }
 
 std::optional<PairAddress> pairAddress( std::string_view name, U32 chipType, U8 variant ) {
-   const Frame::Kind* const kind = kindOf( dataOf( name ), chipType, variant );
-   if( kind == nullptr || !kind->hasAddress ) {
+   const Frame::PairFacts* const facts = factsOf( dataOf( name ), chipType, variant );
+   if( facts == nullptr || !facts->hasAddress ) {
       return std::nullopt;
    }
-   return PairAddress{ kind->base, kind->entryStep, kind->arrayStep, kind->accessType,
-                       kind->destBlock };
+   return PairAddress{ facts->base, facts->entryStep, facts->arrayStep, facts->accessType,
+                       facts->destBlock };
 }
 
 } // namespace Hardware
