@@ -21,7 +21,7 @@ COMPILERS = [
     (r'platform/oru/include/Oru/String.h', r'.*\btext_?\b.*[{}]|class String {',
      'what a constructor undoes if copying the text throws'),
     (r'src/frame/Operations.h', r'switch\( number \) {', 'numbers that no table has'),
-    (r'src/frame/Operations.h', r'if\( kind.tagCount != 0 && everyTag<C>.*',
+    (r'src/frame/Operations.h', r'if\( facts.tagCount != 0 && everyTag<C>.*',
      'the instances of classes without a tag'),
 ]
 
