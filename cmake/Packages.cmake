@@ -91,7 +91,8 @@ set( CPACK_DEBIAN_LIBVORNCODEC-DEV_PACKAGE_DEPENDS
 vornPackage( vorn utils "composes and decodes packet processor table entries"
 "Lists tables and their layouts, turns fields into entry images with their
 addresses and entry images into fields, one by one or as JSON lines." )
-set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS "libvorncodec1 (>= ${PROJECT_VERSION})" )
+set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS
+     "libvorntunnelkelvar1 (>= ${PROJECT_VERSION}), libvorncodec1 (>= ${PROJECT_VERSION})" )
 
 include( CPack )
 cpack_add_component( library GROUP libvorntunnelkelvar1 )

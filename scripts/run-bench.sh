@@ -10,7 +10,7 @@ needPackages $buildPackages libbenchmark-dev valgrind gnuplot-nox
 build=${VORN_BENCH_BUILD:-build/bench}
 cmake --preset release -B "$build" -DVORN_BUILD_BENCH=ON -DVORN_BUILD_TESTS=OFF \
    -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF >&2
-cmake --build "$build" --target vornBench >&2
+cmake --build "$build" --target vornBench vornColumnsBench >&2
 
 rm -f "$build/tables.md"
 echo "measuring; this takes some minutes" >&2
@@ -20,19 +20,26 @@ echo "measuring; this takes some minutes" >&2
 gnuplot -e "growth='$build/growth.dat'; chart='docs/performance-growth.svg'" \
    bench/speed/growth.gnuplot
 
-# The measured part of the document is all that lies between its two marks.
-awk -v tables="$build/tables.md" '
-   /^<!-- measured -->$/ {
-      print
-      print ""
-      while( ( getline line < tables ) > 0 ) {
-         print line
+"$build/bench/vornColumnsBench" "$build/columns.md" --benchmark_repetitions=21 \
+   --benchmark_min_time=0.02 --benchmark_enable_random_interleaving=true
+
+# replace MARK FILE: the measured part of the document is all that lies between the mark and the end.
+replace() {
+   awk -v mark="<!-- $1 -->" -v tables="$2" '
+      $0 == mark {
+         print
+         print ""
+         while( ( getline line < tables ) > 0 ) {
+            print line
+         }
+         print ""
+         skip = 1
       }
-      print ""
-      skip = 1
-   }
-   /^<!-- end -->$/ { skip = 0 }
-   !skip { print }
-' docs/performance.md >"$build/performance.md"
-cp "$build/performance.md" docs/performance.md
-cat "$build/tables.md"
+      /^<!-- end -->$/ { skip = 0 }
+      !skip { print }
+   ' docs/performance.md >"$build/performance.md"
+   cp "$build/performance.md" docs/performance.md
+}
+replace measured "$build/tables.md"
+replace columns "$build/columns.md"
+cat "$build/tables.md" "$build/columns.md"

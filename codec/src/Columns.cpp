@@ -24,7 +24,6 @@ struct Column {
    std::size_t elements;
    std::size_t elementBytes;
    std::size_t elementsOfRow;
-   bool constant;
 
    std::size_t bytesOfRow() const { return elementsOfRow * elementBytes; }
 
@@ -62,7 +61,10 @@ struct __attribute__( ( visibility( "hidden" ) ) ) Columns::State {
    Kernels::Transfer transfer{ layout.bytes() };
    std::vector<Column> columns{};
    std::vector<Shared> shared{};
-   std::size_t rowBytes = layout.bytes(); // of an image and all columns
+   std::size_t rowBytes = layout.bytes();   // of an image and all columns
+   std::optional<std::size_t> commonRows{}; // of every column, if they agree
+   const Field* constant = nullptr;         // with a column that is constant
+   const Field* readOnly = nullptr;         // that can't be set
 
    void addShared( const Field& other, std::optional<std::size_t> earlier, U64 tagValue );
    std::size_t rowsOf( std::size_t bytes, std::size_t stride ) const;
@@ -101,16 +103,19 @@ std::size_t Columns::State::rowsOf( std::size_t bytes, std::size_t stride ) cons
                         ? std::string()
                         : ", and they begin " + std::to_string( stride ) + " apart" ) );
    }
-   const std::size_t rows = bytes / stride + ( left != 0 );
+   const std::size_t count = bytes / stride + ( left != 0 );
+   if( count == commonRows ) {
+      return count;
+   }
    for( const Column& column : columns ) {
-      if( column.elements != rows * column.elementsOfRow ) {
+      if( column.elements != count * column.elementsOfRow ) {
          throw Error( "the column of field " + std::string( column.field->name ) + " has " +
-                      countOf( column.elements, "element" ) + "; " + countOf( rows, "image" ) +
+                      countOf( column.elements, "element" ) + "; " + countOf( count, "image" ) +
                       " of " + layout.pairText() + " need " +
-                      std::to_string( rows * column.elementsOfRow ) );
+                      std::to_string( count * column.elementsOfRow ) );
       }
    }
-   return rows;
+   return count;
 }
 
 // A row with a value that needs more bits than its field has, which there must be.
@@ -211,8 +216,19 @@ void Columns::add( std::string_view name, const void* data, std::size_t elements
                    " is not aligned to its elements of " + countOf( elementBytes, "byte" ) );
    }
    const std::size_t words = ( field.width + 63 ) / 64;
-   state.columns.push_back( { &field, bytes, elements, elementBytes, words, constant } );
+   state.columns.push_back( { &field, bytes, elements, elementBytes, words } );
    state.rowBytes += words * elementBytes;
+   if( state.columns.size() == 1 && elements % words == 0 ) {
+      state.commonRows = elements / words;
+   } else if( state.commonRows && elements != *state.commonRows * words ) {
+      state.commonRows.reset();
+   }
+   if( constant && !state.constant ) {
+      state.constant = &field;
+   }
+   if( field.readOnly && !state.readOnly ) {
+      state.readOnly = &field;
+   }
    for( std::size_t word = 0; word < words; ++word ) {
       const auto done = static_cast<unsigned>( 64 * word );
       state.transfer.add( field.offset + done, std::min( field.width - done, 64u ),
@@ -233,11 +249,9 @@ void Columns::decode( std::span<const U8> images ) const {
 
 void Columns::decode( std::span<const U8> images, std::size_t stride ) const {
    const std::size_t rows = state_->rowsOf( images.size(), stride );
-   for( const Column& column : state_->columns ) {
-      if( column.constant ) {
-         throw Error( "the column of field " + std::string( column.field->name ) +
-                      " is constant, and can't be decoded into" );
-      }
+   if( const Field* const constant = state_->constant ) {
+      throw Error( "the column of field " + std::string( constant->name ) +
+                   " is constant, and can't be decoded into" );
    }
    Kernels::best().decode( state_->transfer, { images.data(), stride, rows },
                            state_->isLarge( rows ) );
@@ -249,10 +263,8 @@ void Columns::encode( std::span<U8> images, Overlap overlap ) const {
 
 void Columns::encode( std::span<U8> images, std::size_t stride, Overlap overlap ) const {
    const std::size_t rows = state_->rowsOf( images.size(), stride );
-   for( const Column& column : state_->columns ) {
-      if( column.field->readOnly ) {
-         state_->layout.settable( column.field->name );
-      }
+   if( state_->readOnly ) {
+      state_->layout.settable( state_->readOnly->name );
    }
    state_->requireValues( rows, overlap );
    Kernels::best().encode( state_->transfer, { images.data(), stride, rows },

@@ -110,38 +110,44 @@ VORN_INLINE auto withType( unsigned elementBytes, const Act& act ) {
    }
 }
 
+void own( Run& run, U64 bits ) {
+   run.owned = bits;
+   for( unsigned number = 0; number < Run::maxWords; ++number ) {
+      run.kept[number] = ~pieceOf( bits, run.shift, number );
+   }
+}
+
 } // namespace
 
 void Transfer::add( unsigned offset, unsigned width, U8* data, unsigned elementBytes,
                     unsigned step ) {
-   Run run = { {},
-               {},
-               0,
-               static_cast<U8>( offset % 32 ),
-               static_cast<U8>( width ),
-               static_cast<U8>( elementBytes ),
-               step,
-               0,
-               data };
-   run.owned = run.mask();
+   Run run{};
+   run.shift = static_cast<U8>( offset % 32 );
+   run.width = static_cast<U8>( width );
+   run.elementBytes = static_cast<U8>( elementBytes );
+   run.step = step;
+   run.offset = offset;
+   run.mask = ~U64{ 0 } >> ( 64 - width );
+   run.data = data;
    const unsigned first = offset / 32;
    const unsigned last = ( offset + width - 1 ) / 32;
    usedBytes_ = std::max( usedBytes_, ( last + 1 ) * std::size_t{ 4 } );
    run.wordCount = static_cast<U8>( last - first + 1 );
    for( unsigned number = 0; number < Run::maxWords; ++number ) {
       const unsigned word = std::min( first + number, last );
-      run.words[number] = static_cast<U16>( word );
+      run.bytes[number] = static_cast<U16>( 4 * word );
       run.slots[number] = slotOf( word );
       if( number < run.wordCount ) {
-         kept_[run.slots[number]] &= ~pieceOf( run.mask(), run.shift, number );
+         kept_[run.slots[number]] &= ~pieceOf( run.mask, run.shift, number );
       }
    }
+   own( run, run.mask );
    for( Run& earlier : runs_ ) {
-      const long begin = static_cast<long>( offset ) - ( earlier.words[0] * 32L + earlier.shift );
+      const long begin = static_cast<long>( offset ) - static_cast<long>( earlier.offset );
       if( begin >= 0 && begin < 64 ) {
-         earlier.owned &= ~( run.mask() << begin );
+         own( earlier, earlier.owned & ~( run.mask << begin ) );
       } else if( begin < 0 && begin > -64 ) {
-         earlier.owned &= ~( run.mask() >> -begin );
+         own( earlier, earlier.owned & ~( run.mask >> -begin ) );
       }
    }
    runs_.push_back( run );
@@ -153,45 +159,45 @@ namespace {
 
 VORN_INLINE void decodeRows( const Transfer& transfer, const Images<const U8>& images,
                              std::size_t begin ) {
-   for( const Run& run : transfer.runs() ) {
-      withType( run.elementBytes, [&]<class Value>() {
-         const U64 mask = run.mask();
-         const U8* image = images.first + begin * images.stride;
-         U8* value = run.data + begin * run.step * sizeof( Value );
-         for( std::size_t row = begin; row < images.rows; ++row ) {
-            const U64 bits = joined( load<U32>( image + run.words[0] * 4u ),
-                                     load<U32>( image + run.words[1] * 4u ),
-                                     load<U32>( image + run.words[2] * 4u ), run.shift );
-            store( value, static_cast<Value>( bits & mask ) );
-            image += images.stride;
-            value += run.step * sizeof( Value );
-         }
-      } );
+   for( std::size_t row = begin; row < images.rows; ++row ) {
+      const U8* const image = images.first + row * images.stride;
+      for( const Run& run : transfer.runs() ) {
+         const U64 bits =
+            joined( load<U32>( image + run.bytes[0] ), load<U32>( image + run.bytes[1] ),
+                    load<U32>( image + run.bytes[2] ), run.shift ) &
+            run.mask;
+         U8* const element = run.element( row );
+         withType( run.elementBytes,
+                   [=]<class Value>() { store( element, static_cast<Value>( bits ) ); } );
+      }
    }
+}
+
+VORN_INLINE U64 valueAt( const Run& run, std::size_t row ) {
+   const U8* const element = run.element( row );
+   return withType( run.elementBytes,
+                    [=]<class Value>() { return static_cast<U64>( load<Value>( element ) ); } );
 }
 
 VORN_INLINE void encodeRows( const Transfer& transfer, const Images<U8>& images,
                              std::size_t begin ) {
-   for( const Run& run : transfer.runs() ) {
-      withType( run.elementBytes, [&]<class Value>() {
-         for( std::size_t row = begin; row < images.rows; ++row ) {
-            U8* const image = images.first + row * images.stride;
-            const U64 owned = run.owned;
-            const U64 bits = load<Value>( run.data + row * run.step * sizeof( Value ) ) & owned;
-            const auto setWord = [&]( unsigned number ) {
-               U8* const at = image + run.words[number] * 4u;
-               const U32 kept = load<U32>( at ) & ~pieceOf( owned, run.shift, number );
-               store( at, kept | pieceOf( bits, run.shift, number ) );
-            };
-            setWord( 0 );
-            if( run.wordCount > 1 ) {
-               setWord( 1 );
-            }
-            if( run.wordCount > 2 ) {
-               setWord( 2 );
-            }
+   for( std::size_t row = begin; row < images.rows; ++row ) {
+      U8* const image = images.first + row * images.stride;
+      for( const Run& run : transfer.runs() ) {
+         const U64 bits = valueAt( run, row ) & run.owned;
+         const auto setWord = [&]( unsigned number ) {
+            U8* const at = image + run.bytes[number];
+            store( at,
+                   ( load<U32>( at ) & run.kept[number] ) | pieceOf( bits, run.shift, number ) );
+         };
+         setWord( 0 );
+         if( run.wordCount > 1 ) {
+            setWord( 1 );
          }
-      } );
+         if( run.wordCount > 2 ) {
+            setWord( 2 );
+         }
+      }
    }
 }
 
@@ -287,7 +293,7 @@ VORN_INLINE void decodeNarrow( const Run& run, const Block& block, Value* __rest
                                std::size_t rows ) {
    const U32* __restrict const first = block.column( run.slots[0] );
    const U32* __restrict const second = block.column( run.slots[1] );
-   const U32 mask = static_cast<U32>( run.mask() );
+   const U32 mask = static_cast<U32>( run.mask );
    const unsigned shift = run.shift;
    const unsigned rise = ( 32 - shift ) % 32; // a run in two words doesn't begin with the first
    forEach( rows, [=]( std::size_t row ) {
@@ -304,7 +310,7 @@ VORN_INLINE void decodeLong( const Run& run, const Block& block, U64* __restrict
    const U32* __restrict const first = block.column( run.slots[0] );
    const U32* __restrict const second = block.column( run.slots[1] );
    const U32* __restrict const third = block.column( run.slots[2] );
-   const U64 mask = run.mask();
+   const U64 mask = run.mask;
    const unsigned shift = run.shift;
    forEach( rows, [=]( std::size_t row ) {
       values[row * step] = joined( first[row], second[row], third[row], shift ) & mask;
@@ -399,7 +405,7 @@ VORN_INLINE void decodeImages( const Transfer& transfer, const Images<const U8>&
       gather( transfer, some, block );
       for( std::size_t number = 0; number < runs.size(); ++number ) {
          const Run& run = runs[number];
-         U8* const data = run.data + row * run.step * run.elementBytes;
+         U8* const data = run.element( row );
          if( streams && run.step == 1 ) {
             decodeRun( run, block, stage.data() + lineBytes, some.rows );
             stream( begun[number], stage.data(), data, some.rows * run.elementBytes );
@@ -447,7 +453,7 @@ VORN_INLINE void encodeValues( const Run& run, const Value* values, std::size_t 
 }
 
 VORN_INLINE void encodeRun( const Run& run, Block& block, std::size_t row, std::size_t rows ) {
-   const U8* const data = run.data + row * run.step * run.elementBytes;
+   const U8* const data = run.element( row );
    if( run.step != 1 ) {
       encodeValues( run, reinterpret_cast<const U64*>( data ), run.step, block, rows );
    } else {
@@ -478,31 +484,37 @@ VORN_INLINE void encodeImages( const Transfer& transfer, const Images<U8>& image
 
 // All bits that are set in any of a run's values.
 VORN_INLINE U64 united( const Run& run, std::size_t rows ) {
-   return withType( run.elementBytes, [&]<class Value>() {
-      U64 all = 0;
-      if( run.step != 1 || rows < groupRows ) {
-         for( std::size_t row = 0; row < rows; ++row ) {
-            all |= load<Value>( run.data + row * run.step * sizeof( Value ) );
-         }
-      } else {
-         const auto* const values = reinterpret_cast<const Value*>( run.data );
-         Value some = 0;
-         for( std::size_t row = 0; row < rows; ++row ) {
-            some = static_cast<Value>( some | values[row] );
-         }
-         all = some;
+   U64 all = 0;
+   if( run.step != 1 ) {
+      for( std::size_t row = 0; row < rows; ++row ) {
+         all |= valueAt( run, row );
       }
       return all;
+   }
+   return withType( run.elementBytes, [&]<class Value>() {
+      const auto* const values = reinterpret_cast<const Value*>( run.data );
+      Value some = 0;
+      for( std::size_t row = 0; row < rows; ++row ) {
+         some = static_cast<Value>( some | values[row] );
+      }
+      return static_cast<U64>( some );
    } );
 }
 
 VORN_INLINE bool valuesFit( const Transfer& transfer, std::size_t rows ) {
-   for( const Run& run : transfer.runs() ) {
-      if( run.width != 8 * run.elementBytes && ( united( run, rows ) & ~run.mask() ) != 0 ) {
-         return false;
+   U64 tooHigh = 0;
+   if( rows < groupRows ) {
+      for( std::size_t row = 0; row < rows; ++row ) {
+         for( const Run& run : transfer.runs() ) {
+            tooHigh |= valueAt( run, row ) & ~run.mask;
+         }
+      }
+   } else {
+      for( const Run& run : transfer.runs() ) {
+         tooHigh |= run.width != 8 * run.elementBytes ? united( run, rows ) & ~run.mask : 0;
       }
    }
-   return true;
+   return tooHigh == 0;
 }
 
 // The instructions that every processor has.

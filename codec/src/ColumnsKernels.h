@@ -19,17 +19,20 @@ namespace Vorn::Kernels {
 struct Run {
    static constexpr unsigned maxWords = 3;
 
-   std::array<U16, maxWords> words; // of the image that the run lies in, the last one repeated
-   std::array<U16, maxWords> slots; // theirs in a block
+   std::array<U16, maxWords> bytes; // of the image where its words begin, the last one repeated
+   std::array<U16, maxWords> slots; // the words' in a block
+   std::array<U32, maxWords> kept;  // bits of the words that encoding it keeps
    U8 wordCount;
-   U8 shift; // its lowest bit in the first of them
+   U8 shift; // its lowest bit in the first word
    U8 width;
    U8 elementBytes; // of the column: 1, 2, 4 or 8
    U32 step;        // elements from a row to the next
-   U64 owned;       // its bits, at bit 0, but for those that a later run sets as well
+   U32 offset;
+   U64 mask;  // its bits, at bit 0
+   U64 owned; // those that no later run sets as well
    U8* data;
 
-   U64 mask() const { return ~U64{ 0 } >> ( 64 - width ); }
+   U8* element( std::size_t row ) const { return data + row * step * elementBytes; }
 };
 
 // Words of the image that are gathered and scattered at once: four that lie side by side, or one.

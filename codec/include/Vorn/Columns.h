@@ -38,9 +38,9 @@ concept ColumnElement =
 // words, the least significant first. The arrays must not move between add() and the last use of
 // the columns, and must not share memory with each other or with the images.
 //
-// Making columns and adding to them takes about as long as decoding some twenty images: keep them
-// for as many calls as there are. Threads may use the same columns if no two calls work on the same
-// arrays.
+// Making columns of twenty fields costs as much as typed accessors do for about twenty images: keep
+// them for as many calls as there are. Threads may use the same columns if no two calls work on the
+// same arrays.
 class VORN_API Columns {
 public:
    explicit Columns( Layout layout );
