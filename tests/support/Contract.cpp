@@ -861,16 +861,30 @@ void checkAddresses( const Expectation& expected ) {
       const AddressRow& address = *pair.address;
       const auto instances = listed( address.instances );
       ASSERT_EQ( instances.size(), row.instanceCount ) << "rows of " << where;
-      for( const unsigned tableEntry : { 0u, 1u, row.entries / 2, row.entries - 1 } ) {
-         for( const unsigned arrayIndex : { 0u, row.arrayElements / 2, row.arrayElements - 1 } ) {
+      const unsigned lastEntry = row.entries - 1;
+      const unsigned lastElement = row.arrayElements - 1;
+      const std::set<unsigned> entries{ 0, std::min( 1u, lastEntry ), row.entries / 2, lastEntry };
+      const std::set<unsigned> elements{ 0, std::min( 1u, lastElement ), row.arrayElements / 2,
+                                         lastElement };
+      const std::string identifierTest =
+         expected.isTable ? "identifier <= " + std::to_string( row.instanceCount - 1 )
+                          : "identifier < " + std::to_string( row.instanceCount );
+      for( const unsigned tableEntry : entries ) {
+         for( const unsigned arrayIndex : elements ) {
+            Outputs right;
+            right.address =
+               address.base + tableEntry * address.entryStep + arrayIndex * address.arrayStep;
+            // The address is written before the identifier is tested.
+            for( const unsigned identifier :
+                 { row.instanceCount, row.instanceCount + 1, 0x100u, 0xffffu } ) {
+               Outputs outputs;
+               expectFailure( [&] { ask( outputs, identifier, tableEntry, arrayIndex ); },
+                              identifierTest, signature, where );
+               EXPECT_EQ( outputs, right ) << where;
+            }
             for( unsigned identifier = 0; identifier < row.instanceCount; ++identifier ) {
-               if( tableEntry >= row.entries ) {
-                  continue;
-               }
-               const Outputs right{ address.base + tableEntry * address.entryStep +
-                                       arrayIndex * address.arrayStep,
-                                    static_cast<U8>( instances[identifier].accessType ),
-                                    static_cast<U8>( instances[identifier].destBlock ) };
+               right.accessType = static_cast<U8>( instances[identifier].accessType );
+               right.destBlock = static_cast<U8>( instances[identifier].destBlock );
                Outputs outputs;
                EXPECT_TRUE( ask( outputs, identifier, tableEntry, arrayIndex ) );
                EXPECT_EQ( outputs, right ) << where;
@@ -882,34 +896,29 @@ void checkAddresses( const Expectation& expected ) {
             }
          }
       }
+      // The entry is tested first, then the element; nothing is written before both pass.
       const std::string entryTest =
          expected.isTable ? "tableEntry < " + std::to_string( row.entries ) : "tableEntry == 0";
       const std::string arrayTest = expected.isTable && row.arrayElements == 1
                                        ? "arrayIndex == 0"
                                        : "arrayIndex < " + std::to_string( row.arrayElements );
-      const std::string identifierTest =
-         expected.isTable ? "identifier <= " + std::to_string( row.instanceCount - 1 )
-                          : "identifier < " + std::to_string( row.instanceCount );
-      for( const unsigned tableEntry : { row.entries, 0xffffffffu } ) {
-         // The entry is tested first, then the element; nothing is written before both pass.
-         Outputs outputs;
-         expectFailure( [&] { ask( outputs, 0xffff, tableEntry, 0xffff ); }, entryTest, signature,
-                        where );
-         EXPECT_EQ( outputs, Outputs() );
-      }
-      for( const unsigned arrayIndex : { row.arrayElements, 0xffffu } ) {
-         Outputs outputs;
-         expectFailure( [&] { ask( outputs, 0xffff, 0, arrayIndex ); }, arrayTest, signature,
-                        where );
-         EXPECT_EQ( outputs, Outputs() );
-      }
-      for( const unsigned identifier : { row.instanceCount, 0xffffu } ) {
-         Outputs outputs;
-         expectFailure( [&] { ask( outputs, identifier, row.entries - 1, 0 ); }, identifierTest,
-                        signature, where );
-         Outputs written;
-         written.address = address.base + ( row.entries - 1 ) * address.entryStep;
-         EXPECT_EQ( outputs, written ) << where;
+      for( const unsigned identifier : { 0u, 0xffffu } ) {
+         for( const unsigned tableEntry : { row.entries, 0xffffffffu } ) {
+            for( const unsigned arrayIndex : { 0u, lastElement, 0xffffu } ) {
+               Outputs outputs;
+               expectFailure( [&] { ask( outputs, identifier, tableEntry, arrayIndex ); },
+                              entryTest, signature, where );
+               EXPECT_EQ( outputs, Outputs() );
+            }
+         }
+         for( const unsigned arrayIndex : { row.arrayElements, 0xffffu } ) {
+            for( const unsigned tableEntry : { 0u, lastEntry } ) {
+               Outputs outputs;
+               expectFailure( [&] { ask( outputs, identifier, tableEntry, arrayIndex ); },
+                              arrayTest, signature, where );
+               EXPECT_EQ( outputs, Outputs() );
+            }
+         }
       }
    }
    Image own;
