@@ -4,7 +4,7 @@
 #include "Finding.h"
 
 #include <CommandLine.h>
-#include <Forms.h>
+#include <forms/EntryForms.h>
 
 #include <algorithm>
 #include <array>
@@ -151,9 +151,9 @@ const Vorn::PairText& somePair( FuzzedDataProvider& input ) {
    static const auto pairs = [] {
       std::vector<Vorn::PairText> all;
       for( const auto& chip : Vorn::allChips() ) {
-         for( const auto& plan : Vorn::plansOn( chip ) ) {
+         for( const auto& layout : Vorn::layoutsOn( chip ) ) {
             all.push_back(
-               { std::string( plan.table() ), chip.name, std::to_string( plan.variant() ) } );
+               { std::string( layout.table() ), chip.name, std::to_string( layout.variant() ) } );
          }
       }
       return all;
@@ -221,12 +221,12 @@ std::optional<Bits> numberIn( std::string text ) {
 }
 
 void requireRoundTrip( const Json& decoded ) {
-   const Vorn::Plan plan( pairIn( decoded ) );
+   const auto layout = Vorn::layoutOf( pairIn( decoded ) );
    const std::string digits = decoded.at( "image" );
    const Image image = imageIn( digits );
    auto arguments = bytesOf( pairIn( decoded ) );
    Image right = imageIn( linesPrinted( encoded( arguments ).out ).at( 0 ) );
-   for( const auto& field : plan.fields() ) {
+   for( const auto& field : layout.fields() ) {
       const std::string name( field.name );
       const std::string value = decoded.at( "fields" ).at( name );
       const Bits bits = Testing::bitsAt( image, field.offset, field.width );

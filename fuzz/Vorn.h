@@ -3,9 +3,9 @@
 
 #include "support/Bits.h"
 
-#include <Encode.h>
 #include <Io.h>
-#include <Plan.h>
+#include <Vorn/Layout.h>
+#include <verbs/Encode.h>
 
 #include <fuzzer/FuzzedDataProvider.h>
 #include <nlohmann/json.hpp>

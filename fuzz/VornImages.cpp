@@ -7,7 +7,7 @@
 #include "Finding.h"
 #include "Vorn.h"
 
-#include <Decode.h>
+#include <verbs/Decode.h>
 
 #include <algorithm>
 #include <set>
@@ -67,7 +67,7 @@ std::string singleLines( const std::vector<Json>& objects, bool namePair ) {
 
 // The rows of the images up to the first one of another pair.
 std::string csvOf( const std::vector<Json>& objects ) {
-   const auto pair = Vorn::Plan( pairIn( objects.front() ) );
+   const auto pair = Vorn::layoutOf( pairIn( objects.front() ) );
    const auto rowOf = [&]( const auto& cellOf ) {
       std::string row;
       for( const auto& field : pair.fields() ) {
@@ -216,7 +216,7 @@ void runWritten( const DecodeArguments& arguments, FuzzedDataProvider& input ) {
    bool areWhole = true;
    for( auto left = input.ConsumeIntegralInRange( 1, 3 ); left > 0; --left ) {
       const auto& pair = arguments.pair ? *arguments.pair : somePair( input );
-      const std::size_t whole = Vorn::Plan( pair ).imageBytes();
+      const std::size_t whole = Vorn::layoutOf( pair ).bytes();
       const std::size_t words = input.ConsumeIntegralInRange( std::size_t( 0 ), whole / 4 + 1 );
       auto image = input.ConsumeBytes<U8>( words == 0 ? whole : words * 4 );
       image.resize( words == 0 ? whole : words * 4 );

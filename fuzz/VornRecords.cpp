@@ -7,8 +7,8 @@
 #include "Finding.h"
 #include "Vorn.h"
 
-#include <Decode.h>
-#include <Program.h>
+#include <verbs/Decode.h>
+#include <verbs/Program.h>
 
 #include <algorithm>
 #include <array>
@@ -44,9 +44,9 @@ EncodeArguments argumentsOf( const Json& record ) {
          to = textOf( record.at( key ) );
       }
    };
-   take( "entry", arguments.place.entry );
-   take( "array", arguments.place.array );
-   take( "identifier", arguments.place.identifier );
+   take( "entry", arguments.index.entry );
+   take( "array", arguments.index.array );
+   take( "identifier", arguments.index.identifier );
    if( record.contains( "from" ) ) {
       arguments.from = textOf( record.at( "from" ) );
    }
@@ -95,13 +95,12 @@ bool isRecord( const std::string& line ) {
 
 // Requires that the image is what the arguments say, as far as the model can read it.
 void requireModel( const EncodeArguments& arguments, const Image& image ) {
-   const Vorn::Plan plan( arguments.pair );
-   Image model = arguments.from ? Vorn::imageOf( *arguments.from ).bytes
-                                : Image( plan.blank().begin(), plan.blank().end() );
-   model.resize( plan.imageBytes() );
+   const auto layout = Vorn::layoutOf( arguments.pair );
+   Image model = arguments.from ? Vorn::imageOf( *arguments.from ).bytes : layout.blank();
+   model.resize( layout.bytes() );
    for( const auto& argument : arguments.fields ) {
       const auto equals = argument.find( '=' );
-      const auto& field = plan.fields()[plan.settable( argument.substr( 0, equals ) )];
+      const auto& field = layout.settable( argument.substr( 0, equals ) );
       const auto given = argument.substr( equals + 1 );
       const auto value = given == "mask" ? Testing::lowOnes( field.width ) : numberIn( given );
       if( !value ) {
@@ -237,20 +236,22 @@ void runMade( FuzzedDataProvider& input ) {
    std::string records;
    for( auto left = input.ConsumeIntegralInRange( 1, 3 ); left > 0; --left ) {
       const auto& pair = somePair( input );
-      const Vorn::Plan plan( pair );
-      Json record{ { "table", pair.table }, { "chip", pair.chip }, { "variant", plan.variant() } };
-      record["entry"] = input.ConsumeIntegralInRange( 0u, plan.info().entries );
+      const auto layout = Vorn::layoutOf( pair );
+      Json record{ { "table", pair.table },
+                   { "chip", pair.chip },
+                   { "variant", layout.variant() } };
+      record["entry"] = input.ConsumeIntegralInRange( 0u, layout.info().entries );
       auto& fields = record["fields"] = Json::object();
       for( auto count = input.ConsumeIntegralInRange( 0, 4 ); count > 0; --count ) {
-         const auto& field = plan.fields()[input.ConsumeIntegralInRange(
-            std::size_t( 0 ), plan.fields().size() - 1 )];
+         const auto& field = layout.fields()[input.ConsumeIntegralInRange(
+            std::size_t( 0 ), layout.fields().size() - 1 )];
          fields[std::string( field.name )] = someValue( input, field.width );
       }
       if( input.ConsumeBool() ) {
-         auto image = input.ConsumeBytes<U8>( plan.imageBytes() );
-         image.resize( plan.imageBytes() );
-         for( const auto& [field, value] : plan.tag() ) {
-            Testing::bitsAtAre( image, field->offset, field->width, Testing::toBits( value ) );
+         auto image = input.ConsumeBytes<U8>( layout.bytes() );
+         image.resize( layout.bytes() );
+         for( const auto& [field, value] : layout.tag() ) {
+            Testing::bitsAtAre( image, field.offset, field.width, Testing::toBits( value ) );
          }
          record["from"] = digitsOf( image );
       }

@@ -44,5 +44,5 @@ tidy() {
       failed=1
 }
 tidy '' platform/*/src/*.cpp src/frame/*.cpp src/registry/*.cpp $classes
-tidy "$tool_checks" codec/src/*.cpp tools/vorn/*.cpp
+tidy "$tool_checks" codec/src/*.cpp tools/vorn/*.cpp tools/vorn/*/*.cpp
 exit $failed

@@ -1,16 +1,13 @@
 // Every pair of every table through the real program, held against the registry's own views.
 #include "RunVorn.h"
 
-#include "Chips.h"
-#include "Decoder.h"
-#include "Encode.h"
-#include "Entry.h"
-#include "Error.h"
-#include "Images.h"
-#include "Plan.h"
-#include "Printer.h"
-#include "Text.h"
-#include "Values.h"
+#include "Pairs.h"
+#include "forms/ImagePrinter.h"
+#include "verbs/Encode.h"
+
+#include <Vorn/Compose.h>
+#include <Vorn/Images.h>
+#include <Vorn/Text.h>
 
 #include <Hardware/Registry.h>
 
@@ -29,30 +26,26 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-void forEveryPair( const std::function<void( const Vorn::Plan& )>& action ) {
-   for( const auto table : Hardware::classNames() ) {
-      for( const auto& pair : Vorn::pairsOf( table ) ) {
-         for( const U32 variant : pair.variants ) {
-            action( Vorn::Plan( table, Vorn::chipOf( U64( pair.chip ) ), variant ) );
-         }
-      }
+void forEveryPair( const std::function<void( const Vorn::Layout& )>& action ) {
+   for( const Vorn::Layout& layout : Testing::allLayouts() ) {
+      action( layout );
    }
 }
 
-Json pairOf( const Vorn::Plan& plan ) {
-   return { { "table", plan.table() },
-            { "chip", plan.chip().name },
-            { "variant", plan.variant() } };
+Json pairOf( const Vorn::Layout& layout ) {
+   return { { "table", layout.table() },
+            { "chip", layout.chip().name },
+            { "variant", layout.variant() } };
 }
 
-Vorn::PairText argumentsOf( const Vorn::Plan& plan ) {
-   return { std::string( plan.table() ), plan.chip().name, std::to_string( plan.variant() ) };
+Vorn::PairText argumentsOf( const Vorn::Layout& layout ) {
+   return { std::string( layout.table() ), layout.chip().name, std::to_string( layout.variant() ) };
 }
 
 constexpr char digitNames[] = "0123456789abcdef";
 
 // A value of this width whose bits differ from field to field.
-std::string valueOf( const Vorn::Plan::Field& field ) {
+std::string valueOf( const Vorn::Field& field ) {
    std::string digits;
    for( unsigned bit = 0; bit < field.width; bit += 4 ) {
       const unsigned rest = field.width - bit;
@@ -71,7 +64,7 @@ bool bitOf( const std::string& hex, unsigned bit ) {
 }
 
 // Writes the value into the image bit by bit.
-void fieldIs( std::vector<U8>& image, const Vorn::Plan::Field& field, const std::string& value ) {
+void fieldIs( std::vector<U8>& image, const Vorn::Field& field, const std::string& value ) {
    const std::string digits = value.substr( 2 );
    for( unsigned bit = 0; bit < field.width; ++bit ) {
       const unsigned place = field.offset + bit;
@@ -91,7 +84,7 @@ std::string hexOf( const std::vector<U8>& image ) {
 }
 
 // Reads the value from the image bit by bit.
-std::string fieldOf( const std::vector<U8>& image, const Vorn::Plan::Field& field ) {
+std::string fieldOf( const std::vector<U8>& image, const Vorn::Field& field ) {
    std::string digits( ( field.width + 3u ) / 4, '0' );
    for( unsigned bit = 0; bit < field.width; ++bit ) {
       const unsigned place = field.offset + bit;
@@ -129,21 +122,11 @@ std::vector<U8> readBack( std::span<const U8> image, int form ) {
    return Vorn::imageOf( form == 2 ? text : '[' + text.substr( 1 ) + ']' ).bytes;
 }
 
-// Decodes images of one pair.
-class Decoding {
-public:
-   explicit Decoding( const Vorn::Plan& plan ) : decoder_( plan ) {}
-
-   std::string print( Vorn::DecodeForm form, const std::vector<U8>& image ) const {
-      std::vector<U8> loaded;
-      decoder_.load( image, loaded );
-      Vorn::Printer printer( form, false );
-      return std::string( printer.print( { decoder_, image, loaded, {} } ) );
-   }
-
-private:
-   Vorn::Decoder decoder_;
-};
+std::string printed( const Vorn::Layout& layout, Vorn::DecodeForm form,
+                     const std::vector<U8>& image ) {
+   Vorn::ImagePrinter printer( form, false );
+   return std::string( printer.print( { layout, image, {} } ) );
+}
 
 // The cells of the one row of CSV behind its header.
 std::vector<std::string> cellsOf( const std::string& csv ) {
@@ -160,9 +143,9 @@ std::vector<std::string> cellsOf( const std::string& csv ) {
 }
 
 // The fresh entry of the pair, cut to the width of the memory.
-std::vector<U8> freshEntry( const Vorn::Plan& plan ) {
-   const auto chip = static_cast<Hardware::ChipType>( plan.chip().number );
-   const auto view = Hardware::stringObj( plan.table(), chip, plan.variant() );
+std::vector<U8> freshEntry( const Vorn::Layout& layout ) {
+   const auto chip = static_cast<Hardware::ChipType>( layout.chip().number );
+   const auto view = Hardware::stringObj( layout.table(), chip, layout.variant() );
    return { view->buf(), view->buf() + std::size_t( 4 ) * view->width() };
 }
 
@@ -171,21 +154,21 @@ std::vector<U8> freshEntry( const Vorn::Plan& plan ) {
 TEST( EveryTable, programComposesWhatABitLoopComposes ) {
    std::string input;
    std::vector<Json> expected;
-   forEveryPair( [&]( const Vorn::Plan& plan ) {
+   forEveryPair( [&]( const Vorn::Layout& layout ) {
       const auto info =
-         Hardware::pairInfo( plan.table(), plan.chip().number, plan.variant() ).value();
+         Hardware::pairInfo( layout.table(), layout.chip().number, layout.variant() ).value();
       const U32 entry = info.entries - 1;
       const U32 array = info.arrayElements - 1;
       const U32 identifier = info.instanceCount - 1u;
 
-      Json line = pairOf( plan );
+      Json line = pairOf( layout );
       line["entry"] = entry;
       line["array"] = array;
       line["identifier"] = identifier;
       Json made = line;
       auto& fields = line["fields"] = Json::object();
-      auto image = freshEntry( plan );
-      for( const auto& field : plan.fields() ) {
+      auto image = freshEntry( layout );
+      for( const auto& field : layout.fields() ) {
          if( !field.readOnly ) {
             const auto value = valueOf( field );
             fields[std::string( field.name )] = value;
@@ -202,8 +185,8 @@ TEST( EveryTable, programComposesWhatABitLoopComposes ) {
       made["accessType"] = nullptr;
       made["destBlock"] = nullptr;
       if( info.hasAddress ) {
-         const auto chip = static_cast<Hardware::ChipType>( plan.chip().number );
-         ASSERT_TRUE( Hardware::stringObj( plan.table(), chip, plan.variant() )
+         const auto chip = static_cast<Hardware::ChipType>( layout.chip().number );
+         ASSERT_TRUE( Hardware::stringObj( layout.table(), chip, layout.variant() )
                          ->getSchanAddress( address, accessType, destBlock,
                                             static_cast<U16>( identifier ), entry,
                                             static_cast<U16>( array ) ) );
@@ -230,19 +213,18 @@ TEST( EveryTable, programComposesWhatABitLoopComposes ) {
 }
 
 TEST( EveryTable, decodeFindsEachFieldAlone ) {
-   forEveryPair( []( const Vorn::Plan& plan ) {
-      const Decoding decoding( plan );
-      for( const auto& field : plan.fields() ) {
-         std::vector<U8> image( plan.imageBytes() );
+   forEveryPair( []( const Vorn::Layout& layout ) {
+      for( const auto& field : layout.fields() ) {
+         std::vector<U8> image( layout.bytes() );
          const auto value = valueOf( field );
          fieldIs( image, field, value );
-         const Json decoded = Json::parse( decoding.print( Vorn::DecodeForm::json, image ) );
-         ASSERT_EQ( decoded["fields"].size(), plan.fields().size() );
+         const Json decoded = Json::parse( printed( layout, Vorn::DecodeForm::json, image ) );
+         ASSERT_EQ( decoded["fields"].size(), layout.fields().size() );
          EXPECT_EQ( decoded["fields"][std::string( field.name )], value )
-            << plan.pairText() << ' ' << field.name;
+            << layout.pairText() << ' ' << field.name;
          std::size_t position = 0;
          for( const auto& [name, ignored] : decoded["fields"].items() ) {
-            EXPECT_EQ( name, plan.fields()[position++].name );
+            EXPECT_EQ( name, layout.fields()[position++].name );
          }
       }
    } );
@@ -250,19 +232,17 @@ TEST( EveryTable, decodeFindsEachFieldAlone ) {
 
 TEST( EveryTable, whatIsEncodedDecodesToTheSame ) {
    std::mt19937_64 random( 20261121 );
-   forEveryPair( [&]( const Vorn::Plan& plan ) {
-      SCOPED_TRACE( plan.pairText() );
-      const Decoding decoding( plan );
+   forEveryPair( [&]( const Vorn::Layout& layout ) {
+      SCOPED_TRACE( layout.pairText() );
       for( int round = 0; round < 4; ++round ) {
-         Vorn::Entry entry;
-         entry.reset( plan );
-         auto image = freshEntry( plan );
+         Vorn::Composer entry( layout, Vorn::Overlap::laterHolds );
+         auto image = freshEntry( layout );
          // In an order of their own each time, so that of two that overlap each is once the later.
-         std::vector<std::size_t> positions( plan.fields().size() );
+         std::vector<std::size_t> positions( layout.fields().size() );
          std::iota( positions.begin(), positions.end(), std::size_t( 0 ) );
          std::shuffle( positions.begin(), positions.end(), random );
          for( const std::size_t position : positions ) {
-            const auto& field = plan.fields()[position];
+            const auto& field = layout.fields()[position];
             if( !field.readOnly ) {
                const auto value = randomValue( field.width, random );
                fieldIs( image, field, value );
@@ -272,12 +252,12 @@ TEST( EveryTable, whatIsEncodedDecodesToTheSame ) {
          const auto read = readBack( entry.image(), round );
          ASSERT_EQ( read, image );
 
-         const auto csv = cellsOf( decoding.print( Vorn::DecodeForm::csv, read ) );
-         const Json json = Json::parse( decoding.print( Vorn::DecodeForm::json, read ) );
-         ASSERT_EQ( csv.size(), plan.fields().size() );
-         ASSERT_EQ( json["fields"].size(), plan.fields().size() );
+         const auto csv = cellsOf( printed( layout, Vorn::DecodeForm::csv, read ) );
+         const Json json = Json::parse( printed( layout, Vorn::DecodeForm::json, read ) );
+         ASSERT_EQ( csv.size(), layout.fields().size() );
+         ASSERT_EQ( json["fields"].size(), layout.fields().size() );
          for( std::size_t i = 0; i < csv.size(); ++i ) {
-            const auto& field = plan.fields()[i];
+            const auto& field = layout.fields()[i];
             const auto value = fieldOf( image, field );
             EXPECT_EQ( json["fields"][std::string( field.name )], value ) << field.name;
             EXPECT_EQ( csv[i], field.width <= 64
@@ -290,15 +270,15 @@ TEST( EveryTable, whatIsEncodedDecodesToTheSame ) {
 }
 
 TEST( EveryTable, aTagFieldCannotBeSet ) {
-   forEveryPair( []( const Vorn::Plan& plan ) {
-      for( const auto& field : plan.fields() ) {
+   forEveryPair( []( const Vorn::Layout& layout ) {
+      for( const auto& field : layout.fields() ) {
          const std::string name( field.name );
          try {
-            Vorn::encode( { argumentsOf( plan ), {}, { name + "=0" } } );
-            EXPECT_FALSE( field.readOnly ) << plan.pairText() << ' ' << name;
+            Vorn::encode( { argumentsOf( layout ), {}, { name + "=0" } } );
+            EXPECT_FALSE( field.readOnly ) << layout.pairText() << ' ' << name;
          } catch( const Vorn::Error& error ) {
             EXPECT_TRUE( field.readOnly );
-            EXPECT_EQ( error.message(), "field " + name + " of " + plan.pairText() +
+            EXPECT_EQ( error.message(), "field " + name + " of " + layout.pairText() +
                                            " is read-only: it holds the entry's tag" );
          }
       }
@@ -306,24 +286,24 @@ TEST( EveryTable, aTagFieldCannotBeSet ) {
 }
 
 TEST( EveryTable, aFieldThatOnlyOtherPairsHaveIsRefused ) {
-   forEveryPair( []( const Vorn::Plan& plan ) {
+   forEveryPair( []( const Vorn::Layout& layout ) {
       const auto isMissing = [&]( const Hardware::FieldInfo& field ) {
-         return std::none_of( plan.fields().begin(), plan.fields().end(), [&]( const auto& own ) {
-            return own.identifier == field.identifier;
-         } );
+         return std::none_of(
+            layout.fields().begin(), layout.fields().end(),
+            [&]( const auto& own ) { return own.identifier == field.identifier; } );
       };
-      const auto fields = Hardware::classFields( plan.table() );
+      const auto fields = Hardware::classFields( layout.table() );
       const auto missing = std::find_if( fields.begin(), fields.end(), isMissing );
       if( missing == fields.end() ) {
          return;
       }
       const std::string name( missing->name );
       try {
-         plan.settable( name );
-         ADD_FAILURE() << plan.pairText() << ' ' << name;
+         layout.settable( name );
+         ADD_FAILURE() << layout.pairText() << ' ' << name;
       } catch( const Vorn::Error& error ) {
          EXPECT_TRUE( error.message().starts_with( "field " + name + " does not exist in " +
-                                                   plan.pairText() +
+                                                   layout.pairText() +
                                                    ", only on chip types and variants " ) )
             << error.message();
       }

@@ -1,8 +1,7 @@
 // vorn identify: held against the classes' own discriminators, and what it prints.
 #include "RunVorn.h"
 
-#include "Chips.h"
-#include "Identify.h"
+#include <Vorn/Identify.h>
 
 #include <Hardware/EpniIsidTable.h>
 #include <Hardware/EsemMgmtReq.h>
@@ -99,18 +98,17 @@ std::string identified( const std::string& chip, const std::string& text,
 TEST( Identify, aFreshEntryIsWhatTheDiscriminatorsTakeItFor ) {
    for( const auto& chip : Vorn::allChips() ) {
       const Vorn::Identifier identifier( chip );
-      const auto plans = Vorn::plansOn( chip );
-      for( const auto& plan : plans ) {
-         const std::vector<U8> entry( plan.blank().data(),
-                                      plan.blank().data() + plan.imageBytes() );
+      const auto layouts = Vorn::layoutsOn( chip );
+      for( const auto& layout : layouts ) {
+         const auto entry = layout.blank();
          const auto verdicts = identifier.verdictsOn( entry );
          std::set<Pair> possible;
          for( const auto& group : verdicts.groups ) {
             possible.merge( pairsOf( group.members ) );
          }
-         EXPECT_EQ( possible, takersOf( chip, entry ) ) << plan.pairText();
-         EXPECT_TRUE( possible.contains( { std::string( plan.table() ), plan.variant() } ) );
-         EXPECT_EQ( possible.size() + pairsOf( verdicts.ruledOut ).size(), plans.size() );
+         EXPECT_EQ( possible, takersOf( chip, entry ) ) << layout.pairText();
+         EXPECT_TRUE( possible.contains( { std::string( layout.table() ), layout.variant() } ) );
+         EXPECT_EQ( possible.size() + pairsOf( verdicts.ruledOut ).size(), layouts.size() );
       }
    }
 }

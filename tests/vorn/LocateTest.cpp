@@ -1,8 +1,7 @@
 // vorn locate: every place of every memory is found again at its address, and nothing else is.
 #include "RunVorn.h"
 
-#include "Chips.h"
-#include "Locate.h"
+#include <Vorn/Locate.h>
 
 #include <Hardware/Registry.h>
 
@@ -18,13 +17,14 @@ namespace {
 using Testing::vorn;
 
 // Where the view itself says that the place lies.
-Vorn::Address addressOf( std::string_view table, U32 chip, U8 variant, const Vorn::Place& place ) {
+Vorn::Address addressOf( std::string_view table, U32 chip, U8 variant,
+                         const Vorn::EntryIndex& index ) {
    Vorn::Address address;
    EXPECT_TRUE( Hardware::stringObj( table, static_cast<Hardware::ChipType>( chip ), variant )
                    ->getSchanAddress( address.schanAddress, address.accessType, address.destBlock,
-                                      static_cast<U16>( place.identifier ),
-                                      static_cast<U32>( place.entry ),
-                                      static_cast<U16>( place.array ) ) );
+                                      static_cast<U16>( index.identifier ),
+                                      static_cast<U32>( index.entry ),
+                                      static_cast<U16>( index.array ) ) );
    return address;
 }
 
@@ -42,8 +42,8 @@ void forEveryAddressedPair( U32 chip, const PairAction& action ) {
    }
 }
 
-std::vector<Vorn::Found> allAt( const std::vector<Vorn::Memory>& memories, U32 address ) {
-   std::vector<Vorn::Found> all;
+std::vector<Vorn::Location> allAt( const std::vector<Vorn::Memory>& memories, U32 address ) {
+   std::vector<Vorn::Location> all;
    for( const auto& memory : memories ) {
       const auto own = memory.at( address );
       all.insert( all.end(), own.begin(), own.end() );
@@ -65,12 +65,12 @@ TEST( Locate, everyPlaceIsAmongTheAnswersForItsAddress ) {
             for( const U64 entry : firstMiddleLast( info.entries ) ) {
                for( const U64 array : firstMiddleLast( info.arrayElements ) ) {
                   for( U64 identifier = 0; identifier < info.instanceCount; ++identifier ) {
-                     const Vorn::Place place{ entry, array, identifier };
-                     const auto address = addressOf( table, chip.number, variant, place );
+                     const Vorn::EntryIndex index{ entry, array, identifier };
+                     const auto address = addressOf( table, chip.number, variant, index );
                      const auto answers = allAt( memories, address.schanAddress );
-                     const auto isIt = [&]( const Vorn::Found& found ) {
-                        return found.plan->table() == table && found.plan->variant() == variant &&
-                               found.place == place && found.address == address;
+                     const auto isIt = [&]( const Vorn::Location& found ) {
+                        return found.layout.table() == table && found.layout.variant() == variant &&
+                               found.index == index && found.address == address;
                      };
                      EXPECT_EQ( std::count_if( answers.begin(), answers.end(), isIt ), 1 )
                         << chip.name << ' ' << table << ' ' << unsigned( variant ) << ' ' << entry
@@ -112,8 +112,8 @@ TEST( Locate, thereAreAsManyAnswersAsPlaces ) {
          } );
       for( const U32 address : asked ) {
          auto answers = allAt( memories, address );
-         std::erase_if( answers, []( const Vorn::Found& found ) {
-            return found.plan->info().entries > 1000000;
+         std::erase_if( answers, []( const Vorn::Location& found ) {
+            return found.layout.info().entries > 1000000;
          } );
          const auto found = counts.find( address );
          EXPECT_EQ( answers.size(), found == counts.end() ? 0 : found->second )

@@ -1,10 +1,11 @@
 // vorn reference, run for real: the pages of docs/reference/ are what it writes, and say what is
 // known on paper.
-#include "Reference.h"
-#include "Chips.h"
 #include "Folders.h"
-#include "Plan.h"
 #include "RunVorn.h"
+#include "forms/ReferencePages.h"
+
+#include <Vorn/Layout.h>
+#include <Vorn/Pairs.h>
 
 #include <Hardware/Registry.h>
 
@@ -125,18 +126,18 @@ TEST( Reference, addressesGrowBySteps ) {
    for( const auto table : Hardware::classNames() ) {
       for( const auto& pair : Vorn::pairsOf( table ) ) {
          for( const U32 variant : pair.variants ) {
-            const Vorn::Plan plan( table, Vorn::chipOf( U64( pair.chip ) ), variant );
-            const auto base = plan.address( {} );
+            const Vorn::Layout layout( table, U64( pair.chip ), variant );
+            const auto base = layout.address( {} );
             if( !base ) {
                continue;
             }
             const auto at = [&]( U64 entry, U64 array, U64 identifier ) {
-               return plan.address( { entry, array, identifier } )->schanAddress -
+               return layout.address( { entry, array, identifier } )->schanAddress -
                       base->schanAddress;
             };
-            const U32 entries = plan.info().entries;
-            const U32 arrays = plan.info().arrayElements;
-            const U32 instances = plan.info().instanceCount;
+            const U32 entries = layout.info().entries;
+            const U32 arrays = layout.info().arrayElements;
+            const U32 instances = layout.info().instanceCount;
             const U32 entryStep = entries > 1 ? at( 1, 0, 0 ) : 0;
             const U32 arrayStep = arrays > 1 ? at( 0, 1, 0 ) : 0;
             for( const U32 entry : { U32( 0 ), entries / 2, entries - 1 } ) {
@@ -144,7 +145,7 @@ TEST( Reference, addressesGrowBySteps ) {
                   for( U32 identifier = 0; identifier < instances; ++identifier ) {
                      EXPECT_EQ( at( entry, array, identifier ),
                                 entry * entryStep + array * arrayStep )
-                        << plan.pairText();
+                        << layout.pairText();
                   }
                }
             }

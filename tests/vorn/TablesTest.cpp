@@ -1,7 +1,8 @@
 // vorn tables, run for real.
 #include "RunVorn.h"
 
-#include "Chips.h"
+#include <Vorn/Chip.h>
+#include <Vorn/Pairs.h>
 
 #include <Hardware/Registry.h>
 

@@ -1,13 +1,25 @@
 // Arguments and texts of help that several verbs share.
 #include "Arguments.h"
 
-#include "Chips.h"
 #include "Text.h"
-#include "Values.h"
+#include "Verbs.h"
+
+#include <Vorn/Chip.h>
+#include <Vorn/Pairs.h>
+#include <Vorn/Suggest.h>
+#include <Vorn/Text.h>
+#include <Vorn/Value.h>
 
 #include <CLI/CLI.hpp>
 
 namespace Vorn {
+
+Layout layoutOf( const PairText& pair ) {
+   const U64 variant = parseIndex( pair.variant, "variant", 0xff );
+   Layout layout( pair.table, pair.chip, variant );
+   traceView( layout );
+   return layout;
+}
 
 void addChip( CLI::App& verb, std::string& chip ) {
    verb.add_option( "--chip", chip, "Chip type, by name or number" )
@@ -23,18 +35,55 @@ void addPair( CLI::App& verb, PairText& pair ) {
       ->type_name( "V" );
 }
 
-void addPlace( CLI::App& verb, PlaceText& place ) {
-   verb.add_option( "--entry", place.entry, "Entry of the table, 0 if not given" )
+void addIndex( CLI::App& verb, IndexText& index ) {
+   verb.add_option( "--entry", index.entry, "Entry of the table, 0 if not given" )
       ->type_name( "N" );
-   verb.add_option( "--array", place.array, "Array element, 0 if not given" )->type_name( "N" );
-   verb.add_option( "--identifier", place.identifier, "Instance of the memory, 0 if not given" )
+   verb.add_option( "--array", index.array, "Array element, 0 if not given" )->type_name( "N" );
+   verb.add_option( "--identifier", index.identifier, "Instance of the memory, 0 if not given" )
       ->type_name( "N" );
 }
 
-Place placeOf( const PlaceText& place ) {
-   return { parseIndex( place.entry, "entry", 0xffffffff ),
-            parseIndex( place.array, "array", 0xffff ),
-            parseIndex( place.identifier, "identifier", 0xffff ) };
+EntryIndex indexOf( const IndexText& index ) {
+   return { parseIndex( index.entry, "entry", 0xffffffff ),
+            parseIndex( index.array, "array", 0xffff ),
+            parseIndex( index.identifier, "identifier", 0xffff ) };
+}
+
+void completeSource( std::vector<std::string>& image, std::string& path ) {
+   if( image == std::vector<std::string>{ "-" } && path.empty() ) {
+      image.clear();
+      path = "-";
+   }
+   if( image.empty() && path.empty() ) {
+      throw CLI::RequiredError( "IMAGE" );
+   }
+   if( !image.empty() && !path.empty() ) {
+      throw CLI::ExcludesError( "--file", "IMAGE" );
+   }
+}
+
+void addImageFormat( CLI::App& verb, ImageFormat& format ) {
+   const auto take = [&format]( const std::string& text ) {
+      const auto names = imageFormatNames();
+      const auto found = std::find( names.begin(), names.end(), text );
+      if( found == names.end() ) {
+         throw CLI::ValidationError( "--image-format", "unknown format " + inQuotes( text ) +
+                                                          suggestion( text, names ) );
+      }
+      format = static_cast<ImageFormat>( found - names.begin() );
+   };
+   verb
+      .add_option_function<std::string>( "--image-format", take,
+                                         "How digits are taken, auto if not given" )
+      ->type_name( listOf( imageFormatNames(), "|" ) );
+}
+
+std::string textOf( const std::vector<std::string>& pieces ) {
+   std::string text;
+   for( const std::string& piece : pieces ) {
+      text += piece + ' ';
+   }
+   return text;
 }
 
 void describe( CLI::App& verb, const std::string& paragraphs, const std::string& examples ) {
@@ -47,6 +96,34 @@ std::string chipTypesParagraph() {
       numbers.push_back( chip.number );
    }
    return "Chip types: " + listOfChips( numbers );
+}
+
+std::string notationsParagraphs() {
+   return "Values:\n"
+          "  2000, 1_000_000        decimal; underscores may stand between digits of any base\n"
+          "  0xffff, 0b1010_0101    hexadecimal, binary\n"
+          "  10.0.0.1               IPv4 address: 0x0a000001\n"
+          "  2001:db8::1            IPv6 address: 0x20010db8000000000000000000000001\n"
+          "  00:1c:73:00:00:01      MAC address: 0x001c73000001; also 00-1c-73-00-00-01 and\n"
+          "                         001c.7300.0001\n"
+          "  mask                   ones in all bits of the field\n\n"
+          "The form alone tells the notation: six groups of two digits are a MAC address, all else "
+          "with colons is an IPv6 address. An address is its bytes, in the order in which they are "
+          "sent, read as one number.";
+}
+
+std::string imagesParagraphs() {
+   return "An image may be written as bytes: two hexadecimal digits for each, entry byte 0 first, "
+          "in pieces of any length with or without 0x before each; as 32-bit words, as `vorn "
+          "encode` prints them: 0x and eight digits each, the word of the lowest bytes first; as "
+          "the lines of `hexdump -C`; or as JSON: a string of digits, an array of numbers or "
+          "strings, or an object with such an \"image\", as `vorn program` and `vorn decode "
+          "--json` print them.\n\n"
+          "0x and eight digits are a word, also where it is the only one: 0x00012345 is the bytes "
+          "45 23 01 00. Without 0x, or with --image-format bytes, they are the bytes 00 01 23 45. "
+          "A mixture of such words and other pieces is refused. The numbers of a JSON array are "
+          "words where one is above 255, else bytes; on the command line an array stands in an "
+          "object. --image-format words takes each piece or number as a word.";
 }
 
 } // namespace Vorn

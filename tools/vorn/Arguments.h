@@ -1,9 +1,11 @@
 // Arguments and texts of help that several verbs share.
 #pragma once
 
-#include "Plan.h"
+#include <Vorn/Images.h>
+#include <Vorn/Layout.h>
 
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -14,27 +16,49 @@ namespace Vorn {
 // Adds --chip.
 void addChip( CLI::App& verb, std::string& chip );
 
+// A pair of a table as a person writes it.
+struct PairText {
+   std::string table;
+   std::string chip; // name or number
+   std::string variant = "0";
+};
+
+// What is unknown or doesn't exist is an Error.
+Layout layoutOf( const PairText& pair );
+
 // Adds TABLE, --chip and --variant.
 void addPair( CLI::App& verb, PairText& pair );
 
-// Where an entry of a memory lies, as a person writes it.
-struct PlaceText {
+// Which entry of a memory, as a person writes it.
+struct IndexText {
    std::string entry = "0";
    std::string array = "0";
    std::string identifier = "0";
 };
 
 // Adds --entry, --array and --identifier.
-void addPlace( CLI::App& verb, PlaceText& place );
+void addIndex( CLI::App& verb, IndexText& index );
 
 // The numbers of the text; what is none is an Error.
-Place placeOf( const PlaceText& place );
+EntryIndex indexOf( const IndexText& index );
+
+// Where the images are of a verb that takes them as IMAGE or from --file, to be called when the
+// command line is parsed: the image "-" is the file "-". Neither of them, or both, is wrong usage.
+void completeSource( std::vector<std::string>& image, std::string& path );
+
+// The pieces of an IMAGE as one text.
+std::string textOf( const std::vector<std::string>& pieces );
+
+// Adds --image-format.
+void addImageFormat( CLI::App& verb, ImageFormat& format );
 
 // Sets what stands below the options in the verb's help: what it does, in paragraphs to be wrapped,
 // and example command lines.
 void describe( CLI::App& verb, const std::string& paragraphs, const std::string& examples );
 
-// A paragraph with the chip types by name and number.
+// A paragraph with the chip types by name and number, and how a value and an image may be written.
 std::string chipTypesParagraph();
+std::string notationsParagraphs();
+std::string imagesParagraphs();
 
 } // namespace Vorn

@@ -2,9 +2,11 @@
 #include "CommandLine.h"
 
 #include "Help.h"
-#include "Suggest.h"
 #include "Text.h"
 #include "Verbs.h"
+
+#include <Vorn/Suggest.h>
+#include <Vorn/Text.h>
 
 #include <CLI/CLI.hpp>
 

@@ -1,8 +1,9 @@
 // The whole command line: its verbs and what they are given.
 #pragma once
 
-#include "Error.h"
 #include "Io.h"
+
+#include <Vorn/Error.h>
 
 #include <string>
 

@@ -1,9 +1,11 @@
 // Files that are written as a whole or not at all.
 #include "Files.h"
 
-#include "Error.h"
 #include "Io.h"
 #include "Text.h"
+
+#include <Vorn/Error.h>
+#include <Vorn/Text.h>
 
 #include <algorithm>
 #include <cerrno>

@@ -3,6 +3,8 @@
 
 #include "Text.h"
 
+#include <Vorn/Text.h>
+
 #include <CLI/CLI.hpp>
 
 #include <set>

@@ -1,8 +1,10 @@
 // Whole lines in and out: standard output through a buffer, and a file or standard input by line.
 #include "Io.h"
 
-#include "Error.h"
 #include "Text.h"
+
+#include <Vorn/Error.h>
+#include <Vorn/Text.h>
 
 #include <algorithm>
 #include <cerrno>

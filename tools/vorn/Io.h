@@ -1,6 +1,8 @@
 // Whole lines in and out: standard output through a buffer, and a file or standard input by line.
 #pragma once
 
+#include <Vorn/Images.h>
+
 #include <Kelvar/Types.h>
 
 #include <cstddef>
@@ -29,7 +31,7 @@ private:
 };
 
 // The lines of a file, or of standard input for "-". Failures to open and to read are Errors.
-class LineReader {
+class LineReader : public LineSource {
 public:
    // A longer line is an Error, so that input without lines cannot take all memory.
    static constexpr std::size_t longestLine = 1 << 20;
@@ -37,15 +39,15 @@ public:
    // `beforeRead` is called each time before more input is asked for, and may have to be waited
    // for.
    LineReader( const std::string& path, std::function<void()> beforeRead );
-   ~LineReader();
+   ~LineReader() override;
    LineReader( const LineReader& ) = delete;
    LineReader& operator=( const LineReader& ) = delete;
 
    // Sets `line` to the next line without its end, valid until the next call; false at the end.
-   bool next( std::string_view& line );
+   bool next( std::string_view& line ) override;
 
    // "entries.jsonl:3", the place of the last line.
-   std::string place() const;
+   std::string place() const override;
 
    // How many bytes there are to read, 0 if only reading tells; and how many have been read.
    U64 size() const { return size_; }

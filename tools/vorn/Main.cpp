@@ -23,8 +23,7 @@ void printError( std::string_view prefix, std::string_view message ) {
 }
 
 void printError( const Vorn::Error& error ) {
-   const std::string_view text = error.what();
-   printError( text.substr( 0, text.size() - error.message().size() ), error.message() );
+   printError( ( error.place().empty() ? "vorn" : error.place() ) + ": ", error.message() );
 }
 
 int run( int argc, char** argv ) {

@@ -3,6 +3,8 @@
 
 #include "Text.h"
 
+#include <Vorn/Text.h>
+
 #include <cstddef>
 #include <span>
 #include <string>

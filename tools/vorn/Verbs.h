@@ -3,6 +3,8 @@
 
 #include "Io.h"
 
+#include <Vorn/Layout.h>
+
 #include <functional>
 #include <span>
 
@@ -36,6 +38,10 @@ using AddVerb = Verb ( * )( CLI::App& commandLine );
 // These two have other verbs as their arguments.
 Verb addTrace( CLI::App& commandLine, std::span<const AddVerb> verbs );
 Verb addComplete( CLI::App& commandLine );
+
+// The library's own view of the pair, where `vorn trace` has switched its trace on: shows how it is
+// made and what it says of each field, which the codec works out without views.
+void traceView( const Layout& layout );
 
 // Does those of the verbs that parsing has met.
 void runParsed( std::span<const Verb> verbs, Output& output );

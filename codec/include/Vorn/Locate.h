@@ -1,0 +1,65 @@
+// What lies at an address of a chip's S-channel.
+#pragma once
+
+#include <Vorn/Export.h>
+#include <Vorn/Layout.h>
+
+#include <Kelvar/Types.h>
+
+#include <optional>
+#include <vector>
+
+namespace Vorn {
+
+// An entry that was asked for by its address.
+struct Location {
+   Layout layout;
+   EntryIndex index;
+   Address address;
+};
+
+// What lies at an address of the chip type, or there in one destination block: in order of the
+// tables, one location for each variant, instance and array element. Where nothing does, an Error
+// names the nearest entries around it.
+//
+//    for( const Vorn::Location& found : Vorn::locate( Vorn::chipOf( 10 ), 0x1101005, 6 ) ) { ... }
+VORN_API std::vector<Location> locate( const Chip& chip, U32 address,
+                                       std::optional<U8> destBlock = std::nullopt );
+
+// The addresses of a memory: entry e of array element a lies at base + e * entryStep + a *
+// arrayStep, in every instance.
+class VORN_API Memory {
+public:
+   // The pair has an address.
+   explicit Memory( Layout layout );
+
+   const Layout& layout() const { return layout_; }
+
+   // In order of the instance, then of the array element.
+   std::vector<Location> at( U32 address ) const;
+
+   // The last entry before the address and the first one after it, in one of the instances.
+   std::optional<Location> before( U32 address ) const;
+   std::optional<Location> after( U32 address ) const;
+
+   // The destination blocks of the instances.
+   std::vector<U8> blocks() const;
+
+   // Leaves only the instances in this block; whether there are any.
+   bool narrow( U8 destBlock );
+
+private:
+   U32 firstOf( U32 array ) const { return base_ + array * arrayStep_; }
+   Location locationOf( U64 entry, U64 array, U64 identifier ) const;
+
+   Layout layout_;
+   U32 base_;
+   U32 entryStep_ = 0;
+   U32 arrayStep_ = 0;
+   std::vector<U16> identifiers_; // of the instances
+};
+
+// The memories of a chip type that have an address, in registry order.
+VORN_API std::vector<Memory> memoriesOn( const Chip& chip );
+
+} // namespace Vorn

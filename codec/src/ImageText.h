@@ -1,0 +1,56 @@
+// One image in one text: hexadecimal digits or JSON.
+#pragma once
+
+#include <Vorn/Images.h>
+
+#include <Kelvar/Types.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace Vorn {
+
+constexpr bool isBlank( char c ) { return c == ' ' || ( c >= '\t' && c <= '\r' ); }
+
+// Where the text goes on behind blanks, which may be its end.
+constexpr std::size_t skipBlanks( std::string_view text, std::size_t begin ) {
+   while( begin < text.size() && isBlank( text[begin] ) ) {
+      ++begin;
+   }
+   return begin;
+}
+
+// What the text begins with, up to a blank.
+constexpr std::string_view firstPiece( std::string_view text ) {
+   std::size_t end = 0;
+   while( end < text.size() && !isBlank( text[end] ) ) {
+      ++end;
+   }
+   return text.substr( 0, end );
+}
+
+// Calls take( piece, at ) for the pieces of `text` that stand between blanks. The text begins
+// `at` bytes behind the beginning of its line, here and below.
+template<typename Take>
+void forEachPiece( std::string_view text, std::size_t at, Take take ) {
+   for( auto begin = skipBlanks( text, 0 ); begin < text.size(); ) {
+      const auto piece = firstPiece( text.substr( begin ) );
+      take( piece, at + begin );
+      begin = skipBlanks( text, begin + piece.size() );
+   }
+}
+
+// Whether `text` is hexadecimal digits and nothing else.
+bool isDigits( std::string_view text );
+
+// The number that at most 16 hexadecimal digits write.
+U64 numberOf( std::string_view digits );
+
+// Reads the image that `text` writes in digits, which is of no bytes where all is blank.
+void readDigits( std::string_view text, std::size_t at, ImageFormat format, Image& image );
+
+// Reads the image from JSON, and what a JSON object says of its pair.
+void readJson( std::string_view text, std::size_t at, ImageFormat format, Image& image );
+
+} // namespace Vorn

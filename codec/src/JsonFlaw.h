@@ -1,0 +1,39 @@
+// What the JSON parser has against a text, in the words of our messages.
+#pragma once
+
+#include <Vorn/Text.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace Vorn {
+
+class JsonFlaw {
+public:
+   explicit JsonFlaw( const nlohmann::detail::exception& exception )
+      : id_( exception.id ), reason_( exception.what() ) {
+      // The parser's account of what it was about stands before a dash, what it read behind this.
+      constexpr std::string_view dash = " - ";
+      if( const auto before = reason_.find( dash ); before != std::string::npos ) {
+         reason_.erase( 0, before + dash.size() );
+      }
+      reason_.erase( std::min( reason_.find( "; last read: " ), reason_.size() ) );
+   }
+
+   // Whether the text is a number too large to hold, which JSON itself allows.
+   bool isOverflow() const { return id_ == 406; }
+
+   // Whether the reason begins so, for example "invalid string".
+   bool is( std::string_view kind ) const { return reason_.starts_with( kind ); }
+
+   std::string message() const { return "not valid JSON: " + shown( reason_, 160 ); }
+
+private:
+   int id_;
+   std::string reason_;
+};
+
+} // namespace Vorn

@@ -1,0 +1,53 @@
+// The fields of an entry in bit order, and the bits that belong to none.
+#pragma once
+
+#include <Vorn/Layout.h>
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace Vorn {
+
+class BitOrder {
+public:
+   struct Field : Vorn::Field {
+      std::size_t lane; // fields in one lane don't overlap; the one with the most fields is 0
+   };
+
+   // Bits that belong to no field, as many as there are side by side.
+   struct Run {
+      unsigned offset;
+      unsigned width;
+
+      bool operator==( const Run& ) const = default;
+   };
+
+   explicit BitOrder( const Layout& layout );
+
+   // In order of the offset; of two at one offset the wider first.
+   std::span<const Field> fields() const { return fields_; }
+   std::span<const Run> unused() const { return unused_; }
+   unsigned unusedBits() const;
+
+   // As many as the fields that cover one bit, where there are the most; at least one.
+   std::size_t lanes() const { return lanes_; }
+
+   // The size of an entry in 32-bit words.
+   unsigned words() const { return words_; }
+
+   // The same fields at the same bits of an entry of the same size.
+   bool operator==( const BitOrder& other ) const;
+
+private:
+   void findUnused();
+   void assignLanes();
+
+   unsigned words_;
+   std::vector<Field> fields_;
+   std::vector<Run> unused_;
+   std::size_t lanes_ = 1;
+};
+
+} // namespace Vorn

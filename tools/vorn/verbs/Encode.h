@@ -1,0 +1,28 @@
+// One entry image from fields given as text.
+#pragma once
+
+#include "Arguments.h"
+#include "forms/EntryForms.h"
+
+#include <Vorn/Images.h>
+#include <Vorn/Layout.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vorn {
+
+struct EncodeArguments {
+   PairText pair;
+   IndexText index;
+   std::vector<std::string> fields;      // "name=value"
+   std::optional<std::string> from = {}; // image to begin with
+   ImageFormat fromFormat = ImageFormat::automatic;
+   EntryForm form = formNamed( "text" );
+};
+
+// The lines of `vorn encode`.
+std::string encode( const EncodeArguments& arguments );
+
+} // namespace Vorn

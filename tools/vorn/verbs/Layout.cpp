@@ -1,0 +1,196 @@
+// `vorn layout`: the format of a table's entry, drawn and listed, and what changes between two.
+#include "verbs/Layout.h"
+
+#include "Arguments.h"
+#include "Files.h"
+#include "Text.h"
+#include "Verbs.h"
+#include "forms/BitOrder.h"
+#include "forms/DifferenceForms.h"
+#include "forms/DrawingSvg.h"
+#include "forms/DrawingText.h"
+
+#include <Vorn/Difference.h>
+#include <Vorn/Error.h>
+#include <Vorn/Layout.h>
+#include <Vorn/Suggest.h>
+#include <Vorn/Text.h>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include <unistd.h>
+
+namespace Vorn {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const std::string bitNumbering =
+   "Bit 0 is the least significant bit of byte 0. Each row is a 32-bit word of the entry, its most "
+   "significant bit at the left.";
+const std::string sharedBits = " Fields beside \"or\" share bits with those above them.";
+
+// Whether a person looks at the output, who has said that UTF-8 can be shown.
+bool isUnicodeTerminal() {
+   for( const auto* const name : { "LC_ALL", "LC_CTYPE", "LANG" } ) {
+      const char* const value = std::getenv( name );
+      if( value && *value ) {
+         const std::string_view locale( value );
+         return ( locale.ends_with( "UTF-8" ) || locale.ends_with( "utf8" ) ) &&
+                ::isatty( STDOUT_FILENO );
+      }
+   }
+   return false;
+}
+
+BoxLines boxLinesFrom( const std::optional<std::string>& text ) {
+   constexpr std::array<std::string_view, 2> names{ "ascii", "unicode" };
+   if( !text ) {
+      return isUnicodeTerminal() ? BoxLines::unicode : BoxLines::ascii;
+   }
+   const auto found = std::find( names.begin(), names.end(), *text );
+   if( found == names.end() ) {
+      throw Error( "unknown lines " + inQuotes( *text ) + suggestion( *text, names ) );
+   }
+   return found == names.begin() ? BoxLines::ascii : BoxLines::unicode;
+}
+
+std::string linesOf( const Layout& layout, BoxLines boxLines ) {
+   const BitOrder order( layout );
+   const Drawing drawing( order, textRoom() );
+   std::string numbers;
+   for( const Number& number : numbersOf( layout.info() ) ) {
+      numbers.append( number.name ).append( ": " + std::to_string( number.value ) + ", " );
+   }
+   numbers += "fields: " + std::to_string( order.fields().size() ) +
+              ", unused bits: " + std::to_string( order.unusedBits() );
+   const std::string shared = order.lanes() > 1 ? sharedBits : "";
+   return layout.pairText() + '\n' + wrapped( numbers ) + "\n\n" +
+          drawnAsText( drawing, boxLines ) + '\n' + wrapped( bitNumbering + shared ) + "\n\n" +
+          fieldList( drawing, Listed::all );
+}
+
+std::string jsonOf( const Layout& layout ) {
+   const BitOrder order( layout );
+   Json object;
+   object["table"] = layout.table();
+   object["chip"] = layout.chip().name;
+   object["variant"] = layout.variant();
+   object["kind"] = layout.info().isTable ? "table" : "register";
+   for( const Number& number : numbersOf( layout.info() ) ) {
+      object[std::string( number.name )] = number.value;
+   }
+   auto& fields = object["fields"] = Json::array();
+   for( const BitOrder::Field& field : order.fields() ) {
+      fields.push_back( { { "name", field.name },
+                          { "offset", field.offset },
+                          { "width", field.width },
+                          { "identifier", field.identifier },
+                          { "hardwareName", field.hardwareName },
+                          { "readOnly", field.readOnly } } );
+   }
+   auto& unused = object["unused"] = Json::array();
+   for( const BitOrder::Run& run : order.unused() ) {
+      unused.push_back( { { "offset", run.offset }, { "width", run.width } } );
+   }
+   return object.dump() + '\n';
+}
+
+std::string svgOf( const Layout& layout ) {
+   const BitOrder order( layout );
+   return drawnAsSvg( Drawing( order, svgRoom() ), layout.pairText() );
+}
+
+// From "BCM88690_B0:3", or "10" for the variant 0.
+Layout layoutFrom( const std::string& table, const std::string& pair ) {
+   const auto colon = pair.find( ':' );
+   return layoutOf( PairText{ table, pair.substr( 0, colon ),
+                              colon == std::string::npos ? "0" : pair.substr( colon + 1 ) } );
+}
+
+void checkUsage( const CLI::App& verb ) {
+   constexpr std::pair<const char*, const char*> exclusive[] = {
+      { "--diff", "--chip" },  { "--diff", "--variant" }, { "--diff", "--svg" },
+      { "--diff", "--lines" }, { "--json", "--svg" },     { "--json", "--lines" },
+      { "--svg", "--lines" },
+   };
+   for( const auto& [one, other] : exclusive ) {
+      if( verb.count( one ) > 0 && verb.count( other ) > 0 ) {
+         throw CLI::ExcludesError( one, other );
+      }
+   }
+   if( verb.count( "--chip" ) == 0 && verb.count( "--diff" ) == 0 ) {
+      throw CLI::RequiredError( "--chip or --diff" );
+   }
+   if( verb.count( "--diff" ) == 1 ) {
+      throw CLI::RequiredError( "TO of --diff" );
+   }
+}
+
+} // namespace
+
+std::string layout( const LayoutArguments& arguments ) {
+   if( !arguments.difference.empty() ) {
+      const Layout from = layoutFrom( arguments.pair.table, arguments.difference[0] );
+      const Layout to = layoutFrom( arguments.pair.table, arguments.difference[1] );
+      return arguments.json ? differenceJson( from, to ) : differenceLines( from, to );
+   }
+   const BoxLines boxLines = boxLinesFrom( arguments.boxLines );
+   const Layout layout = layoutOf( arguments.pair );
+   if( arguments.json ) {
+      return jsonOf( layout );
+   }
+   if( !arguments.svg ) {
+      return linesOf( layout, boxLines );
+   }
+   std::string picture = svgOf( layout );
+   if( *arguments.svg == "-" ) {
+      return picture;
+   }
+   writeFile( *arguments.svg, picture );
+   return {};
+}
+
+Verb addLayout( CLI::App& commandLine ) {
+   CLI::App* const verb = commandLine.add_subcommand( "layout", "Draw the format of an entry" );
+   const auto arguments = std::make_shared<LayoutArguments>();
+   addPair( *verb, arguments->pair );
+   verb->get_option( "--chip" )->required( false );
+   verb->add_flag( "--json", arguments->json, "Print one JSON object" );
+   verb->add_option( "--svg", arguments->svg, "Write a picture there, - for standard output" )
+      ->type_name( "FILE" );
+   verb->add_option( "--lines", arguments->boxLines, "Characters to draw with" )
+      ->type_name( "ascii|unicode" );
+   verb->add_option( "--diff", arguments->difference, "Print what changes between two pairs" )
+      ->type_name( "FROM TO" )
+      ->expected( 1, 2 ) // always two, but for one there is a better message
+      ->allow_extra_args( false );
+   verb->final_callback( [verb] { checkUsage( *verb ); } );
+   describe( *verb,
+             "Draws an entry in rows of 32 bits and lists its fields in bit order: where each "
+             "lies, its identifier and its name in the hardware's documents. A name that doesn't "
+             "fit into its cell is replaced by a key, which the list explains. Fields that share "
+             "bits stand below one another, beside \"or\". Bits of no field are \"unused\".\n\n"
+             "Bit 0 is the least significant bit of byte 0. The rows are the words that `vorn "
+             "encode` prints, in their order, with the most significant bit at the left. They "
+             "are drawn in unicode at a terminal whose locale is UTF-8, and else in ascii, unless "
+             "--lines says which.\n\n"
+             "FROM and TO of --diff are a chip type, by name or number, or a chip type and a "
+             "variant as CHIP:VARIANT.\n\n" +
+                chipTypesParagraph(),
+             "  vorn layout LifTable --chip BCM88690_B0 --variant 3\n"
+             "  vorn layout LifTable --chip BCM88690_B0 --variant 3 --svg lif.svg\n"
+             "  vorn layout LifTable --diff BCM88650_B0:6 BCM88660_A0:6" );
+   return { verb, [arguments]( Output& output ) { output.write( layout( *arguments ) ); } };
+}
+
+} // namespace Vorn

@@ -1,0 +1,23 @@
+// The format of a table's entry, drawn and listed, and what changes between two.
+#pragma once
+
+#include "Arguments.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Vorn {
+
+struct LayoutArguments {
+   PairText pair;
+   std::vector<std::string> difference; // none, or "CHIP" or "CHIP:VARIANT" twice
+   std::optional<std::string> svg;      // path, "-" for standard output
+   std::optional<std::string> boxLines; // "ascii" or "unicode"
+   bool json = false;
+};
+
+// What `vorn layout` prints; a picture for a file is written there, and nothing is left to print.
+std::string layout( const LayoutArguments& arguments );
+
+} // namespace Vorn

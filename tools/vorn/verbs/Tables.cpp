@@ -1,0 +1,124 @@
+// `vorn tables`: what the registry holds.
+#include "Arguments.h"
+#include "Text.h"
+#include "Verbs.h"
+
+#include <Vorn/Chip.h>
+#include <Vorn/Difference.h>
+#include <Vorn/Pairs.h>
+#include <Vorn/Text.h>
+
+#include <Hardware/Registry.h>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <map>
+#include <memory>
+#include <set>
+
+namespace Vorn {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string listed( const std::set<U32>& numbers ) {
+   std::string result;
+   for( const U32 number : numbers ) {
+      result.append( result.empty() ? "" : "," ).append( std::to_string( number ) );
+   }
+   return result;
+}
+
+Hardware::PairInfo infoOf( std::string_view table, U32 chip, U32 variant ) {
+   return *Hardware::pairInfo( table, chip, static_cast<U8>( variant ) );
+}
+
+bool isTable( std::string_view table, const std::vector<ChipVariants>& pairs ) {
+   return infoOf( table, pairs.front().chip, pairs.front().variants.front() ).isTable;
+}
+
+std::string tableLines() {
+   std::vector<std::vector<std::string>> rows{ { "name", "fields", "words", "instances",
+                                                 "entries" } };
+   std::vector<std::string> secondLines{ "chip types: variants" };
+   for( const auto table : Hardware::classNames() ) {
+      const auto pairs = pairsOf( table );
+      std::map<std::string_view, std::set<U32>> numbers;
+      for( const ChipVariants& pair : pairs ) {
+         for( const U32 variant : pair.variants ) {
+            for( const auto& [name, value] : numbersOf( infoOf( table, pair.chip, variant ) ) ) {
+               numbers[name].insert( value );
+            }
+         }
+      }
+      rows.push_back( { std::string( table ),
+                        std::to_string( Hardware::classFields( table ).size() ),
+                        listed( numbers["words"] ), listed( numbers["instances"] ),
+                        listed( numbers["entries"] ) } );
+      secondLines.push_back( textOf( pairs ) + ( isTable( table, pairs ) ? "" : " (register)" ) );
+   }
+   constexpr std::array columns{ Align::left, Align::right, Align::left, Align::left, Align::left };
+   const auto widths = widthsOf( rows );
+   std::string text;
+   for( std::size_t i = 0; i < rows.size(); ++i ) {
+      text += lineOf( columns, widths, rows[i] ) + "   " + secondLines[i] + '\n';
+   }
+   return text;
+}
+
+Json pairJson( std::string_view table, const ChipVariants& pair, U32 variant ) {
+   const auto info = infoOf( table, pair.chip, variant );
+   Json object;
+   object["chip"] = chipOf( U64( pair.chip ) ).name;
+   object["variant"] = pair.any ? Json() : Json( variant );
+   for( const Number& number : numbersOf( info ) ) {
+      object[std::string( number.name )] = number.value;
+   }
+   object["fields"] = info.fieldCount;
+   object["hasAddress"] = info.hasAddress;
+   return object;
+}
+
+std::string tablesJson() {
+   std::string text;
+   for( const auto table : Hardware::classNames() ) {
+      const auto pairs = pairsOf( table );
+      Json object;
+      object["name"] = table;
+      object["kind"] = isTable( table, pairs ) ? "table" : "register";
+      object["fields"] = Hardware::classFields( table ).size();
+      auto& list = object["pairs"] = Json::array();
+      for( const ChipVariants& pair : pairs ) {
+         for( const U32 variant : pair.variants ) {
+            list.push_back( pairJson( table, pair, variant ) );
+         }
+      }
+      text += object.dump() + '\n';
+   }
+   return text;
+}
+
+} // namespace
+
+Verb addTables( CLI::App& commandLine ) {
+   CLI::App* const verb = commandLine.add_subcommand( "tables", "List the tables and registers" );
+   const auto json = std::make_shared<bool>( false );
+   verb->add_flag( "--json", *json, "Print a JSON object for each, in a line of its own" );
+   describe( *verb,
+             "Prints two lines for each table or register after two of headings: its name, how "
+             "many fields it has, its width in 32-bit words, and its numbers of instances and "
+             "entries, each as a list where chip types or variants differ; then the numbers of its "
+             "chip types with their variants, \"any\" where the variant is not looked at.\n\n"
+             "With --json the numbers stand at each pair of chip type and variant; the variant is "
+             "null where it is not looked at.\n\n" +
+                chipTypesParagraph(),
+             "  vorn tables\n"
+             "  vorn tables --json" );
+   return { verb,
+            [json]( Output& output ) { output.write( *json ? tablesJson() : tableLines() ); } };
+}
+
+} // namespace Vorn

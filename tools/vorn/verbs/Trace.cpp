@@ -1,0 +1,66 @@
+// `vorn trace`: another verb, with what the library traces of it.
+#include "Arguments.h"
+#include "Verbs.h"
+
+#include <Hardware/Registry.h>
+#include <Oru/Trace.h>
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <vector>
+
+namespace Vorn {
+
+namespace {
+
+constexpr auto traceName = "KelvarVornTunnelMetaInfo";
+
+} // namespace
+
+void runParsed( std::span<const Verb> verbs, Output& output ) {
+   for( const Verb& verb : verbs ) {
+      if( verb.app->parsed() ) {
+         verb.run( output );
+      }
+   }
+}
+
+void traceView( const Layout& layout ) {
+   static const Oru::TraceHandle handle( traceName, true );
+   if( !handle.enabled( Oru::TraceFacility::level8 ) ) {
+      return;
+   }
+   const auto view = Hardware::stringObj( layout.table(), layout.chip().type(), layout.variant() );
+   for( const auto& field : Hardware::classFields( layout.table() ) ) {
+      if( view->isFieldValid( field.identifier ) ) {
+         view->fieldOffset( field.identifier );
+         view->fieldWidth( field.identifier );
+      }
+   }
+}
+
+Verb addTrace( CLI::App& commandLine, std::span<const AddVerb> verbs ) {
+   CLI::App* const verb =
+      commandLine.add_subcommand( "trace", "Run a verb with the library's trace" );
+   verb->require_subcommand( 1 );
+   const auto traced = std::make_shared<std::vector<Verb>>();
+   for( const AddVerb add : verbs ) {
+      traced->push_back( add( *verb ) );
+      traced->back().app->group( "Verbs" );
+   }
+   describe(
+      *verb,
+      "Does what the verb does, and prints a line to standard error for each call of the "
+      "library that traces: at level 8 every call of an accessor, at level 0 a failed look-up "
+      "of an address. Standard output and the exit status are the verb's own.",
+      "  vorn trace decode TcamActionTable --chip BCM88690_B0 4523010000000000" );
+   return { verb, [traced]( Output& output ) {
+              for( const int level : { 0, 8 } ) {
+                 Oru::traceLevelIs( traceName, level, true );
+              }
+              runParsed( *traced, output );
+           } };
+}
+
+} // namespace Vorn
