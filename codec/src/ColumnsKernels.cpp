@@ -95,18 +95,18 @@ VORN_INLINE void store( U8* at, Value value ) {
    std::memcpy( at, &value, sizeof( value ) );
 }
 
-// Calls `act.operator()<Value>()` with the unsigned type of that size.
+// Calls `act` with a zero of the unsigned type of that size.
 template<class Act>
 VORN_INLINE auto withType( unsigned elementBytes, const Act& act ) {
    switch( elementBytes ) {
    case 1:
-      return act.template operator()<U8>();
+      return act( U8{} );
    case 2:
-      return act.template operator()<U16>();
+      return act( U16{} );
    case 4:
-      return act.template operator()<U32>();
+      return act( U32{} );
    default:
-      return act.template operator()<U64>();
+      return act( U64{} );
    }
 }
 
@@ -168,15 +168,16 @@ VORN_INLINE void decodeRows( const Transfer& transfer, const Images<const U8>& i
             run.mask;
          U8* const element = run.element( row );
          withType( run.elementBytes,
-                   [=]<class Value>() { store( element, static_cast<Value>( bits ) ); } );
+                   [=]( auto zero ) { store( element, static_cast<decltype( zero )>( bits ) ); } );
       }
    }
 }
 
 VORN_INLINE U64 valueAt( const Run& run, std::size_t row ) {
    const U8* const element = run.element( row );
-   return withType( run.elementBytes,
-                    [=]<class Value>() { return static_cast<U64>( load<Value>( element ) ); } );
+   return withType( run.elementBytes, [=]( auto zero ) {
+      return static_cast<U64>( load<decltype( zero )>( element ) );
+   } );
 }
 
 VORN_INLINE void encodeRows( const Transfer& transfer, const Images<U8>& images,
@@ -220,7 +221,7 @@ VORN_INLINE void transpose( Four ( &rows )[4] ) {
 // `images` begins at the block's first row, and has those of the block.
 VORN_INLINE void gather( const Transfer& transfer, const Images<const U8>& images, Block& block ) {
    for( const Window& window : transfer.windows() ) {
-      const U8* image = images.first + window.word * 4u;
+      const U8* image = images.first + std::size_t{ 4 } * window.word;
       if( window.four ) {
          for( std::size_t row = 0; row < images.rows; row += 4 ) {
             Four rows[4];
@@ -245,7 +246,7 @@ VORN_INLINE void gather( const Transfer& transfer, const Images<const U8>& image
 
 VORN_INLINE void scatter( const Transfer& transfer, const Block& block, const Images<U8>& images ) {
    for( const Window& window : transfer.windows() ) {
-      U8* image = images.first + window.word * 4u;
+      U8* image = images.first + std::size_t{ 4 } * window.word;
       const U32* const keptWords = &transfer.kept()[window.slot];
       if( window.four ) {
          Four kept;
@@ -323,7 +324,8 @@ VORN_INLINE void decodeRun( const Run& run, const Block& block, U8* data, std::s
    } else if( run.width > 32 ) {
       decodeLong( run, block, reinterpret_cast<U64*>( data ), 1, rows );
    } else {
-      withType( run.elementBytes, [&]<class Value>() {
+      withType( run.elementBytes, [&]( auto zero ) {
+         using Value = decltype( zero );
          if( run.wordCount == 1 ) {
             decodeNarrow<Value, true>( run, block, reinterpret_cast<Value*>( data ), rows );
          } else {
@@ -457,7 +459,8 @@ VORN_INLINE void encodeRun( const Run& run, Block& block, std::size_t row, std::
    if( run.step != 1 ) {
       encodeValues( run, reinterpret_cast<const U64*>( data ), run.step, block, rows );
    } else {
-      withType( run.elementBytes, [&]<class Value>() {
+      withType( run.elementBytes, [&]( auto zero ) {
+         using Value = decltype( zero );
          encodeValues( run, reinterpret_cast<const Value*>( data ), 1, block, rows );
       } );
    }
@@ -491,7 +494,8 @@ VORN_INLINE U64 united( const Run& run, std::size_t rows ) {
       }
       return all;
    }
-   return withType( run.elementBytes, [&]<class Value>() {
+   return withType( run.elementBytes, [&]( auto zero ) {
+      using Value = decltype( zero );
       const auto* const values = reinterpret_cast<const Value*>( run.data );
       Value some = 0;
       for( std::size_t row = 0; row < rows; ++row ) {
@@ -574,8 +578,12 @@ const Routines* avx2() {
 }
 
 const Routines& best() {
-   const Routines* const quick = avx2();
-   return quick != nullptr ? *quick : baseline;
+#ifdef VORN_AVX2
+   if( avx2() != nullptr ) {
+      return withAvx2;
+   }
+#endif
+   return baseline;
 }
 
 } // namespace Vorn::Kernels
