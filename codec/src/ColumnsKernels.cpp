@@ -221,7 +221,7 @@ VORN_INLINE void transpose( Four ( &rows )[4] ) {
 // `images` begins at the block's first row, and has those of the block.
 VORN_INLINE void gather( const Transfer& transfer, const Images<const U8>& images, Block& block ) {
    for( const Window& window : transfer.windows() ) {
-      const U8* image = images.first + std::size_t{ 4 } * window.word;
+      const U8* image = images.first + 4UL * window.word;
       if( window.four ) {
          for( std::size_t row = 0; row < images.rows; row += 4 ) {
             Four rows[4];
@@ -246,7 +246,7 @@ VORN_INLINE void gather( const Transfer& transfer, const Images<const U8>& image
 
 VORN_INLINE void scatter( const Transfer& transfer, const Block& block, const Images<U8>& images ) {
    for( const Window& window : transfer.windows() ) {
-      U8* image = images.first + std::size_t{ 4 } * window.word;
+      U8* image = images.first + 4UL * window.word;
       const U32* const keptWords = &transfer.kept()[window.slot];
       if( window.four ) {
          Four kept;
