@@ -80,6 +80,8 @@ function printFile( file, isHeader,   line, atTop ) {
          view = substr( line, 23 )
       } else if( line ~ /^#define HARDWARE_FIELDS / ) {
          fields = substr( line, 26, length( line ) - 26 )
+      } else if( line == "#include <Hardware/detail/DeclareFields.inc>" ) {
+         continue # once more the same fields, as types
       } else if( line ~ /^#include <.*\.inc>$/ ) {
          printFile( include "/" substr( line, 11, length( line ) - 11 ), 0 )
       } else if( line == "#include HARDWARE_FIELDS" ) {

@@ -1,7 +1,7 @@
-// The 22 classes, each from its header and its list of fields.
+// The 22 classes, from their headers.
 #include "Classes.h"
 
-#include <Hardware/FieldId.h>
+#include <Hardware/Tables.h>
 
 namespace Fuzz {
 
@@ -18,9 +18,31 @@ struct Probe : V {
    }
 };
 
+template<class F>
+Field fieldOf() {
+   using V = typename F::View;
+   using Value = typename F::Value;
+   Field field{ F::identifier, F::name.data(), 8 * sizeof( Value ), {}, {}, {}, {}, {}, {} };
+   field.get = []( const View& view ) {
+      return Testing::toBits( F::get( static_cast<const V&>( view ) ) );
+   };
+   if constexpr( !F::readOnly ) {
+      field.set = []( View& view, const Bits& value ) {
+         F::set( static_cast<V&>( view ), Testing::fromBits<Value>( value ) );
+      };
+      field.mask = []( View& view ) { F::mask( static_cast<V&>( view ) ); };
+   }
+   field.len = []( const View& view ) { return F::len( static_cast<const V&>( view ) ); };
+   field.offset = []( const View& view ) { return F::offset( static_cast<const V&>( view ) ); };
+   field.valid = []( const View& view ) { return F::valid( static_cast<const V&>( view ) ); };
+   return field;
+}
+
 template<class V>
-Class classOfView( const char* name ) {
-   Class result{ name, V::storageSize, {}, {}, {}, {}, {} };
+Class classOf( const char* name, decltype( Class::holds ) holds ) {
+   Class result{ name, V::storageSize, {}, {}, {}, {}, holds };
+   V::forEachField(
+      [&]( auto field ) { result.fields.push_back( fieldOf<decltype( field )>() ); } );
    result.make = []( Hardware::ChipType chipType, U8* buf, U16 len, bool existingEntry,
                      U8 variant ) -> std::unique_ptr<View> {
       return std::make_unique<Probe<V>>( chipType, buf, len, existingEntry, variant );
@@ -34,39 +56,22 @@ Class classOfView( const char* name ) {
    return result;
 }
 
-template<class V, auto getter>
-Bits get( const View& view ) {
-   return Testing::toBits( ( static_cast<const V&>( view ).*getter )() );
-}
-
-template<class V, class Value, auto setter>
-void set( View& view, const Bits& value ) {
-   ( static_cast<V&>( view ).*setter )( Testing::fromBits<Value>( value ) );
-}
-
-template<class V, auto masker>
-void mask( View& view ) {
-   ( static_cast<V&>( view ).*masker )();
-}
-
-template<class V, auto asked>
-auto query( const View& view ) {
-   return ( static_cast<const V&>( view ).*asked )();
-}
+// The discriminator of class X is X::isX.
+#define DISCRIMINATOR( name )                                                                      \
+   []<class V>( V* ) -> decltype( Class::holds ) {                                                 \
+      if constexpr( requires { &V::is##name; } ) {                                                 \
+         return &V::is##name;                                                                      \
+      } else {                                                                                     \
+         return nullptr;                                                                           \
+      }                                                                                            \
+   }( static_cast<Hardware::name*>( nullptr ) )
 
 } // namespace
 
-} // namespace Fuzz
-
-#define EACH_CLASS "Class.inc"
-#include "registry/EachClass.inc"
-
-namespace Fuzz {
-
 const std::vector<Class>& classes() {
    static const std::vector<Class> classes = {
-#define VIEW( name ) classOf( static_cast<Hardware::name*>( nullptr ) ),
-#include "registry/Classes.def"
+#define HARDWARE_CLASS( name ) classOf<Hardware::name>( #name, DISCRIMINATOR( name ) ),
+#include <Hardware/detail/Classes.def>
    };
    return classes;
 }

@@ -19,8 +19,8 @@ std::shared_ptr<Object> objectByName( const std::string& name, U8 chipType, U8 v
       const auto make = []( U8 newChipType, U8 newVariant ) {
          return std::make_shared<Object>( newChipType, newVariant );
       };
-#define VIEW( name ) map.emplace( #name, make );
-#include "registry/Classes.def"
+#define HARDWARE_CLASS( name ) map.emplace( #name, make );
+#include <Hardware/detail/Classes.def>
       return map;
    }();
    return makers.at( name )( chipType, variant );

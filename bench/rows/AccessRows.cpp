@@ -90,13 +90,8 @@ int numberOf( std::string_view name ) {
    static const std::unordered_map<std::string_view, int> numbers = [] {
       std::unordered_map<std::string_view, int> map;
       int number = 0;
-#define HARDWARE_FIELD( Type, name, Name ) map.emplace( #name, number++ );
-#define HARDWARE_WIDE( Type, name, Name ) map.emplace( #name, number++ );
-#define HARDWARE_TAG( Type, name, Name ) map.emplace( #name, number++ );
-#include <Hardware/fields/LifTable.def>
-#undef HARDWARE_FIELD
-#undef HARDWARE_WIDE
-#undef HARDWARE_TAG
+      Hardware::LifTable::forEachField(
+         [&]( auto field ) { map.emplace( field.name, number++ ); } );
       return map;
    }();
    return numbers.find( name )->second;

@@ -3,8 +3,6 @@
 
 #include "Entries.h"
 
-#include <Hardware/FieldId.h>
-
 #include <vector>
 
 namespace Bench {
@@ -17,18 +15,25 @@ struct Accessors {
    void ( *set )( Views<View>& views ); // null for a tag field
 };
 
-template<class View, auto get>
-void getEach( Views<View>& views ) {
-   forEach( views, [&]( const View& view ) { static_cast<void>( ( view.*get )() ); } );
-}
-
-template<class View, auto set>
-void setEach( Views<View>& views ) {
-   forEach( views, [&]( View& view ) { ( view.*set )( 1 ); } );
-}
-
-// Defined for each class by Accessors.inc.
 template<class View>
-std::vector<Accessors<View>> accessorsOf();
+std::vector<Accessors<View>> accessorsOf() {
+   std::vector<Accessors<View>> all;
+   View::forEachField( [&all]( auto field ) {
+      using Field = decltype( field );
+      if constexpr( !Field::wide ) {
+         Accessors<View> accessors{ Field::identifier, {}, {} };
+         accessors.get = []( Views<View>& views ) {
+            forEach( views, []( const View& view ) { static_cast<void>( Field::get( view ) ); } );
+         };
+         if constexpr( !Field::readOnly ) {
+            accessors.set = []( Views<View>& views ) {
+               forEach( views, []( View& view ) { Field::set( view, 1 ); } );
+            };
+         }
+         all.push_back( accessors );
+      }
+   } );
+   return all;
+}
 
 } // namespace Bench

@@ -3,12 +3,10 @@
 #include "Row.h"
 
 #include <Hardware/Registry.h>
+#include <Hardware/Tables.h>
 
 #include <memory>
 #include <set>
-
-#define EACH_CLASS "rows/Accessors.inc"
-#include "registry/EachClass.inc"
 
 namespace Bench {
 namespace {
@@ -49,8 +47,7 @@ std::string pairName( const std::string& name, unsigned chipType, unsigned varia
 
 // A row of setters and a row of getters for the first pair of each format.
 template<class View>
-void addClass( Rows& rows, const std::string& name,
-               const std::vector<Accessors<View>>& accessors ) {
+void addClass( Rows& rows, const std::string& name ) {
    const std::vector<Hardware::FieldInfo> fields = Hardware::classFields( name );
    ClassFacts facts;
    facts.name = name;
@@ -77,7 +74,7 @@ void addClass( Rows& rows, const std::string& name,
          }
          Calls<View> gets;
          Calls<View> sets;
-         for( const Accessors<View>& accessor : accessors ) {
+         for( const Accessors<View>& accessor : accessorsOf<View>() ) {
             if( view.isFieldValid( accessor.identifier ) ) {
                gets.push_back( accessor.get );
                if( accessor.set != nullptr ) {
@@ -98,8 +95,9 @@ void addClass( Rows& rows, const std::string& name,
 } // namespace
 
 void addFormatRows( Rows& rows ) {
-#define VIEW( name ) addClass( rows, #name, accessorsOf<Hardware::name>() );
-#include "registry/Classes.def"
+   Hardware::forEachClass( [&rows]( auto each ) {
+      addClass<typename decltype( each )::View>( rows, std::string( each.name ) );
+   } );
 }
 
 } // namespace Bench

@@ -10,20 +10,20 @@
 namespace Hardware {
 
 namespace Frame::Classes {
-#define VIEW( name ) extern const ClassData name;
-#include "Classes.def"
+#define HARDWARE_CLASS( name ) extern const ClassData name;
+#include <Hardware/detail/Classes.def>
 } // namespace Frame::Classes
 
 namespace {
 
 constexpr const Frame::ClassData* classes[] = {
-#define VIEW( name ) &Frame::Classes::name,
-#include "Classes.def"
+#define HARDWARE_CLASS( name ) &Frame::Classes::name,
+#include <Hardware/detail/Classes.def>
 };
 
 constexpr std::string_view names[] = {
-#define VIEW( name ) #name,
-#include "Classes.def"
+#define HARDWARE_CLASS( name ) #name,
+#include <Hardware/detail/Classes.def>
 };
 static_assert( std::is_sorted( std::begin( names ), std::end( names ) ),
                "the registry's order is that of the names" );

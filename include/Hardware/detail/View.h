@@ -1,12 +1,15 @@
-// What the headers of the views share: base class, exports, argument and whole-entry types.
+// What the headers of the views share: base class, exports, identifiers, argument, whole-entry and
+// field types.
 #pragma once
 
 #include <Hardware/ChipType.h>
 #include <Hardware/Export.h>
+#include <Hardware/FieldId.h>
 #include <Kelvar/BcmAsicBase.h>
 #include <Kelvar/Types.h>
 #include <Oru/String.h>
 
+#include <string_view>
 #include <type_traits>
 
 namespace Hardware {
@@ -25,6 +28,16 @@ using WholeEntry = std::conditional_t<
                                          std::conditional_t<( Bytes <= 32 ), Raw256,
                                                             std::conditional_t<( Bytes <= 64 ),
                                                                                Raw512, Raw1024>>>>>;
+
+// What the fields of all classes have: the base of `Fields::<Class>::<f>`.
+template<class View_, class Value_, U32 identifier_, bool readOnly_>
+struct Field {
+   using View = View_;   // the class
+   using Value = Value_; // the getter's type
+   static constexpr U32 identifier = identifier_;
+   static constexpr bool readOnly = readOnly_; // a tag field
+   static constexpr bool wide = sizeof( Value ) > sizeof( U64 );
+};
 
 } // namespace Detail
 } // namespace Hardware
