@@ -6,7 +6,14 @@ if( NOT VORN_HARDENING OR VORN_BUILD_FUZZERS OR CMAKE_CXX_FLAGS MATCHES "-fsanit
    return()
 endif()
 
-add_compile_options( -fstack-protector-strong -fcf-protection=full )
+# Returns and jumps go only where the program means them to, by what the machine has for that.
+if( CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i.86)$" )
+   set( vorn_x86 TRUE )
+   add_compile_options( -fcf-protection=full )
+elseif( CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$" )
+   add_compile_options( -mbranch-protection=standard )
+endif()
+add_compile_options( -fstack-protector-strong )
 string( TOUPPER "${CMAKE_BUILD_TYPE}" build_type )
 if( "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${build_type}}" MATCHES "-O[123s]" )
    # The checks fold to nothing without optimisation, and the headers warn of that.
@@ -14,12 +21,16 @@ if( "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${build_type}}" MATCHES "-O[123s]" )
    set( vorn_fully_hardened TRUE )
 endif()
 
-# The linker drops the marks of a file because Debian's start-up objects lack them, so they are
+add_link_options( -Wl,-z,relro,-z,now,-z,noexecstack )
+
+# x86's linker drops the marks of a file because Debian's start-up objects lack them, so they are
 # stated here. In a library that is the truth once _init and _fini, which those objects bring and
 # nothing needs, are no longer called. A program is entered by _start of those objects, which isn't
 # a marked target, so programs claim the shadow stack alone.
-add_link_options( -Wl,-z,relro,-z,now,-z,noexecstack,-z,shstk
-   $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,ibt,-init=none,-fini=none> )
+if( vorn_x86 )
+   add_link_options( -Wl,-z,shstk
+      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,ibt,-init=none,-fini=none> )
+endif()
 
 include( CheckPIESupported )
 check_pie_supported()

@@ -1,4 +1,19 @@
-// Marks what the library exports; everything else is hidden.
+// Marks what the library exports; everything else is hidden. Refuses what can't work with it.
 #pragma once
+
+#if __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
+#error "libVornTunnelKelvar reads entry images as native words: little-endian machines only"
+#endif
+
+#include <cstddef>
+
+// Strings cross between the program and the library. Whoever builds the library and its platform
+// with libc++ defines HARDWARE_BUILT_WITH_LIBCXX, in the library and in all programs.
+#if defined _LIBCPP_VERSION && !defined HARDWARE_BUILT_WITH_LIBCXX && !defined __EMSCRIPTEN__
+#error "libVornTunnelKelvar is built with libstdc++: its programs can't use libc++"
+#endif
+#if defined _GLIBCXX_USE_CXX11_ABI && !_GLIBCXX_USE_CXX11_ABI
+#error "libVornTunnelKelvar is built with _GLIBCXX_USE_CXX11_ABI=1: its programs can't set it to 0"
+#endif
 
 #define HARDWARE_API __attribute__( ( visibility( "default" ) ) )

@@ -26,5 +26,5 @@ touched=$(find "$@" -type f -exec sed -nE \
    -e 's/^ *# *(define|undef|ifdef|ifndef) +([A-Za-z_0-9]+).*/\2/p' \
    -e 's/^([A-Z_0-9]+)\(.*/\1/p' {} + | sort -u)
 [ -n "$touched" ] || { echo "no macros"; exit 1; }
-bare=$(echo "$touched" | grep -vE '^(HARDWARE|HWVORNFENNTYPES|KELVAR|ORU|_)_' || :)
+bare=$(echo "$touched" | grep -vE '^((HARDWARE|HWVORNFENNTYPES|KELVAR|ORU)_|_[A-Z_])' || :)
 [ -z "$bare" ] || { echo "without a prefix:" $bare; exit 1; }

@@ -47,6 +47,12 @@ static_assert( __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "images are read as na
 
 namespace Kelvar {
 
+// Whether so many bytes can lie in a buffer, by what the compiler knows of it: true, at no cost,
+// where it knows nothing. It would warn of the words beyond a smaller buffer, whatever the length.
+__attribute__( ( always_inline ) ) inline bool mayHold( const U8* buffer, long bytes ) {
+   return __builtin_object_size( buffer, 0 ) >= static_cast<std::size_t>( bytes );
+}
+
 // Where a field of 64 bits or less lies in the grid.
 struct NarrowPlace {
    long first;     // byte at which the word of its lowest bit starts
@@ -95,13 +101,15 @@ __attribute__( ( always_inline ) ) inline void wordAtIs( U8* bytes, long at, U64
 // ends there, or less.
 enum class LastWord { whole, half, partial };
 
-__attribute__( ( always_inline ) ) inline LastWord lastWordOf( int length, int width, int offset ) {
+__attribute__( ( always_inline ) ) inline LastWord lastWordOf( const U8* image, int length,
+                                                               int width, int offset ) {
    const long highest = static_cast<long>( offset ) + width - 1;
    const long last = highest / 64 * 8;
-   if( __builtin_expect( length >= last + 8, true ) ) {
+   if( __builtin_expect( length >= last + 8, true ) && mayHold( image, last + 8 ) ) {
       return LastWord::whole;
    }
-   return highest % 64 < 32 && length >= last + 4 ? LastWord::half : LastWord::partial;
+   return highest % 64 < 32 && length >= last + 4 && mayHold( image, last + 4 ) ? LastWord::half
+                                                                                : LastWord::partial;
 }
 
 __attribute__( ( always_inline ) ) inline U64 halfWordAt( const U8* bytes, long at ) {
@@ -200,7 +208,7 @@ KELVAR_INLINE void getBuf( const U8* src, int srcLen, U8* value, int valueLen, i
           __builtin_constant_p( valueLen ) && Kelvar::isNarrow( valueLen, width, offset ) ) ) {
       if( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
           __builtin_constant_p( valueLen ) && Kelvar::isWide( valueLen, width, offset ) ) {
-         const Kelvar::LastWord last = Kelvar::lastWordOf( srcLen, width, offset );
+         const Kelvar::LastWord last = Kelvar::lastWordOf( src, srcLen, width, offset );
          if( __builtin_expect( last != Kelvar::LastWord::partial, true ) ) {
             Kelvar::wideBits( src, value, width, offset, last );
             return;
@@ -211,9 +219,11 @@ KELVAR_INLINE void getBuf( const U8* src, int srcLen, U8* value, int valueLen, i
    }
    const Kelvar::NarrowPlace place = Kelvar::narrowPlace( width, offset );
    U64 bits;
-   if( __builtin_expect( srcLen >= place.last + 8, true ) ) {
+   if( __builtin_expect( srcLen >= place.last + 8, true ) &&
+       Kelvar::mayHold( src, place.last + 8 ) ) {
       std::memcpy( &bits, src + place.last, sizeof( U64 ) );
-   } else if( place.inLowHalf && srcLen >= place.last + 4 ) {
+   } else if( place.inLowHalf && srcLen >= place.last + 4 &&
+              Kelvar::mayHold( src, place.last + 4 ) ) {
       U32 half;
       std::memcpy( &half, src + place.last, sizeof( U32 ) );
       bits = half;
@@ -238,7 +248,7 @@ KELVAR_INLINE void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, i
           __builtin_constant_p( valueLen ) && Kelvar::isNarrow( valueLen, width, offset ) ) ) {
       if( __builtin_constant_p( width ) && __builtin_constant_p( offset ) &&
           __builtin_constant_p( valueLen ) && Kelvar::isWide( valueLen, width, offset ) ) {
-         const Kelvar::LastWord last = Kelvar::lastWordOf( dstLen, width, offset );
+         const Kelvar::LastWord last = Kelvar::lastWordOf( dst, dstLen, width, offset );
          if( __builtin_expect( last != Kelvar::LastWord::partial, true ) ) {
             Kelvar::wideBitsAre( dst, value, width, offset, last );
             return;
@@ -251,8 +261,9 @@ KELVAR_INLINE void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, i
    U64 bits = 0;
    std::memcpy( &bits, value, valueLen < 8 ? static_cast<std::size_t>( valueLen ) : 8 );
    bits &= place.mask;
-   const bool whole = dstLen >= place.last + 8;
-   if( !whole && !( place.inLowHalf && dstLen >= place.last + 4 ) ) {
+   const bool whole = dstLen >= place.last + 8 && Kelvar::mayHold( dst, place.last + 8 );
+   if( !whole && !( place.inLowHalf && dstLen >= place.last + 4 &&
+                    Kelvar::mayHold( dst, place.last + 4 ) ) ) {
       Kelvar::narrowBitsIs( dst, dstLen, bits, width, offset );
       return;
    }

@@ -43,7 +43,7 @@ public:
       // makes two of.
       const U8& byte = reinterpret_cast<const U8*>( &levels_ )[level / 8];
       bool on;
-      __asm__ volatile( "testb %1, %2"
+      __asm__ volatile( "{testb %1, %2|test byte ptr %2, %1}" // in either syntax
                         : "=@ccnz"( on )
                         : "iq"( static_cast<U8>( 1u << level % 8 ) ), "m"( byte ) );
       return on;
