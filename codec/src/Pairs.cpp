@@ -33,7 +33,8 @@ bool sameVariants( const ChipVariants& left, const ChipVariants& right ) {
 } // namespace
 
 std::span<const std::string_view> allTables() {
-   static const std::vector<std::string_view> tables = Hardware::classNames();
+   // Never destroyed: other destructors may run later.
+   static const auto& tables = *new const std::vector<std::string_view>( Hardware::classNames() );
    return tables;
 }
 
