@@ -1,5 +1,4 @@
 // IppePinfoLlr: the VLAN classification of a port on the ingress side, two fields far apart.
-#include "support/Addresses.h"
 #include "support/Contract.h"
 
 #include <Hardware/IppePinfoLlr.h>
@@ -9,10 +8,6 @@
 namespace {
 
 using View = Hardware::IppePinfoLlr;
-using Testing::Address;
-using Testing::addressOf;
-using Testing::expressionOf;
-using Testing::hasNoAddress;
 
 constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0,
                                          Hardware::BCM88800_A0, Hardware::BCM88850_A0,
@@ -51,18 +46,6 @@ Testing::Expectation expectation() {
 
 CONTRACT_TESTS( IppePinfoLlr, expectation() )
 
-TEST( IppePinfoLlr, AllOnesEntryIsMasked ) {
-   U8 buffer[12];
-   std::fill( std::begin( buffer ), std::end( buffer ), U8{ 0xff } );
-   for( const auto chip : chips ) {
-      EXPECT_EQ( View( chip, buffer, 12, false, 0 ).getAllFields(), ( Raw128{ { 0x20000f, 0 } } ) )
-         << chip;
-      EXPECT_EQ( View::allFieldsMask( chip, 0 ).word( 0 ), 0x20000fu ) << chip;
-      EXPECT_EQ( expressionOf( [&] { View( chip, buffer, 11, false, 0 ).getAllFields(); } ),
-                 "len_ >= 12" );
-   }
-}
-
 TEST( IppePinfoLlr, SettersLeaveTheBitsBetweenTheFieldsAsTheyWere ) {
    for( const U8 pattern : { U8{ 0 }, U8{ 0xff }, U8{ 0xa5 } } ) {
       U8 buffer[12];
@@ -78,41 +61,6 @@ TEST( IppePinfoLlr, SettersLeaveTheBitsBetweenTheFieldsAsTheyWere ) {
       EXPECT_TRUE(
          std::all_of( buffer + 3, buffer + 12, [pattern]( U8 byte ) { return byte == pattern; } ) );
    }
-}
-
-TEST( IppePinfoLlr, BoundsAndLengths ) {
-   for( const auto chip : chips ) {
-      View::WithStorage view( chip, 0 );
-      view.vlanClassificationProfileIs( 0xf );
-      EXPECT_EQ( expressionOf( [&] { view.vlanClassificationProfileIs( 0x10 ); } ),
-                 "vlanClassificationProfile <= 0xf" );
-      EXPECT_EQ( view.vlanClassificationProfile(), 0xf );
-      view.ignoreIncomingVidIs( 1 );
-      EXPECT_EQ( expressionOf( [&] { view.ignoreIncomingVidIs( 2 ); } ),
-                 "ignoreIncomingVid <= 0x1" );
-      EXPECT_EQ( view.ignoreIncomingVid(), 1 );
-
-      U8 buffer[3] = { 0xff, 0xff, 0xff };
-      EXPECT_EQ( View( chip, buffer, 1, false, 0 ).vlanClassificationProfile(), 0xf );
-      EXPECT_EQ( expressionOf( [&] { View( chip, buffer, 2, false, 0 ).ignoreIncomingVid(); } ),
-                 "len_ >= 3" );
-      EXPECT_EQ( View( chip, buffer, 3, false, 0 ).ignoreIncomingVid(), 1 );
-   }
-}
-
-TEST( IppePinfoLlr, LastEntries ) {
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88690_V6_B0, 0, 1, 255 ),
-              ( Address{ 0x6000ff, 30, 9 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88850_A0, 0, 1, 255 ), ( Address{ 0x6000ff, 0, 26 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88480_A0, 0, 0, 1023 ),
-              ( Address{ 0x6003ff, 16, 17 } ) );
-   EXPECT_EQ( expressionOf( [] { addressOf<View>( Hardware::BCM88850_A0, 0, 1, 256 ); } ),
-              "tableEntry < 256" );
-   EXPECT_EQ( expressionOf( [] { addressOf<View>( Hardware::BCM88480_A0, 0, 0, 1024 ); } ),
-              "tableEntry < 1024" );
-   EXPECT_EQ( expressionOf( [] { addressOf<View>( Hardware::BCM88480_A0, 0, 1, 0 ); } ),
-              "identifier <= 0" );
-   EXPECT_TRUE( hasNoAddress<View>( Hardware::BCM88690_B0, 1 ) );
 }
 
 } // namespace

@@ -1,20 +1,11 @@
 // TcamBankIpv4Tt: an IPv4 tunnel termination key, one layout on all its chip types.
-#include "support/Addresses.h"
 #include "support/Contract.h"
-#include "support/Tiling.h"
 
 #include <Hardware/TcamBankIpv4Tt.h>
 
 namespace {
 
 using View = Hardware::TcamBankIpv4Tt;
-using Testing::Address;
-using Testing::addressOf;
-using Testing::expectTiling;
-using Testing::expressionOf;
-using Testing::failureOf;
-using Testing::lowOnes;
-using Testing::toBits;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "TcamBankIpv4Tt" );
@@ -59,31 +50,6 @@ Testing::Expectation expectation() {
 
 CONTRACT_TESTS( TcamBankIpv4Tt, expectation() )
 
-constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0,
-                                         Hardware::BCM88800_A0, Hardware::BCM88850_A0,
-                                         Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
-
-TEST( TcamBankIpv4Tt, FieldsFillTheKeyFromBitZero ) {
-   for( const auto chipType : chips ) {
-      View::WithStorage view( chipType, 0 );
-      expectTiling<View>( view,
-                          { &View::layerTypeMask, &View::ipv4TunnelTypeMask, &View::ipv4SipMask,
-                            &View::ipv4DipMask, &View::vrfMask, &View::vrfSelectionLabelMask,
-                            &View::ipProtocolMask, &View::ipv4TosMask },
-                          0, 113 );
-      std::fill( view.buf(), view.buf() + 80, U8{ 0xff } );
-      EXPECT_EQ( toBits( view.getAllFields() ), lowOnes( 113 ) );
-   }
-}
-
-TEST( TcamBankIpv4Tt, RefusesTheEarlyChips ) {
-   const auto failure = failureOf( [] { View::WithStorage view( Hardware::BCM88680_A0, 0 ); } );
-   ASSERT_TRUE( failure );
-   EXPECT_EQ( failure->expression, "\"0\" == nullptr" );
-   EXPECT_EQ( failure->message,
-              "chipType: BCM88680_A0 variant: 0 not in metainfo for TcamBankIpv4Tt!" );
-}
-
 TEST( TcamBankIpv4Tt, SourceStraddlesFiveBytesAndLeavesItsNeighbours ) {
    U8 zeros[7] = {};
    View( Hardware::BCM88690_B0, zeros, 7, false, 0 ).ipv4SipIs( 0xffffffff );
@@ -102,65 +68,6 @@ TEST( TcamBankIpv4Tt, SourceStraddlesFiveBytesAndLeavesItsNeighbours ) {
    const U8 shifted[7] = { 0x00, 0xf0, 0xac, 0x68, 0x24, 0x00, 0x00 };
    EXPECT_TRUE( std::equal( std::begin( address ), std::end( address ), std::begin( shifted ) ) );
    EXPECT_EQ( view.ipv4Sip(), 0x12345678u );
-}
-
-TEST( TcamBankIpv4Tt, TwoFieldsAloneHaveBounds ) {
-   for( const auto chipType : chips ) {
-      View::WithStorage view( chipType, 0 );
-      EXPECT_EQ( expressionOf( [&] { view.layerTypeIs( 0x20 ); } ), "layerType <= 0x1f" );
-      view.layerTypeIs( 0x1f );
-      EXPECT_EQ( expressionOf( [&] { view.ipv4TunnelTypeIs( 0x10 ); } ), "ipv4TunnelType <= 0xf" );
-      view.ipv4TunnelTypeIs( 0xf );
-      view.ipv4SipIs( 0xffffffff );
-      view.ipv4DipIs( 0xffffffff );
-      view.vrfIs( 0xffff );
-      view.vrfSelectionLabelIs( 0xff );
-      view.ipProtocolIs( 0xff );
-      view.ipv4TosIs( 0xff );
-      EXPECT_EQ( view.ipv4Tos(), 0xff );
-      EXPECT_EQ( toBits( view.getAllFields() ), lowOnes( 113 ) );
-   }
-}
-
-TEST( TcamBankIpv4Tt, FieldsWithoutBoundLoseWhatIsAboveThemSilently ) {
-   View::WithStorage view( Hardware::BCM88690_B0, 0 );
-   view.stringFieldIs( "vrf", 0x12345 );
-   EXPECT_EQ( view.vrf(), 0x2345 );
-   view.setField64( 362, 0x56789 );
-   EXPECT_EQ( view.vrf(), 0x6789 );
-   view.setField64( 183, 0x1c0000201 + 0xff00000000 );
-   EXPECT_EQ( view.ipv4Dip(), 0xc0000201u );
-   view.setField64( 185, 0x1a5 );
-   EXPECT_EQ( view.ipv4Tos(), 0xa5 );
-   EXPECT_EQ( view.vrfSelectionLabel(), 0 );
-   EXPECT_EQ( view.ipv4Sip(), 0u );
-}
-
-TEST( TcamBankIpv4Tt, LengthTestsFromOneByteToFifteen ) {
-   U8 buffer[79] = {};
-   const auto view = [&]( U16 len ) {
-      return View( Hardware::BCM88480_A0, buffer, len, false, 0 );
-   };
-   EXPECT_EQ( expressionOf( [&] { view( 0 ).layerType(); } ), "len_ >= 1" );
-   EXPECT_EQ( expressionOf( [&] { view( 1 ).layerType(); } ), "none" );
-   EXPECT_EQ( expressionOf( [&] { view( 1 ).ipv4TunnelType(); } ), "len_ >= 2" );
-   EXPECT_EQ( expressionOf( [&] { view( 5 ).ipv4Sip(); } ), "len_ >= 6" );
-   EXPECT_EQ( expressionOf( [&] { view( 14 ).ipv4Tos(); } ), "len_ >= 15" );
-   EXPECT_EQ( expressionOf( [&] { view( 15 ).ipv4Tos(); } ), "none" );
-   EXPECT_EQ( expressionOf( [&] { view( 15 ).getAllFields(); } ), "len_ >= 80" );
-   EXPECT_EQ( expressionOf( [&] { view( 79 ).getAllFields(); } ), "len_ >= 80" );
-}
-
-TEST( TcamBankIpv4Tt, AddressIsTheEntry ) {
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88690_V6_B0, 0, 0, 4294967294 ),
-              ( Address{ 4294967294, 10, 1 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88480_B0, 0, 0, 7 ), ( Address{ 7, 16, 15 } ) );
-   EXPECT_EQ( expressionOf( [] { addressOf<View>( Hardware::BCM88690_B0, 0, 0, 4294967295 ); } ),
-              "tableEntry < 4294967295" );
-   EXPECT_EQ( expressionOf( [] { addressOf<View>( Hardware::BCM88690_B0, 0, 1, 0 ); } ),
-              "identifier <= 0" );
-   EXPECT_TRUE( Testing::hasNoAddress<View>( Hardware::BCM88680_A0, 0 ) );
-   EXPECT_TRUE( Testing::hasNoAddress<View>( Hardware::BCM88690_B0, 1 ) );
 }
 
 } // namespace

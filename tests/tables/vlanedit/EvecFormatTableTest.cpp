@@ -1,7 +1,5 @@
 // EvecFormatTable: 128 egress VLAN edit commands, spelled out.
-#include "support/Addresses.h"
 #include "support/Contract.h"
-#include "support/Tiling.h"
 
 #include <Hardware/EvecEncapTable.h>
 #include <Hardware/EvecFormatTable.h>
@@ -9,12 +7,6 @@
 namespace {
 
 using View = Hardware::EvecFormatTable;
-using Testing::Address;
-using Testing::addressOf;
-using Testing::expectTiling;
-using Testing::expressionOf;
-using Testing::failureOf;
-using Testing::hasNoAddress;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "EvecFormatTable" );
@@ -62,21 +54,6 @@ constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM886
                                          Hardware::BCM88800_A0, Hardware::BCM88850_A0,
                                          Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
 
-TEST( EvecFormatTable, FieldsFillTheLowTwentyBits ) {
-   for( const auto chipType : chips ) {
-      View::WithStorage view( chipType, 0 );
-      expectTiling<View>( view,
-                          { &View::tagsToRemoveMask, &View::outerVidSourceMask,
-                            &View::innerVidSourceMask, &View::outerTpidIndexMask,
-                            &View::innerTpidIndexMask, &View::outerPcpDeiSourceMask,
-                            &View::innerPcpDeiSourceMask },
-                          0, 20 );
-      std::fill( view.buf(), view.buf() + 4, U8{ 0xff } );
-      EXPECT_EQ( view.getAllFields(), 0xfffffu );
-      EXPECT_EQ( View::allFieldsMask( chipType, 0 ).word( 0 ), 0xfffffu );
-   }
-}
-
 TEST( EvecFormatTable, EditPartLiesElevenBitsBelowThatOfTheOneEntryTable ) {
    const auto compose = []( auto& view ) {
       view.outerVidSourceIs( 5 );
@@ -95,44 +72,6 @@ TEST( EvecFormatTable, EditPartLiesElevenBitsBelowThatOfTheOneEntryTable ) {
       EXPECT_EQ( compose( encap ),
                  ( 5u << 2 | 2u << 5 | 0xau << 8 | 9u << 12 | 2u << 16 | 1u << 18 ) << 11 );
    }
-}
-
-TEST( EvecFormatTable, BoundsAndLengthTests ) {
-   U8 buffer[3] = {};
-   const auto view = [&]( U16 len ) {
-      return View( Hardware::BCM88850_A0, buffer, len, false, 0 );
-   };
-   EXPECT_EQ( expressionOf( [&] { view( 0 ).tagsToRemove(); } ), "len_ >= 1" );
-   EXPECT_EQ( expressionOf( [&] { view( 1 ).tagsToRemove(); } ), "none" );
-   EXPECT_EQ( expressionOf( [&] { view( 2 ).innerPcpDeiSource(); } ), "len_ >= 3" );
-   EXPECT_EQ( expressionOf( [&] { view( 3 ).innerPcpDeiSource(); } ), "none" );
-   EXPECT_EQ( expressionOf( [&] { view( 3 ).getAllFields(); } ), "len_ >= 4" );
-   EXPECT_EQ( expressionOf( [&] { view( 2 ).outerTpidIndexIs( 0xf ); } ), "none" );
-   EXPECT_EQ( expressionOf( [&] { view( 2 ).outerTpidIndexIs( 0x10 ); } ),
-              "outerTpidIndex <= 0xf" );
-   EXPECT_EQ( expressionOf( [&] { view( 1 ).tagsToRemoveIs( 4 ); } ), "tagsToRemove <= 0x3" );
-}
-
-TEST( EvecFormatTable, RefusesEarlyChipsAndOtherVariants ) {
-   EXPECT_FALSE( View::chipTypeVariantValid( Hardware::BCM88680_A0, 0 ) );
-   const auto early = failureOf( [] { View::WithStorage view( Hardware::BCM88680_A0, 0 ); } );
-   ASSERT_TRUE( early );
-   EXPECT_EQ( early->message,
-              "chipType: BCM88680_A0 variant: 0 not in metainfo for EvecFormatTable!" );
-   EXPECT_TRUE( hasNoAddress<View>( Hardware::BCM88680_A0, 0 ) );
-   EXPECT_TRUE( hasNoAddress<View>( Hardware::BCM88800_A0, 1 ) );
-   EXPECT_EQ( expressionOf( [] { View::entries( 13, 1 ); } ), "variant == 0" );
-}
-
-TEST( EvecFormatTable, AddressesOfItsBounds ) {
-   for( const auto chipType : chips ) {
-      EXPECT_EQ( addressOf<View>( chipType, 0, 0, 127 ).address, 0x183007fu );
-      EXPECT_EQ( expressionOf( [&] { addressOf<View>( chipType, 0, 0, 128 ); } ),
-                 "tableEntry < 128" );
-   }
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88690_V6_B0, 0, 1, 0 ),
-              ( Address{ 0x1830000, 12, 10 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88850_A0, 0, 1, 0 ), ( Address{ 0x1830000, 30, 25 } ) );
 }
 
 } // namespace

@@ -1,23 +1,16 @@
 // EvecMappingTable: 4096 selections of an egress VLAN edit command.
 #include "support/Addresses.h"
 #include "support/Contract.h"
-#include "support/Tiling.h"
 
 #include <Hardware/EvecEncapTable.h>
 #include <Hardware/EvecFormatTable.h>
 #include <Hardware/EvecMappingTable.h>
-#include <Hardware/IvecTable.h>
 
 namespace {
 
 using View = Hardware::EvecMappingTable;
-using Testing::Address;
 using Testing::addressOf;
-using Testing::blockOf;
-using Testing::expectTiling;
 using Testing::expressionOf;
-using Testing::failureOf;
-using Testing::hasNoAddress;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "EvecMappingTable" );
@@ -60,19 +53,6 @@ constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM886
                                          Hardware::BCM88800_A0, Hardware::BCM88850_A0,
                                          Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
 
-TEST( EvecMappingTable, FieldsFillTheLowTwelveBits ) {
-   for( const auto chipType : chips ) {
-      View::WithStorage view( chipType, 0 );
-      expectTiling<View>( view,
-                          { &View::egressVlanEditCommandMask, &View::removeTxTagMask,
-                            &View::vlanMirrorMask, &View::vlanMembershipMask },
-                          0, 12 );
-      std::fill( view.buf(), view.buf() + 4, U8{ 0xff } );
-      EXPECT_EQ( view.getAllFields(), 0xfffu );
-      EXPECT_EQ( View::allFieldsMask( chipType, 0 ).word( 0 ), 0xfffu );
-   }
-}
-
 TEST( EvecMappingTable, CommandNumbersEveryFormatAndNoMore ) {
    using Formats = Hardware::EvecFormatTable;
    for( const auto chipType : chips ) {
@@ -87,71 +67,6 @@ TEST( EvecMappingTable, CommandNumbersEveryFormatAndNoMore ) {
       Hardware::EvecEncapTable::WithStorage encap( chipType, 0 );
       encap.vlanEditCommandIs( 0xff );
       EXPECT_EQ( encap.vlanEditCommand(), 0xff );
-   }
-}
-
-TEST( EvecMappingTable, BoundsAndLengthTests ) {
-   U8 buffer[3] = {};
-   const auto view = [&]( U16 len ) {
-      return View( Hardware::BCM88800_A0, buffer, len, false, 0 );
-   };
-   EXPECT_EQ( expressionOf( [&] { view( 0 ).egressVlanEditCommand(); } ), "len_ >= 1" );
-   EXPECT_EQ( expressionOf( [&] { view( 1 ).removeTxTag(); } ), "none" );
-   EXPECT_EQ( expressionOf( [&] { view( 1 ).vlanMembership(); } ), "len_ >= 2" );
-   EXPECT_EQ( expressionOf( [&] { view( 2 ).vlanMembership(); } ), "none" );
-   EXPECT_EQ( expressionOf( [&] { view( 3 ).getAllFields(); } ), "len_ >= 4" );
-   EXPECT_EQ( expressionOf( [&] { view( 1 ).removeTxTagIs( 2 ); } ), "removeTxTag <= 0x1" );
-   EXPECT_EQ( expressionOf( [&] { view( 2 ).vlanMirrorIs( 4 ); } ), "vlanMirror <= 0x3" );
-}
-
-TEST( EvecMappingTable, SharesIdentifiersAtOtherPlaces ) {
-   View::WithStorage mapping( Hardware::BCM88690_B0, 0 );
-   Hardware::EvecEncapTable::WithStorage encap( Hardware::BCM88690_B0, 0 );
-   EXPECT_EQ( mapping.fieldOffset( 357 ), 10 );
-   EXPECT_EQ( encap.fieldOffset( 357 ), 11 );
-   EXPECT_EQ( mapping.fieldOffset( 358 ), 8 );
-   EXPECT_EQ( encap.fieldOffset( 358 ), 9 );
-   // The tag flags and the commands are fields of their own.
-   EXPECT_EQ( expressionOf( [&] { mapping.fieldWidth( 359 ); } ), "false" );
-   EXPECT_EQ( expressionOf( [&] { encap.fieldWidth( 294 ); } ), "false" );
-   EXPECT_EQ( expressionOf( [&] { mapping.fieldWidth( 352 ); } ), "false" );
-   EXPECT_EQ( expressionOf( [&] { encap.fieldWidth( 89 ); } ), "false" );
-}
-
-TEST( EvecMappingTable, RefusesEarlyChipsAndOtherVariants ) {
-   EXPECT_FALSE( View::chipTypeVariantValid( Hardware::BCM88680_A0, 0 ) );
-   const auto early = failureOf( [] { View::WithStorage view( Hardware::BCM88680_A0, 0 ); } );
-   ASSERT_TRUE( early );
-   EXPECT_EQ( early->message,
-              "chipType: BCM88680_A0 variant: 0 not in metainfo for EvecMappingTable!" );
-   EXPECT_TRUE( hasNoAddress<View>( Hardware::BCM88680_A0, 0 ) );
-   EXPECT_TRUE( hasNoAddress<View>( Hardware::BCM88800_A0, 1 ) );
-   EXPECT_EQ( expressionOf( [] { View::entries( 13, 1 ); } ), "variant == 0" );
-}
-
-TEST( EvecMappingTable, AddressesOfItsBounds ) {
-   for( const auto chipType : chips ) {
-      EXPECT_EQ( addressOf<View>( chipType, 0, 0, 4095 ).address, 0x1820fffu );
-      EXPECT_EQ( expressionOf( [&] { addressOf<View>( chipType, 0, 0, 4096 ); } ),
-                 "tableEntry < 4096" );
-   }
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88690_B0, 0, 1, 0 ), ( Address{ 0x1820000, 12, 10 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88480_B0, 0, 0, 0 ), ( Address{ 0x1820000, 24, 9 } ) );
-}
-
-TEST( EvecMappingTable, FourTablesLieInOneBlock ) {
-   const auto expectOneBlock = []( Hardware::ChipType chipType, unsigned identifier ) {
-      const auto block = blockOf<View>( chipType, 0, identifier );
-      EXPECT_EQ( blockOf<Hardware::EvecFormatTable>( chipType, 0, identifier ), block );
-      EXPECT_EQ( blockOf<Hardware::EvecEncapTable>( chipType, 1, identifier ), block );
-      EXPECT_EQ( blockOf<Hardware::IvecTable>( chipType, 1, identifier ), block );
-   };
-   for( const auto chipType : chips ) {
-      expectOneBlock( chipType, 0 );
-   }
-   for( const auto chipType :
-        { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0, Hardware::BCM88850_A0 } ) {
-      expectOneBlock( chipType, 1 );
    }
 }
 
