@@ -102,6 +102,12 @@ def description_sites(name, source, rng):
         for number in numbers(code, match.end(), closing(code, match.end() - 1)):
             yield Mutant(name, match.group(1)[:-1] + ' set', number.start(), number.end(),
                          one_more_or_less(rng, number))
+    for kind in ('chips', 'variants'):
+        named = re.findall(r'^inline constexpr auto (\w+) = ' + kind + r'\(', code, re.M)
+        for use in re.compile(r'\b(?:%s)\b' % '|'.join(named or ['(?!)'])).finditer(code, begin, end):
+            others = [other for other in named if other != use.group()]
+            if others:
+                yield Mutant(name, 'named ' + kind, use.start(), use.end(), rng.choice(others))
     for section, kinds in ROW_KINDS.items():
         start = code.find(section + '( {', begin)
         if start < 0:
@@ -253,6 +259,13 @@ def drawn(tree, count, seed):
 
 # --- Building and testing -------------------------------------------------------------------------
 
+# What the tests concerned are, and what they stand on.
+TARGETS = ('src/libVornTunnelKelvar.so', 'platform/libKelvar.so', 'platform/libOru.so',
+           'platform/libHwVornFennTypes.so', 'platform/kelvarTest', 'platform/oruTest',
+           'platform/hwVornFennTypesTest', 'tests/frameTest', 'tests/registryTest',
+           'tests/tablesTest')
+
+
 class Killed(Exception):
     """How a mutant was noticed."""
 
@@ -274,8 +287,7 @@ class Bench:
                       '-DCMAKE_BUILD_TYPE=None', '-DCMAKE_CXX_FLAGS=-O1 -w',
                       '-DCMAKE_CXX_COMPILER=g++', '-DVORN_HARDENING=OFF', '-DVORN_BUILD_TOOLS=OFF',
                       '-DVORN_BUILD_EXAMPLES=OFF', *launcher])
-        self.checked(['ninja', '-C', self.build, '-j', os.environ.get('JOBS', '1')])
-
+        self.checked(['ninja', '-C', self.build, '-j', os.environ.get('JOBS', '1'), *TARGETS])
         self.load()
 
     def load(self):
@@ -298,10 +310,7 @@ class Bench:
             elif line and current in self.compile:
                 self.needs[os.path.normpath(self.build / line.strip())].add(current)
         self.link = {}
-        for target in ('src/libVornTunnelKelvar.so', 'platform/libKelvar.so', 'platform/libOru.so',
-                       'platform/libHwVornFennTypes.so', 'platform/kelvarTest', 'platform/oruTest',
-                       'platform/hwVornFennTypesTest', 'tests/frameTest', 'tests/registryTest',
-                       'tests/tablesTest'):
+        for target in TARGETS:
             lines = self.checked(['ninja', '-C', self.build, '-t', 'commands', target]).splitlines()
             link = next(line for line in reversed(lines) if ' -o ' in line and ' -c ' not in line)
             words = shlex.split(link.split('&&')[1])
@@ -440,6 +449,8 @@ def shown(tree, mutant):
 def area_of(name):
     if is_class(name):
         return class_of(name)
+    if name.startswith('include/Hardware/detail/'):
+        return 'frame'
     folders = name.split('/')
     return {'platform': 'platform', 'include': 'catalogue'}.get(folders[0], folders[1])
 
@@ -468,18 +479,20 @@ def main():
     parser.add_argument('--seconds', type=float, default=math.inf,
                         help='stop after so long; the same command goes on from there')
     parser.add_argument('--areas', nargs='+', metavar='AREA',
-                        help='only mutants of frame, registry, catalogue, platform or a class')
+                        help='only mutants of frame, registry, catalogue, platform, classes or '
+                             'a class')
     parser.add_argument('--list', action='store_true', help='only say what would be changed')
     arguments = parser.parse_args()
 
     bench = Bench(arguments.work)
     mutants = drawn(bench.tree, arguments.count, arguments.seed)
-    areas = {area_of(mutant.file) for mutant in mutants}
+    areas = {area_of(mutant.file) for mutant in mutants} | {'classes'}
     chosen = set(arguments.areas or areas)
     if chosen - areas:
         parser.error('no such area: %s; there are %s' % (', '.join(sorted(chosen - areas)),
                                                          ', '.join(sorted(areas))))
-    mutants = [mutant for mutant in mutants if area_of(mutant.file) in chosen]
+    mutants = [mutant for mutant in mutants if area_of(mutant.file) in chosen or
+               is_class(mutant.file) and 'classes' in chosen]
     texts = [shown(bench.tree, mutant) for mutant in mutants]
     if arguments.list:
         print('\n'.join(texts))
