@@ -5,6 +5,7 @@
 #include <Hardware/ChipType.h>
 #include <Hardware/Export.h>
 #include <Hardware/FieldId.h>
+#include <Hardware/detail/WholeEntry.h>
 #include <Kelvar/BcmAsicBase.h>
 #include <Kelvar/Types.h>
 #include <Oru/String.h>
@@ -18,16 +19,6 @@ namespace Detail {
 // How a setter takes its value: up to 32 bits by value, anything larger by reference.
 template<class Value>
 using Argument = std::conditional_t<( sizeof( Value ) <= sizeof( U32 ) ), Value, const Value&>;
-
-// The smallest type that holds an entry of `Bytes` bytes.
-template<unsigned Bytes>
-using WholeEntry = std::conditional_t<
-   ( Bytes <= 4 ), U32,
-   std::conditional_t<( Bytes <= 8 ), U64,
-                      std::conditional_t<( Bytes <= 16 ), Raw128,
-                                         std::conditional_t<( Bytes <= 32 ), Raw256,
-                                                            std::conditional_t<( Bytes <= 64 ),
-                                                                               Raw512, Raw1024>>>>>;
 
 // What the fields of all classes have: the base of `Fields::<Class>::<f>`.
 template<class View_, class Value_, U32 identifier_, bool readOnly_>

@@ -1,0 +1,170 @@
+// Views over entries of a pair of chip type and variant that the compiler knows: all that a view of
+// the class can do with an entry, at the price of the shifts and masks alone.
+//
+//    #include <Hardware/at/LifTable.h>
+//
+//    using Lif = Hardware::At<Hardware::LifTable, Hardware::BCM88690_B0, 0>;
+//    Lif::Image image = Lif::blank(); // std::array<U8, 80>, the tag stamped
+//    Lif lif( image );
+//    lif.vsiIs( 2000 );
+//
+// Header-only, C++20, everything constexpr, without a library to link. A field that the pair lacks,
+// and a pair that the class lacks, don't compile; both are constraints, so generic code can ask
+// with a `requires` expression. Names, values, checks and the texts of assertions are those of the
+// views; assertions end in the C library's __assert_fail. Nothing traces, and the bits are moved
+// here: no primitive of the platform is called.
+#pragma once
+
+#include <Hardware/detail/AtPair.h>
+
+namespace Hardware {
+
+// Whether a class has a pair. Needs <Hardware/at/<Class>.h>, like all below.
+template<class Table, unsigned chipType, unsigned variant>
+concept HasPair = Detail::hasPair<Table>( chipType, variant );
+
+namespace Detail {
+
+// Whether a pair has a field, which Layouts::<Class> numbers.
+template<class Table, unsigned chipType, unsigned variant, auto field>
+concept HasField = AtPair < Table,
+        static_cast<ChipType>( chipType )
+, variant > ::has( field );
+
+// What <Hardware/at/<Class>.h> expands for each class: reading an entry, and writing it.
+template<class Table, ChipType chipType, unsigned variant>
+class AtView;
+template<class Table, ChipType chipType, unsigned variant>
+class AtEntry;
+
+} // namespace Detail
+
+// A view over an entry that stays the caller's, made of an array, a std::array, a std::span or
+// pointer and length. It must have the pair's `width()` in words at least: an array that is shorter
+// doesn't compile, anything else is the assertion "len_ >= N". Unlike the views of
+// <Hardware/<Class>.h> it doesn't touch the entry when it is made: blank() and compose() stamp the
+// pair's tag, holdsTag() looks for it.
+//
+// Of each field `f` that the pair has: `f()`, `fIs( value )`, `fMask()`, `fLen()`, `fOffset()`; and
+// `isFValid()` of each field of the class. A setter takes no argument that could lose bits on its
+// way into the field's type; a constant that fits is fine.
+//
+// At::View has what reads alone, over a const entry, and an At is one. At::Fields is a struct of
+// the pair's settable fields: `fields()` reads them all, `compose( fields )` writes the whole
+// entry, tag included, after one test of all bounds. Where fields share bits, the narrower one
+// holds, of equally wide ones the one declared later.
+template<class Table, ChipType chipTypeNumber, unsigned variantNumber>
+requires HasPair<Table, chipTypeNumber, variantNumber>
+class At : public Detail::AtEntry<Table, chipTypeNumber, variantNumber> {
+   using Pair = Detail::AtPair<Table, chipTypeNumber, variantNumber>;
+
+public:
+   using Detail::AtEntry<Table, chipTypeNumber, variantNumber>::AtEntry;
+
+   static constexpr U8 chipType() { return chipTypeNumber; }
+   static constexpr U8 variant() { return variantNumber; }
+
+   static constexpr bool isTable() { return Pair::Class::isTable; }
+   static constexpr U16 width() { return Pair::dimension.width; }
+   static constexpr U32 arrayElements() { return Pair::dimension.arrayElements; }
+   static constexpr U16 instanceCount() { return Pair::dimension.instanceCount; }
+
+   // Of tables.
+   static constexpr U16 tableWidth() requires Pair::Class::isTable { return width(); }
+   static constexpr U32 entries() requires Pair::Class::isTable { return Pair::dimension.entries; }
+   static constexpr U32 arrayIndex_min() requires Pair::Class::isTable { return 0; }
+   static constexpr U32 index_min() requires Pair::Class::isTable { return 0; }
+   static constexpr U32 tableVariantCount() requires Pair::Class::isTable {
+      return Detail::variantCount<Table>( chipTypeNumber );
+   }
+   static constexpr bool isPrimary() requires Pair::Class::isTable { return true; }
+
+   // Of registers.
+   static constexpr U16 regWidth() requires( !Pair::Class::isTable ) { return width(); }
+   static constexpr U32 maxIdentifier() requires( !Pair::Class::isTable ) {
+      return Pair::dimension.maxIdentifier;
+   }
+   static constexpr U32 addrStride() requires( !Pair::Class::isTable ) {
+      return Pair::dimension.addrStride;
+   }
+
+   // The S-channel address of an entry. An index out of range is an assertion; `schanAddress` is
+   // written before `identifier` is tested. A pair without an address doesn't compile.
+   static constexpr bool getSchanAddress( U32& schanAddress, U8& accessType, U8& destBlock,
+                                          U16 identifier, U32 tableEntry,
+                                          U16 arrayIndex ) requires( Pair::address.base.stated ) {
+      constexpr bool isTable = Pair::Class::isTable;
+      constexpr U32 entries = Pair::dimension.entries;
+      constexpr U32 elements = Pair::dimension.arrayElements;
+      if( tableEntry >= entries ) [[unlikely]] {
+         Detail::atFailAddress( Pair::Class::name, "tableEntry",
+                                isTable ? " < " : " == ", isTable ? entries : 0 );
+      }
+      if( arrayIndex >= elements ) [[unlikely]] {
+         constexpr bool equality = isTable && elements == 1;
+         Detail::atFailAddress( Pair::Class::name, "arrayIndex", equality ? " == " : " < ",
+                                equality ? 0 : elements );
+      }
+      schanAddress = Pair::address.base.address + tableEntry * Pair::address.entryStep +
+                     arrayIndex * Pair::address.arrayStep;
+      if( identifier >= instanceCount() ) [[unlikely]] {
+         Detail::atFailAddress( Pair::Class::name, "identifier", isTable ? " <= " : " < ",
+                                isTable ? instanceCount() - 1u : instanceCount() );
+      }
+      const Layouts::Instance& instance = Pair::address.instances[identifier];
+      destBlock = static_cast<U8>( instance.destBlock );
+      accessType = static_cast<U8>( instance.accessType );
+      return true;
+   }
+};
+
+// Calls `act` with a pair that is known at run time, as a value whose type has the `At` of the
+// pair's format: all of the above but what differs between pairs of one format, metadata and
+// addresses. `act` is instantiated once a distinct format, so this is asked once an entry:
+//
+//    Hardware::withPair<Hardware::LifTable>( chipType, variant, [&]( auto pair ) {
+//       typename decltype( pair )::At lif( entry );
+//       if constexpr( requires { lif.vsi(); } ) {
+//          lif.vsiIs( 2000 );
+//       }
+//    } );
+//
+// With chip types as further arguments of the template, only over their pairs. False, without a
+// call, for any other pair.
+template<class Table, ChipType... chipTypes, class Act>
+constexpr bool withPair( ChipType chipType, U8 variant, Act&& act ) {
+   using Formats = Detail::AtFormats<Table, ( U32{ 0 } | ... | U32{ U32{ 1 } << chipTypes } )>;
+   static_assert( Formats::count <= 64 );
+   switch( Formats::numberOf( chipType, variant ) ) {
+#define HARDWARE_FORMAT( number )                                                                  \
+   case number:                                                                                    \
+      if constexpr( number < Formats::count ) {                                                    \
+         act( typename Formats::template Pair<number>{} );                                         \
+         return true;                                                                              \
+      }                                                                                            \
+      [[fallthrough]];
+#define HARDWARE_FORMATS( first )                                                                  \
+   HARDWARE_FORMAT( first )                                                                        \
+   HARDWARE_FORMAT( first + 1 )                                                                    \
+   HARDWARE_FORMAT( first + 2 )                                                                    \
+   HARDWARE_FORMAT( first + 3 )                                                                    \
+   HARDWARE_FORMAT( first + 4 )                                                                    \
+   HARDWARE_FORMAT( first + 5 )                                                                    \
+   HARDWARE_FORMAT( first + 6 )                                                                    \
+   HARDWARE_FORMAT( first + 7 )
+      HARDWARE_FORMATS( 0 )
+      HARDWARE_FORMATS( 8 )
+      HARDWARE_FORMATS( 16 )
+      HARDWARE_FORMATS( 24 )
+      HARDWARE_FORMATS( 32 )
+      HARDWARE_FORMATS( 40 )
+      HARDWARE_FORMATS( 48 )
+      HARDWARE_FORMATS( 56 )
+#undef HARDWARE_FORMATS
+#undef HARDWARE_FORMAT
+   default:
+      return false;
+   }
+}
+
+} // namespace Hardware

@@ -1,0 +1,11 @@
+// EgressPerPortTable at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/EgressPerPortTable.h>
+
+#define HARDWARE_VIEW EgressPerPortTable
+#define HARDWARE_FIELDS <Hardware/fields/EgressPerPortTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

@@ -1,0 +1,11 @@
+// EpniIsidTable at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/EpniIsidTable.h>
+
+#define HARDWARE_VIEW EpniIsidTable
+#define HARDWARE_FIELDS <Hardware/fields/EpniIsidTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

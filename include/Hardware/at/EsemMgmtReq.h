@@ -1,0 +1,11 @@
+// EsemMgmtReq at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/EsemMgmtReq.h>
+
+#define HARDWARE_VIEW EsemMgmtReq
+#define HARDWARE_FIELDS <Hardware/fields/EsemMgmtReq.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

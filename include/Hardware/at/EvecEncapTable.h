@@ -1,0 +1,11 @@
+// EvecEncapTable at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/EvecEncapTable.h>
+
+#define HARDWARE_VIEW EvecEncapTable
+#define HARDWARE_FIELDS <Hardware/fields/EvecEncapTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

@@ -1,0 +1,11 @@
+// EvecFormatTable at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/EvecFormatTable.h>
+
+#define HARDWARE_VIEW EvecFormatTable
+#define HARDWARE_FIELDS <Hardware/fields/EvecFormatTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

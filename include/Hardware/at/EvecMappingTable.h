@@ -1,0 +1,11 @@
+// EvecMappingTable at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/EvecMappingTable.h>
+
+#define HARDWARE_VIEW EvecMappingTable
+#define HARDWARE_FIELDS <Hardware/fields/EvecMappingTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

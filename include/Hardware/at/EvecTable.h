@@ -1,0 +1,10 @@
+// EvecTable at a pair of chip type and variant that is known at compile time: see <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/EvecTable.h>
+
+#define HARDWARE_VIEW EvecTable
+#define HARDWARE_FIELDS <Hardware/fields/EvecTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

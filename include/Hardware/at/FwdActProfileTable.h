@@ -1,0 +1,11 @@
+// FwdActProfileTable at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/FwdActProfileTable.h>
+
+#define HARDWARE_VIEW FwdActProfileTable
+#define HARDWARE_FIELDS <Hardware/fields/FwdActProfileTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

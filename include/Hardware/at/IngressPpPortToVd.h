@@ -1,0 +1,11 @@
+// IngressPpPortToVd at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/IngressPpPortToVd.h>
+
+#define HARDWARE_VIEW IngressPpPortToVd
+#define HARDWARE_FIELDS <Hardware/fields/IngressPpPortToVd.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

@@ -1,0 +1,11 @@
+// IsemMgmtReq at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/IsemMgmtReq.h>
+
+#define HARDWARE_VIEW IsemMgmtReq
+#define HARDWARE_FIELDS <Hardware/fields/IsemMgmtReq.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

@@ -1,0 +1,10 @@
+// IvecTable at a pair of chip type and variant that is known at compile time: see <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/IvecTable.h>
+
+#define HARDWARE_VIEW IvecTable
+#define HARDWARE_FIELDS <Hardware/fields/IvecTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

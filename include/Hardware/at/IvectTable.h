@@ -1,0 +1,10 @@
+// IvectTable at a pair of chip type and variant that is known at compile time: see <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/IvectTable.h>
+
+#define HARDWARE_VIEW IvectTable
+#define HARDWARE_FIELDS <Hardware/fields/IvectTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

@@ -1,0 +1,10 @@
+// LifTable at a pair of chip type and variant that is known at compile time: see <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/LifTable.h>
+
+#define HARDWARE_VIEW LifTable
+#define HARDWARE_FIELDS <Hardware/fields/LifTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

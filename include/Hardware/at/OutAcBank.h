@@ -1,0 +1,10 @@
+// OutAcBank at a pair of chip type and variant that is known at compile time: see <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/OutAcBank.h>
+
+#define HARDWARE_VIEW OutAcBank
+#define HARDWARE_FIELDS <Hardware/fields/OutAcBank.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

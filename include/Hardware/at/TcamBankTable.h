@@ -1,0 +1,11 @@
+// TcamBankTable at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/TcamBankTable.h>
+
+#define HARDWARE_VIEW TcamBankTable
+#define HARDWARE_FIELDS <Hardware/fields/TcamBankTable.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>

@@ -1,0 +1,11 @@
+// TcamBankTableFormatter at a pair of chip type and variant that is known at compile time: see
+// <Hardware/At.h>.
+#pragma once
+
+#include <Hardware/At.h>
+#include <Hardware/layouts/TcamBankTableFormatter.h>
+
+#define HARDWARE_VIEW TcamBankTableFormatter
+#define HARDWARE_FIELDS <Hardware/fields/TcamBankTableFormatter.def>
+#define HARDWARE_IS_TABLE true
+#include <Hardware/detail/AtClass.inc>
