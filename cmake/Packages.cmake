@@ -1,5 +1,5 @@
-# The Debian packages libvorntunnelkelvar1, libvorncodec1, a -dev package of each, and vorn, made of
-# the components of a tree that is configured for /usr: scripts/make-packages.sh. The stand-ins of platform/ come
+# The Debian packages libvorntunnelkelvar1, libvorncodec1, a -dev package of each, vorn and
+# python3-vorn, made of the components of a tree that is configured for /usr: scripts/make-packages.sh. The stand-ins of platform/ come
 # with the library; a site that brings its own platform packages the library itself.
 if( NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr" OR NOT PROJECT_IS_TOP_LEVEL OR VORN_PLATFORM OR
     NOT BUILD_SHARED_LIBS )
@@ -94,6 +94,16 @@ addresses and entry images into fields, one by one or as JSON lines." )
 set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS
      "libvorntunnelkelvar1 (>= ${PROJECT_VERSION}), libvorncodec1 (>= ${PROJECT_VERSION})" )
 
+if( TARGET VornPython )
+   vornPackage( python3-vorn python "packet processor table entries in Python"
+"Decodes and encodes the entries of packet processor tables: one as a dictionary,
+many as NumPy arrays, pandas data frames or Arrow streams." )
+   math( EXPR next_minor "${Python3_VERSION_MINOR} + 1" )
+   set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_DEPENDS
+        "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${next_minor}), python3-numpy" )
+   set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_RECOMMENDS python3-pandas )
+endif()
+
 include( CPack )
 cpack_add_component( library GROUP libvorntunnelkelvar1 )
 cpack_add_component( platform GROUP libvorntunnelkelvar1 )
@@ -102,3 +112,6 @@ cpack_add_component( platformDevelopment GROUP libvorntunnelkelvar-dev )
 cpack_add_component( codec GROUP libvorncodec1 )
 cpack_add_component( codecDevelopment GROUP libvorncodec-dev )
 cpack_add_component( vorn GROUP vorn )
+if( TARGET VornPython )
+   cpack_add_component( python GROUP python3-vorn )
+endif()

@@ -15,7 +15,12 @@ function( document package folder )
 endfunction()
 
 set( source ${CMAKE_CURRENT_LIST_DIR}/.. )
-foreach( package libvorntunnelkelvar1 libvorntunnelkelvar-dev libvorncodec1 libvorncodec-dev vorn )
+set( python )
+if( EXISTS ${CPACK_TEMPORARY_DIRECTORY}/python3-vorn )
+   set( python python3-vorn )
+endif()
+foreach( package libvorntunnelkelvar1 libvorntunnelkelvar-dev libvorncodec1 libvorncodec-dev vorn
+         ${python} )
    document( ${package} "" ${source}/packaging/copyright ${source}/packaging/changelog )
    set( share ${CPACK_TEMPORARY_DIRECTORY}/${package}/usr/share )
    set( changelog ${share}/doc/${package}/changelog )

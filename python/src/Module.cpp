@@ -1,0 +1,364 @@
+// The module _vorn: what Python calls, with its documentation.
+#include "Arguments.h"
+#include "ArrowStream.h"
+#include "Images.h"
+#include "Net.h"
+#include "PairLayout.h"
+
+#include <Vorn/Chip.h>
+#include <Vorn/Error.h>
+#include <Vorn/Identify.h>
+#include <Vorn/Images.h>
+#include <Vorn/Locate.h>
+#include <Vorn/Pairs.h>
+
+#include <pybind11/pybind11.h>
+
+#include <algorithm>
+#include <exception>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace Vorn::Python {
+
+namespace {
+
+using namespace pybind11::literals;
+
+py::dict chips() {
+   py::dict numbers;
+   for( const Chip& chip : allChips() ) {
+      numbers[py::str( chip.name )] = chip.number;
+   }
+   return numbers;
+}
+
+py::list tables() {
+   py::list names;
+   for( const auto table : allTables() ) {
+      names.append( py::str( table.data(), table.size() ) );
+   }
+   return names;
+}
+
+py::list pairs( py::handle table ) {
+   py::list result;
+   for( const ChipVariants& chip : pairsOf( tableNamed( textOf( table, "the table" ) ) ) ) {
+      for( const U32 variant : chip.variants ) {
+         result.append( py::make_tuple( chip.chip, variant ) );
+      }
+   }
+   return result;
+}
+
+py::list identify( py::handle chip, py::handle image ) {
+   static auto& identifiers = *new std::map<U8, Identifier>;
+   const Chip& found = chipOf( chipTextOf( chip ) );
+   const Identifier& identifier = identifiers.try_emplace( found.number, found ).first->second;
+   const Buffer buffer( image, "the image" );
+   py::list layouts;
+   for( const Layout& layout : identifier.layoutsOf( buffer.bytes() ) ) {
+      layouts.append( PairLayout( layout ) );
+   }
+   if( layouts.empty() ) {
+      identifier.refuse( buffer.bytes().size() );
+   }
+   return layouts;
+}
+
+U64 upTo( U64 largest, py::handle number, const char* name ) {
+   const U64 index = indexOf( number, name, largest );
+   if( index > largest ) {
+      throw Error( std::string( name ) + ' ' + std::to_string( index ) +
+                   " is out of range; it is at most " + std::to_string( largest ) );
+   }
+   return index;
+}
+
+py::list locateEntries( py::handle chip, py::handle address, py::handle block ) {
+   const Chip& found = chipOf( chipTextOf( chip ) );
+   const auto wanted = static_cast<U32>( upTo( 0xffffffff, address, "address" ) );
+   std::optional<U8> destBlock;
+   if( !block.is_none() ) {
+      destBlock = static_cast<U8>( upTo( 0xff, block, "dest_block" ) );
+   }
+   const py::object make = py::module_::import( "vorn._types" ).attr( "Location" );
+   py::list locations;
+   for( const Location& location : locate( found, wanted, destBlock ) ) {
+      const auto& [entry, array, identifier] = location.index;
+      locations.append( make( PairLayout( location.layout ), entry, array, identifier ) );
+   }
+   return locations;
+}
+
+// The images in a text, one after another; `path` stands for it in messages. Without a layout each
+// has to say its pair, and all the same.
+py::tuple imagesIn( const std::string& text, const std::string& path, const PairLayout* own ) {
+   std::optional<Layout> layout;
+   if( own ) {
+      layout = own->layout();
+   }
+   std::string images;
+   {
+      const py::gil_scoped_release released;
+      ImageLayouts layouts( layout );
+      TextLines lines( text, path );
+      ImageReader reader( lines );
+      while( reader.next() ) {
+         const Image& image = reader.image();
+         try {
+            const Layout& its = layouts.of( image );
+            if( layout && its != *layout ) {
+               throw Error( "the image is one of " + its.pairText() + ", those before it of " +
+                            layout->pairText() );
+            }
+            layout = its;
+            its.requireFields( image.bytes );
+            const std::size_t begin = images.size();
+            images.append( image.bytes.begin(), image.bytes.end() );
+            images.resize( begin + its.bytes() );
+         } catch( const BadText& bad ) {
+            throw Error( reader.place( bad.at() ), bad.message() );
+         } catch( const Error& error ) {
+            throw Error( reader.place( image.at ), error.message() );
+         }
+      }
+   }
+   return py::make_tuple( layout ? py::cast( PairLayout( *layout ) ) : py::none(),
+                          py::bytes( images ) );
+}
+
+void raise( const char* type, const char* text ) {
+   PyErr_SetString( py::object( py::module_::import( "vorn._types" ).attr( type ) ).ptr(), text );
+}
+
+void translate( std::exception_ptr pointer ) {
+   try {
+      if( pointer ) {
+         std::rethrow_exception( pointer );
+      }
+   } catch( const Error& error ) {
+      raise( "Error", error.what() );
+   } catch( const Misuse& misuse ) {
+      raise( "MisuseError", misuse.what() );
+   }
+}
+
+void addLayout( py::module_& module ) {
+   py::class_<PairLayout> layout( module, "Layout", R"(Layout(table, chip, variant=0)
+--
+
+The entries of a table on a chip type and variant: their fields, encoding and decoding.
+
+The chip type is given by its name or number. Layouts of the same pair are equal, hash alike and
+pickle; a layout never changes, and threads may share it.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> lif
+vorn.Layout('LifTable', 'BCM88690_B0', 0)
+>>> lif == vorn.Layout("LifTable", 10, 0)
+True
+)" );
+   layout.def( py::init<py::handle, py::handle, py::handle>(), "table"_a, "chip"_a,
+               "variant"_a = 0 );
+   layout.def_property_readonly(
+      "table",
+      []( const PairLayout& self ) {
+         const auto name = self.layout().table();
+         return py::str( name.data(), name.size() );
+      },
+      "Name of the table." );
+   layout.def_property_readonly(
+      "chip", []( const PairLayout& self ) { return self.layout().chip().name; },
+      "Name of the chip type." );
+   layout.def_property_readonly(
+      "chip_number", []( const PairLayout& self ) { return self.layout().chip().number; },
+      "Number of the chip type." );
+   layout.def_property_readonly(
+      "variant", []( const PairLayout& self ) { return self.layout().variant(); }, "The variant." );
+   layout.def_property_readonly(
+      "size", []( const PairLayout& self ) { return self.layout().bytes(); },
+      "Bytes of an entry." );
+   layout.def_property_readonly( "fields", &PairLayout::fields,
+                                 "The fields of the pair in declared order, as a list of Field." );
+   layout.def_property_readonly(
+      "tag", &PairLayout::tag, R"(The values by which an entry is told from those of other variants.
+
+>>> vorn.Layout("LifTable", "BCM88690_B0").tag
+{'resultType': 58}
+)" );
+   layout.def( "__getitem__", &PairLayout::field, "name"_a, R"(__getitem__(self, name, /)
+--
+
+The field with this name.
+
+>>> vorn.Layout("LifTable", "BCM88690_B0")["vsi"].width
+15
+)" );
+   layout.def( "__contains__", &PairLayout::has, "name"_a );
+   layout.def( "__iter__", []( const PairLayout& self ) { return py::iter( self.keys() ); } );
+   layout.def( "encode", &PairLayout::encode, "values"_a, "base"_a = py::none(), py::kw_only(),
+               "strict"_a = true, R"(encode(self, values, base=None, *, strict=True)
+--
+
+The bytes of an entry with these values: the rest is zero but for the tag, or as in base.
+
+A value is an int, or a text as vorn takes it: "0x7d0", "10.0.0.1", "mask" for all ones. Two
+values that contradict each other in bits that their fields share are an Error; with strict=False
+the later one holds.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> image = lif.encode({"vsi": 2000, "vlanEditVid1": 100})
+>>> lif.decode(lif.encode({"vsi": 1}, base=image), fields=["vsi", "vlanEditVid1"])
+{'vsi': 1, 'vlanEditVid1': 100}
+>>> lif.encode({"vsi": 32768})
+Traceback (most recent call last):
+...
+vorn.Error: value 32768 of field vsi is too large; its 15 bits in LifTable on BCM88690_B0 variant 0 hold at most 0x7fff
+)" );
+   layout.def( "decode", &PairLayout::decode, "image"_a, "fields"_a = py::none(),
+               R"(decode(self, image, fields=None)
+--
+
+The values of all fields of an entry, or of those with these names, as a dict of ints.
+
+The tag is among them, and isn't checked. Bytes after the entry are not looked at.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> lif.decode(bytes.fromhex("a00f") + bytes(78), fields=["vsi"])
+{'vsi': 2000}
+)" );
+   layout.def( "decode_batch", &PairLayout::decodeBatch, "dump"_a, "fields"_a = py::none(),
+               "stride"_a = py::none(), R"(decode_batch(self, dump, fields=None, stride=None)
+--
+
+The values of many entries: a dict with an array for each field, or for those with these names.
+
+The dump is bytes, a memoryview, an mmap or the like, with an entry after the other or one every
+stride bytes; or an (N, size) array of uint8. It is read where it lies. Arrays are of the narrowest
+unsigned type; a field of more than 64 bits has shape (N, words), the least significant word first.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> dump = lif.encode({"vsi": 1}) + lif.encode({"vsi": 2})
+>>> lif.decode_batch(dump, fields=["vsi"])
+{'vsi': array([1, 2], dtype=uint16)}
+)" );
+   layout.def( "_encode_columns", &PairLayout::encodeColumns );
+   layout.def(
+      "arrow",
+      []( const PairLayout& self, py::handle dump, py::handle fields, py::handle stride,
+          py::handle batchRows ) {
+         return ArrowTable( self.layout(), dump, fields, stride, batchRows );
+      },
+      "dump"_a, "fields"_a = py::none(), "stride"_a = py::none(), py::kw_only(),
+      "batch_rows"_a = 65536,
+      R"(arrow(self, dump, fields=None, stride=None, *, batch_rows=65536)
+--
+
+The same columns for whoever reads Arrow streams, some rows at a time.
+
+A field of more than 64 bits is a list of its words, of fixed size.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> len(lif.arrow(lif.encode({}) * 3))
+3
+)" );
+   layout.def( "address", &PairLayout::address, "entry"_a, "array"_a = 0, "identifier"_a = 0,
+               R"(address(self, entry, array=0, identifier=0)
+--
+
+Where an entry lies, in an element of the array of an instance.
+
+>>> vorn.Layout("LifTable", "BCM88690_B0").address(4097)
+Address(address=4097, access_type=10, dest_block=1)
+)" );
+   layout.def( "__eq__", []( const PairLayout& self, py::handle other ) -> py::object {
+      if( !py::isinstance<PairLayout>( other ) ) {
+         return py::reinterpret_borrow<py::object>( Py_NotImplemented );
+      }
+      return py::bool_( self.layout() == other.cast<const PairLayout&>().layout() );
+   } );
+   layout.def( "__hash__", []( const PairLayout& self ) { return py::hash( self.arguments() ); } );
+   layout.def( "__repr__", &PairLayout::text );
+   layout.def( "__reduce__", []( py::object self ) {
+      return py::make_tuple( self.attr( "__class__" ), self.cast<const PairLayout&>().arguments() );
+   } );
+   // Those that need nothing but what is above.
+   const auto methods = py::module_::import( "vorn._methods" );
+   layout.attr( "encode_batch" ) = methods.attr( "encode_batch" );
+   layout.attr( "frame" ) = methods.attr( "frame" );
+}
+
+void addArrow( py::module_& module ) {
+   py::class_<ArrowTable> table(
+      module, "ArrowTable",
+      R"(A dump that Arrow's C stream interface reads: Layout.arrow() makes it.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> lif.arrow(lif.encode({"vsi": 1})).__arrow_c_stream__()  # doctest: +ELLIPSIS
+<capsule object "arrow_array_stream" at 0x...>
+)" );
+   table.def(
+      "__arrow_c_stream__", []( const ArrowTable& self, py::handle ) { return self.stream(); },
+      "requested_schema"_a = py::none() );
+   table.def( "__arrow_c_schema__", &ArrowTable::schema );
+   table.def( "__len__", &ArrowTable::rows );
+}
+
+} // namespace
+
+PYBIND11_MODULE( _vorn, module ) {
+   py::options options;
+   options.disable_function_signatures();
+   py::register_local_exception_translator( &translate );
+   module.def( "chips", &chips, R"(chips()
+--
+
+The numbers of the chip types by their names.
+
+>>> vorn.chips()["BCM88690_B0"]
+10
+)" );
+   module.def( "tables", &tables, R"(tables()
+--
+
+The names of the tables and registers.
+
+>>> vorn.tables()[:2]
+['EgressPerPortTable', 'EpniIsidTable']
+)" );
+   module.def( "pairs", &pairs, "table"_a, R"(pairs(table)
+--
+
+The pairs of chip type and variant that a table has; variant 0 alone where it doesn't look at it.
+
+>>> vorn.pairs("LifTable")[:2]
+[(2, 0), (2, 1)]
+)" );
+   module.def( "identify", &identify, "chip"_a, "image"_a, R"(identify(chip, image)
+--
+
+The layouts of the pairs that an image may be of, by its length and its tag.
+
+The likeliest come first: the more bits of a tag are as they must be, the less by chance.
+
+>>> vorn.identify("BCM88690_B0", bytes.fromhex("4523010000000000"))[-1]
+vorn.Layout('TcamActionTable', 'BCM88690_B0', 0)
+)" );
+   module.def( "locate", &locateEntries, "chip"_a, "address"_a, "dest_block"_a = py::none(),
+               R"(locate(chip, address, dest_block=None)
+--
+
+What lies at an address of a chip's S-channel, or there in one destination block.
+
+>>> vorn.locate("BCM88690_B0", 4097)[0]
+Location(layout=vorn.Layout('LifTable', 'BCM88690_B0', 0), entry=4097, array=0, identifier=0)
+)" );
+   module.def( "_images_in", &imagesIn );
+   module.def( "_fail_assertion", &failAssertion );
+   addArrow( module );
+   addLayout( module );
+}
+
+} // namespace Vorn::Python

@@ -1,0 +1,248 @@
+// The layout of a pair as Python sees it.
+#include "PairLayout.h"
+
+#include "Images.h"
+
+#include <Vorn/Columns.h>
+#include <Vorn/Compose.h>
+#include <Vorn/Error.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <utility>
+
+namespace Vorn::Python {
+
+namespace {
+
+py::object textFrom( std::string_view text ) { return py::str( text.data(), text.size() ); }
+
+// The same object for the same text, which makes a dictionary's keys quick.
+py::object interned( std::string_view text ) {
+   PyObject* const made = PyUnicode_InternFromString( std::string( text ).c_str() );
+   if( !made ) {
+      throw py::error_already_set();
+   }
+   return py::reinterpret_steal<py::object>( made );
+}
+
+void put( py::dict& dictionary, const py::object& key, const py::object& value ) {
+   if( PyDict_SetItem( dictionary.ptr(), key.ptr(), value.ptr() ) != 0 ) {
+      throw py::error_already_set();
+   }
+}
+
+// The narrowest type for the field; a wide one has a row of words.
+py::array emptyColumn( const Field& field, std::size_t rows ) {
+   const auto length = static_cast<py::ssize_t>( rows );
+   if( field.width > 64 ) {
+      return py::array_t<U64>( { length, static_cast<py::ssize_t>( ( field.width + 63 ) / 64 ) } );
+   }
+   if( field.width > 32 ) {
+      return py::array_t<U64>( length );
+   }
+   if( field.width > 16 ) {
+      return py::array_t<U32>( length );
+   }
+   if( field.width > 8 ) {
+      return py::array_t<U16>( length );
+   }
+   return py::array_t<U8>( length );
+}
+
+constexpr std::size_t rowsAtOnce = 2048;
+
+std::size_t elementsOf( const py::array& array ) {
+   return static_cast<std::size_t>( array.size() );
+}
+std::size_t elementBytesOf( const py::array& array ) {
+   return static_cast<std::size_t>( array.itemsize() );
+}
+
+} // namespace
+
+PairLayout::PairLayout( py::handle table, py::handle chip, py::handle variant )
+   : PairLayout( Layout( textOf( table, "the table" ), chipTextOf( chip ),
+                         indexOf( variant, "variant", 0xff ) ) ) {}
+
+PairLayout::PairLayout( Layout layout ) : layout_( std::move( layout ) ) {}
+
+const PairLayout::Names& PairLayout::names() const {
+   if( !names_ ) {
+      const py::object make = py::module_::import( "vorn._types" ).attr( "Field" );
+      std::vector<py::object> keys;
+      py::list made;
+      for( const Field& field : layout_.fields() ) {
+         keys.push_back( interned( field.name ) );
+         made.append( make( keys.back(), interned( field.hardwareName ), field.identifier,
+                            field.offset, field.width, field.readOnly ) );
+      }
+      names_ = { std::move( keys ), py::tuple( made ) };
+   }
+   return *names_;
+}
+
+std::size_t PairLayout::positionOf( const Field& field ) const {
+   return static_cast<std::size_t>( &field - layout_.fields().data() );
+}
+
+py::object PairLayout::field( py::handle name ) const {
+   return names().fields[positionOf( layout_.field( textOf( name, "the name of a field" ) ) )];
+}
+
+bool PairLayout::has( py::handle name ) const {
+   return PyUnicode_Check( name.ptr() ) && layout_.has( textOf( name, "the name of a field" ) );
+}
+
+py::list PairLayout::keys() const {
+   py::list keys;
+   for( const py::object& key : names().keys ) {
+      keys.append( key );
+   }
+   return keys;
+}
+
+py::dict PairLayout::tag() const {
+   py::dict values;
+   for( const TagField& one : layout_.tag() ) {
+      put( values, interned( one.field.name ), intOf( one.value, one.field.width ) );
+   }
+   return values;
+}
+
+FieldValue PairLayout::fieldValueOf( py::handle name, py::handle value ) const {
+   const Field& field = layout_.field( textOf( name, "the name of a field" ) );
+   return { field.name, valueOf( value, layout_, field ) };
+}
+
+py::bytes PairLayout::encode( py::handle values, py::handle base, bool strict ) const {
+   if( !PyMapping_Check( values.ptr() ) || !py::hasattr( values, "items" ) ) {
+      throw Error( "the values are " + kindOf( values ) +
+                   "; give a dict of names of fields and their values" );
+   }
+   std::vector<FieldValue> given;
+   for( const py::handle item : py::list( values.attr( "items" )() ) ) {
+      const auto pair = py::reinterpret_borrow<py::tuple>( item );
+      given.push_back( fieldValueOf( pair[0], pair[1] ) );
+   }
+   const Overlap overlap = strict ? Overlap::refused : Overlap::laterHolds;
+   std::vector<U8> image;
+   if( base.is_none() ) {
+      image = compose( layout_, given, overlap );
+   } else {
+      const Buffer buffer( base, "the base" );
+      image = compose( layout_, buffer.bytes(), given, overlap );
+   }
+   return { reinterpret_cast<const char*>( image.data() ), image.size() };
+}
+
+py::object PairLayout::valueIn( std::span<const U8> image, const Field& field ) const {
+   return field.width <= 64 ? intOf( layout_.get( image, field ), 64 )
+                            : intOf( layout_.value( image, field ), field.width );
+}
+
+py::dict PairLayout::decode( py::handle image, py::handle names ) const {
+   const Buffer buffer( image, "the image" );
+   const auto bytes = buffer.bytes();
+   const auto& keys = this->names().keys;
+   py::dict result;
+   if( names.is_none() ) {
+      layout_.requireFields( bytes );
+      const auto fields = layout_.fields();
+      for( std::size_t i = 0; i < fields.size(); ++i ) {
+         put( result, keys[i], valueIn( bytes, fields[i] ) );
+      }
+   } else {
+      for( const Field* const field : fieldsOf( names, layout_ ) ) {
+         put( result, keys[positionOf( *field )], valueIn( bytes, *field ) );
+      }
+   }
+   return result;
+}
+
+py::dict PairLayout::decodeBatch( py::handle dump, py::handle names, py::handle stride ) const {
+   const Images images( layout_, dump, stride );
+   Columns columns( layout_ );
+   const auto& keys = this->names().keys;
+   py::dict result;
+   for( const Field* const field : fieldsOf( names, layout_ ) ) {
+      py::array column = emptyColumn( *field, images.rows() );
+      columns.add( field->name, column.mutable_data(), elementsOf( column ),
+                   elementBytesOf( column ) );
+      put( result, keys[positionOf( *field )], column );
+   }
+   const py::gil_scoped_release released;
+   columns.decode( images.bytes(), images.stride() );
+   return result;
+}
+
+void PairLayout::encodeColumns( py::array images, py::handle one, py::list given,
+                                bool strict ) const {
+   struct Column {
+      std::string_view name;
+      const U8* data;
+      std::size_t elements;
+      std::size_t elementBytes;
+   };
+   const std::size_t size = layout_.bytes();
+   const std::size_t rows = elementsOf( images ) / size;
+   const std::span bytes( static_cast<U8*>( images.mutable_data() ), rows * size );
+   std::vector<Column> columns;
+   for( const py::handle item : given ) {
+      const auto pair = py::reinterpret_borrow<py::tuple>( item );
+      const auto column = py::reinterpret_borrow<py::array>( pair[1] );
+      columns.push_back( { textOf( pair[0], "the name of a field" ),
+                           static_cast<const U8*>( column.data() ), elementsOf( column ),
+                           elementBytesOf( column ) } );
+   }
+   const std::string image = one.is_none() ? std::string() : one.cast<std::string>();
+   const Overlap overlap = strict ? Overlap::refused : Overlap::laterHolds;
+
+   const py::gil_scoped_release released;
+   const auto encode = [&]( std::size_t first, std::size_t count ) {
+      Columns some( layout_ );
+      for( const Column& column : columns ) {
+         const std::size_t perRow = column.elements / rows;
+         some.add( column.name,
+                   static_cast<const void*>( column.data + first * perRow * column.elementBytes ),
+                   count * perRow, column.elementBytes );
+      }
+      const auto part = bytes.subspan( first * size, count * size );
+      for( std::size_t at = 0; !image.empty() && at < part.size(); at += size ) {
+         std::memcpy( part.data() + at, image.data(), size );
+      }
+      some.encode( part, overlap );
+   };
+   try {
+      // Some rows at a time, which are still in the cache when their fields are set.
+      for( std::size_t first = 0; first < rows; first += rowsAtOnce ) {
+         encode( first, std::min( rowsAtOnce, rows - first ) );
+      }
+   } catch( const Error& ) {
+      encode( 0, rows ); // to name the row among all
+      throw;
+   }
+}
+
+py::object PairLayout::address( py::handle entry, py::handle array, py::handle identifier ) const {
+   const EntryIndex index{ indexOf( entry, "entry", 0xffffffff ),
+                           indexOf( array, "array", 0xffffffff ),
+                           indexOf( identifier, "identifier", 0xffffffff ) };
+   const auto found = layout_.address( index );
+   if( !found ) {
+      throw Error( layout_.pairText() + " has no address" );
+   }
+   return py::module_::import( "vorn._types" )
+      .attr( "Address" )( found->schanAddress, found->accessType, found->destBlock );
+}
+
+py::tuple PairLayout::arguments() const {
+   return py::make_tuple( textFrom( layout_.table() ), layout_.chip().name, layout_.variant() );
+}
+
+std::string PairLayout::text() const {
+   return "vorn.Layout" + std::string( py::repr( arguments() ) );
+}
+
+} // namespace Vorn::Python

@@ -1,0 +1,34 @@
+"""Entries of packet processor tables as dictionaries, dumps of them as columns and data frames.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> image = lif.encode({"vsi": 2000, "vlanEditVid1": 100})
+>>> lif.decode(image)["vsi"]
+2000
+"""
+
+from vorn._methods import diff, read_dump
+from vorn._types import Address, Dump, Error, Field, Location, MisuseError
+from vorn._vorn import ArrowTable, Layout, chips, identify, locate, pairs, tables
+
+__all__ = [
+    "Address",
+    "ArrowTable",
+    "Dump",
+    "Error",
+    "Field",
+    "Layout",
+    "Location",
+    "MisuseError",
+    "chips",
+    "diff",
+    "identify",
+    "locate",
+    "pairs",
+    "read_dump",
+    "tables",
+]
+
+# Where people find them, in messages and in pickles.
+for _type in (Address, ArrowTable, Dump, Error, Field, Layout, Location, MisuseError):
+    _type.__module__ = __name__
+del _type

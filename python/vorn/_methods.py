@@ -1,0 +1,305 @@
+"""What is made of the module with NumPy and pandas, which are imported when they are needed."""
+
+from __future__ import annotations
+
+import os
+from typing import IO, TYPE_CHECKING, Any, Iterable, Mapping, Optional, Union
+
+from vorn._types import Dump, Error, Field
+
+if TYPE_CHECKING:
+    import numpy as np
+    import pandas as pd
+    from numpy.typing import NDArray
+
+    from vorn._vorn import Buffer, Layout
+
+
+def _column(layout: Layout, field: Field, values: Any) -> NDArray[Any]:
+    """The values as an array that the module takes: unsigned, at least as wide as the field."""
+    import numpy as np
+
+    words = (field.width + 63) // 64
+    try:
+        array = np.asarray(values)
+    except ValueError as error:
+        raise Error(f"the values of field {field.name} are no array: {error}") from None
+    if array.dtype.kind == "O" or (words > 1 and array.ndim == 1):
+        # Python's ints, of any width. Each is encoded, and so checked, as if it were alone.
+        if array.ndim != 1:
+            raise Error(f"the values of field {field.name} have {array.ndim} dimensions, not 1")
+        images = b"".join(_alone(layout, field, row, value) for row, value in enumerate(array))
+        return layout.decode_batch(images, fields=[field.name])[field.name]
+    if array.dtype.kind == "i":
+        if array.size and array.min() < 0:
+            row = int(np.argwhere(array < 0)[0][0])
+            _alone(layout, field, row, array[row])
+        array = array.astype(np.uint64)
+    if array.dtype.kind not in "ub":
+        if array.size:
+            raise Error(
+                f"the values of field {field.name} are of type {array.dtype}; give unsigned ints"
+            )
+        array = np.zeros(array.shape, np.uint64)
+    shape = "(N,)" if words == 1 else f"(N, {words})"
+    if array.ndim != (1 if words == 1 else 2) or (words > 1 and array.shape[1] != words):
+        raise Error(
+            f"the values of field {field.name} have the shape {array.shape}; "
+            f"its {field.width} bits need {shape}"
+        )
+    wanted = 8 if words > 1 or field.width > 32 else 4 if field.width > 16 else 2
+    if field.width <= 8:
+        wanted = 1
+    if array.dtype.itemsize < wanted or array.dtype.kind == "b":
+        array = array.astype(f"u{wanted}")
+    return np.require(array, array.dtype.newbyteorder("="), ["C", "A"])
+
+
+def _alone(layout: Layout, field: Field, row: int, value: Any) -> bytes:
+    """The image of one value of a column; an error says which row it is in."""
+    if value is True or value is False:
+        value = int(value)
+    try:
+        return layout.encode({field.name: value}, strict=False)
+    except Error as error:
+        raise Error(f"row {row}: {error}") from None
+
+
+def _is_one(value: Any) -> bool:
+    """Whether it is the value of every row rather than a column."""
+    return isinstance(value, (int, str, float, bytes, type(None))) or (
+        hasattr(value, "__index__") and getattr(value, "ndim", 0) == 0
+    )
+
+
+def _overlap(left: Field, right: Field) -> bool:
+    return left.offset < right.offset + right.width and right.offset < left.offset + left.width
+
+
+def _require_tags(layout: Layout, images: Any) -> None:
+    for name, values in layout.decode_batch(images, fields=list(layout.tag)).items():
+        wrong = (values != layout.tag[name]).nonzero()[0]
+        if wrong.size:
+            row = int(wrong[0])
+            try:
+                layout.encode({}, base=images[row].tobytes())
+            except Error as error:
+                raise Error(f"row {row}: {error}") from None
+
+
+def encode_batch(
+    self: Layout,
+    values: Mapping[str, Any],
+    base: Optional[Buffer] = None,
+    *,
+    strict: bool = True,
+) -> NDArray[np.uint8]:
+    """The images of many entries as an (N, size) array, from an array or one value for each field.
+
+    The rest of each image is zero but for the tag, or as in base, which is one image or N of them.
+    A field of more than 64 bits takes an (N, words) array of uint64, or a list of ints.
+
+    >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+    >>> images = lif.encode_batch({"vsi": range(3), "vlanEditVid1": 100})
+    >>> images.shape
+    (3, 80)
+    >>> lif.decode_batch(images, fields=["vsi", "vlanEditVid1"])
+    {'vsi': array([0, 1, 2], dtype=uint16), 'vlanEditVid1': array([100, 100, 100], dtype=uint16)}
+    """
+    import numpy as np
+
+    if not isinstance(values, Mapping):
+        raise Error(
+            f"the values are a {type(values).__name__}; give a dict of names of fields and arrays"
+        )
+    fields = {name: self[name] for name in values}
+    columns: dict[str, NDArray[Any]] = {}
+    for name, value in values.items():
+        if not _is_one(value):
+            columns[name] = _column(self, fields[name], value)
+    lengths = {name: len(column) for name, column in columns.items()}
+    if len(set(lengths.values())) > 1:
+        given = ", ".join(f"{name} has {length}" for name, length in lengths.items())
+        raise Error(f"the columns differ in length: {given}")
+
+    size = self.size
+    bases = None if base is None else _bytes_of(self, base)
+    many = bases is not None and bases.size != size
+    rows = next(iter(lengths.values()), bases.size // size if bases is not None and many else 1)
+    if bases is not None and many and bases.size // size != rows:
+        raise Error(f"the base has {bases.size // size} images; the columns have {rows} rows")
+
+    # What every row has is encoded once, but where bits are shared with other fields' values.
+    shares = any(
+        _overlap(fields[one], fields[column])
+        for one in fields
+        for column in columns
+        if one != column
+    )
+    once = {name: value for name, value in values.items() if name not in columns}
+    fresh = self.decode(self.encode({}))
+    ordered = []
+    for name, value in values.items():
+        if name in columns:
+            column = columns[name]
+            if fields[name].read_only and (column == fresh[name]).all():
+                continue
+            ordered.append((name, column))
+        elif (many or shares) and not fields[name].read_only:
+            image = self.encode({name: value}, strict=False)
+            cell = self.decode_batch(image, fields=[name])[name]
+            ordered.append((name, np.repeat(cell, rows, axis=0)))
+
+    one: Optional[bytes] = None
+    if bases is not None and many:
+        self.encode(once, strict=strict)
+        images = bases.reshape(rows, size).copy()
+        _require_tags(self, images)
+    else:
+        images = np.empty((rows, size), np.uint8)
+        one = self.encode(once, base=None if bases is None else bases.tobytes(), strict=strict)
+    self._encode_columns(images, one, ordered, strict)
+    return images
+
+
+def _bytes_of(layout: Layout, base: Buffer) -> NDArray[np.uint8]:
+    """The bytes of one image, or of several."""
+    import numpy as np
+
+    try:
+        images = np.asarray(memoryview(base))
+    except (TypeError, ValueError):
+        images = None
+    if images is None or images.dtype.itemsize != 1 or images.size % layout.size or not images.size:
+        layout.encode({}, base=base)  # refuses it
+        raise Error("the base has rows that are no images")
+    return np.ascontiguousarray(images).reshape(-1).view(np.uint8)
+
+
+def _flat(column: NDArray[Any]) -> Any:
+    """A column of one dimension: wide values become Python's ints."""
+    import numpy as np
+
+    if column.ndim == 1:
+        return column
+    ints = np.empty(len(column), object)
+    ints[:] = [int.from_bytes(row.tobytes(), "little") for row in column]
+    return ints
+
+
+def frame(
+    self: Layout,
+    dump: Buffer,
+    fields: Optional[Iterable[str]] = None,
+    first_entry: int = 0,
+    stride: Optional[int] = None,
+) -> pd.DataFrame:
+    """The values of many entries as a data frame of pandas, indexed by entry.
+
+    The columns are those of decode_batch(); fields of more than 64 bits are columns of Python's
+    ints.
+
+    >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+    >>> dump = lif.encode_batch({"vsi": [7, 8], "vlanEditVid1": 100})
+    >>> lif.frame(dump, fields=["vsi", "vlanEditVid1"], first_entry=4096)
+           vsi  vlanEditVid1
+    entry                   
+    4096     7           100
+    4097     8           100
+    """
+    import pandas as pd
+
+    columns = self.decode_batch(dump, fields=fields, stride=stride)
+    rows = len(next(iter(columns.values()))) if columns else len(self.arrow(dump, [], stride))
+    index = pd.RangeIndex(first_entry, first_entry + rows, name="entry")
+    return pd.DataFrame(
+        {name: _flat(column) for name, column in columns.items()}, index=index, copy=False
+    )
+
+
+def diff(before: Buffer, after: Buffer, layout: Layout, first_entry: int = 0) -> pd.DataFrame:
+    """What differs between two dumps: a row for each value that isn't the same in both.
+
+    The rows are in order of the entry and then of the fields. The values are uint64, or Python's
+    ints where the pair has fields of more than 64 bits. Bits that no field has are not compared.
+
+    >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+    >>> before = lif.encode_batch({"vsi": [7, 8, 9]})
+    >>> after = lif.encode_batch({"vsi": [7, 5, 9]})
+    >>> changed = vorn.diff(before, after, lif)
+    >>> changed[changed.field == "vsi"]
+       entry field before after
+    1      1   vsi      8     5
+    """
+    import numpy as np
+    import pandas as pd
+
+    olds = layout.decode_batch(before)
+    news = layout.decode_batch(after)
+    sizes = [len(next(iter(columns.values()))) if columns else 0 for columns in (olds, news)]
+    if sizes[0] != sizes[1]:
+        raise Error(f"the dumps differ in length: {sizes[0]} and {sizes[1]} entries")
+    kind: Any = object if any(field.width > 64 for field in layout.fields) else np.uint64
+    entries, places, lefts, rights = [], [], [], []
+    for place, (name, old) in enumerate(olds.items()):
+        new = news[name]
+        differs = old != new
+        rows = np.flatnonzero(differs if old.ndim == 1 else differs.any(axis=1))
+        entries.append(rows)
+        places.append(np.full(len(rows), place))
+        lefts.append(_flat(old[rows]).astype(kind))
+        rights.append(_flat(new[rows]).astype(kind))
+    none = np.empty(0, np.int64)
+    entry = np.concatenate([none, *entries])
+    field = np.concatenate([none, *places])
+    order = np.lexsort((field, entry))
+    return pd.DataFrame(
+        {
+            "entry": entry[order] + first_entry,
+            "field": np.array([*olds, None], object)[:-1][field[order]],
+            "before": np.concatenate([np.empty(0, kind), *lefts])[order],
+            "after": np.concatenate([np.empty(0, kind), *rights])[order],
+        }
+    )
+
+
+def read_dump(
+    path: Union[str, os.PathLike[str], IO[str], IO[bytes]],
+    chip: Union[str, int, None] = None,
+    table: Optional[str] = None,
+    variant: int = 0,
+) -> Dump:
+    """The images in a text file, or in a file that is open: what the command vorn decode reads.
+
+    Without table and chip, each image has to say its pair, and all the same one. Bytes after an
+    entry are left out; an image may lack bytes after its last field, which are 0 then.
+
+    >>> import io
+    >>> text = io.StringIO("4523010000000000\\n4623010000000000\\n")
+    >>> images, entries = vorn.read_dump(text, chip="BCM88690_B0", table="TcamActionTable")
+    >>> entries
+    array([0, 1])
+    """
+    import numpy as np
+
+    from vorn._vorn import Layout, _images_in
+
+    if (chip is None) != (table is None):
+        missing = "chip" if chip is None else "table"
+        raise Error(f"read_dump lacks {missing}; give table and chip, or neither")
+    layout = None if table is None or chip is None else Layout(table, chip, variant)
+    text: Union[str, bytes]
+    if hasattr(path, "read"):
+        name, text = str(getattr(path, "name", "the file")), path.read()
+    else:
+        name = os.fspath(path)
+        try:
+            with open(name, "rb") as file:
+                text = file.read()
+        except OSError as error:
+            raise Error(f"cannot read {name}: {error.strerror}") from error
+    found, images = _images_in(text, name, layout)
+    if found is None:
+        raise Error(f"{name} has no image")
+    rows = np.frombuffer(images, np.uint8).reshape(-1, found.size)
+    return Dump(rows, np.arange(len(rows)))
