@@ -251,6 +251,11 @@ ArrowTable::ArrowTable( const Layout& layout, py::handle dump, py::handle names,
       throw Error( "batch_rows is 0; a batch has a row or more" );
    }
    auto fields = fieldsOf( names, layout );
+   for( auto field = fields.begin(); field != fields.end(); ++field ) {
+      if( std::find( fields.begin(), field, *field ) != field ) {
+         throw Error( "field " + std::string( ( *field )->name ) + " has a column already" );
+      }
+   }
    state_.reset( new State{ layout, std::move( fields ),
                             std::make_unique<Images>( layout, dump, stride ), rows } );
 }
