@@ -238,6 +238,7 @@ The values of many entries: a dict with an array for each field, or for those wi
 The dump is bytes, a memoryview, an mmap or the like, with an entry after the other or one every
 stride bytes; or an (N, size) array of uint8. It is read where it lies. Arrays are of the narrowest
 unsigned type; a field of more than 64 bits has shape (N, words), the least significant word first.
+Those of a large dump share memory that lives as long as one of them.
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> dump = lif.encode({"vsi": 1}) + lif.encode({"vsi": 2})

@@ -8,9 +8,15 @@
 #include <Vorn/Error.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
+#include <span>
 #include <string>
 #include <utility>
+#include <vector>
+
+#include <sys/mman.h>
 
 namespace Vorn::Python {
 
@@ -34,22 +40,66 @@ void put( py::dict& dictionary, const py::object& key, const py::object& value )
 }
 
 // The narrowest type for the field; a wide one has a row of words.
-py::array emptyColumn( const Field& field, std::size_t rows ) {
+py::dtype typeOf( const Field& field ) {
+   return field.width > 32   ? py::dtype::of<U64>()
+          : field.width > 16 ? py::dtype::of<U32>()
+          : field.width > 8  ? py::dtype::of<U16>()
+                             : py::dtype::of<U8>();
+}
+
+std::vector<py::ssize_t> shapeOf( const Field& field, std::size_t rows ) {
    const auto length = static_cast<py::ssize_t>( rows );
    if( field.width > 64 ) {
-      return py::array_t<U64>( { length, static_cast<py::ssize_t>( ( field.width + 63 ) / 64 ) } );
+      return { length, static_cast<py::ssize_t>( ( field.width + 63 ) / 64 ) };
    }
-   if( field.width > 32 ) {
-      return py::array_t<U64>( length );
-   }
-   if( field.width > 16 ) {
-      return py::array_t<U32>( length );
-   }
-   if( field.width > 8 ) {
-      return py::array_t<U16>( length );
-   }
-   return py::array_t<U8>( length );
+   return { length };
 }
+
+// Makes the columns of a batch. Those of a large one share a block of huge pages: touching new
+// memory page by page takes longer than decoding into it.
+class ColumnMaker {
+public:
+   ColumnMaker( std::span<const Field* const> fields, std::size_t rows ) : rows_( rows ) {
+      std::size_t bytes = 0;
+      for( const Field* const field : fields ) {
+         bytes += bytesOf( *field );
+      }
+      if( bytes < 2 * hugePage ) {
+         return;
+      }
+      bytes = ( bytes + hugePage - 1 ) / hugePage * hugePage;
+      next_ = static_cast<U8*>( std::aligned_alloc( hugePage, bytes ) );
+      if( !next_ ) {
+         throw std::bad_alloc();
+      }
+      block_ = py::capsule( next_, []( void* memory ) { std::free( memory ); } );
+      madvise( next_, bytes, MADV_HUGEPAGE ); // where there are none, others do
+   }
+
+   py::array make( const Field& field ) {
+      if( !next_ ) {
+         return py::array( typeOf( field ), shapeOf( field, rows_ ) );
+      }
+      U8* const data = next_;
+      next_ += bytesOf( field );
+      return py::array( typeOf( field ), shapeOf( field, rows_ ), data, block_ );
+   }
+
+private:
+   static constexpr std::size_t hugePage = std::size_t{ 2 } << 20;
+   static constexpr std::size_t cacheLine = 64;
+
+   std::size_t bytesOf( const Field& field ) const {
+      const std::size_t words = ( field.width + 63 ) / 64;
+      const std::size_t bytes =
+         rows_ * words * static_cast<std::size_t>( typeOf( field ).itemsize() );
+      return ( bytes + cacheLine - 1 ) / cacheLine * cacheLine;
+   }
+
+   std::size_t rows_;
+   U8* next_ = nullptr;
+   py::object block_;
+};
 
 constexpr std::size_t rowsAtOnce = 2048;
 
@@ -166,8 +216,10 @@ py::dict PairLayout::decodeBatch( py::handle dump, py::handle names, py::handle 
    Columns columns( layout_ );
    const auto& keys = this->names().keys;
    py::dict result;
-   for( const Field* const field : fieldsOf( names, layout_ ) ) {
-      py::array column = emptyColumn( *field, images.rows() );
+   const auto fields = fieldsOf( names, layout_ );
+   ColumnMaker maker( fields, images.rows() );
+   for( const Field* const field : fields ) {
+      py::array column = maker.make( *field );
       columns.add( field->name, column.mutable_data(), elementsOf( column ),
                    elementBytesOf( column ) );
       put( result, keys[positionOf( *field )], column );
