@@ -133,21 +133,96 @@ std::string textOf( const Location& found ) {
           " in block " + std::to_string( found.address.destBlock );
 }
 
-[[noreturn]] void refuseAddress( const std::vector<Memory>& memories, U32 address,
-                                 const std::string& where ) {
+} // namespace
+
+AddressRange parseAddresses( std::string_view text ) {
+   const auto addressIn = []( std::string_view one ) {
+      constexpr U64 largest = 0xffffffff;
+      const U64 address = parseIndex( one, "address", largest );
+      if( address > largest ) {
+         throw Error( "address " + shown( one ) + " is out of range; it is at most " +
+                      std::to_string( largest ) );
+      }
+      return static_cast<U32>( address );
+   };
+   const auto dash = text.find( '-', 1 );
+   if( dash == std::string_view::npos ) {
+      const U32 only = addressIn( text );
+      return { only, only };
+   }
+   const auto before = text.substr( 0, dash );
+   const auto after = text.substr( dash + 1 );
+   if( after.empty() ) {
+      throw Error( "bad range " + inQuotes( text ) + " of addresses; write it as first-last" );
+   }
+   const AddressRange range{ addressIn( before ), addressIn( after ) };
+   if( range.last < range.first ) {
+      throw Error( "range " + shown( text ) + " of addresses ends before it begins; did you mean " +
+                   shown( after ) + '-' + shown( before ) + '?' );
+   }
+   return range;
+}
+
+Locator::Locator( const Chip& chip, std::optional<U8> destBlock, bool boundedOnly )
+   : memories_( memoriesOn( chip ) ) {
+   if( boundedOnly ) {
+      std::erase_if( memories_, []( const Memory& memory ) { return memory.isUnbounded(); } );
+   }
+   if( memories_.empty() ) {
+      throw Error( "no memory of " + chip.name + " has an address" );
+   }
+   where_ = " on " + chip.name;
+   if( destBlock ) {
+      narrow( memories_, *destBlock, chip );
+      where_ = " in block " + std::to_string( *destBlock ) + where_;
+   }
+}
+
+std::vector<Location> Locator::at( U32 address ) const {
+   std::vector<Location> locations;
+   for( const Memory& memory : memories_ ) {
+      const auto own = memory.at( address );
+      locations.insert( locations.end(), own.begin(), own.end() );
+   }
+   return locations;
+}
+
+std::optional<U32> Locator::next( U64 address ) const {
+   std::optional<U32> nearest;
+   if( address > 0xffffffff ) {
+      return nearest;
+   }
+   const auto wanted = static_cast<U32>( address );
+   for( const Memory& memory : memories_ ) {
+      if( !memory.at( wanted ).empty() ) {
+         return wanted;
+      }
+      const auto above = memory.after( wanted );
+      if( above && ( !nearest || above->address.schanAddress < *nearest ) ) {
+         nearest = above->address.schanAddress;
+      }
+   }
+   return nearest;
+}
+
+void Locator::refuse( const AddressRange& range ) const {
    std::optional<Location> before;
    std::optional<Location> after;
-   for( const Memory& memory : memories ) {
-      const auto below = memory.before( address );
+   for( const Memory& memory : memories_ ) {
+      const auto below = memory.before( range.first );
       if( below && ( !before || before->address.schanAddress < below->address.schanAddress ) ) {
          before = below;
       }
-      const auto above = memory.after( address );
+      const auto above = memory.after( range.last );
       if( above && ( !after || above->address.schanAddress < after->address.schanAddress ) ) {
          after = above;
       }
    }
-   std::string message = "nothing lies at " + hexOf( address ) + where;
+   std::string message = "nothing lies " +
+                         ( range.first == range.last
+                              ? "at " + hexOf( range.first )
+                              : "from " + hexOf( range.first ) + " to " + hexOf( range.last ) ) +
+                         where_;
    if( before ) {
       message += "; below it " + textOf( *before );
    }
@@ -157,25 +232,11 @@ std::string textOf( const Location& found ) {
    throw Error( message );
 }
 
-} // namespace
-
 std::vector<Location> locate( const Chip& chip, U32 address, std::optional<U8> destBlock ) {
-   auto memories = memoriesOn( chip );
-   if( memories.empty() ) {
-      throw Error( "no memory of " + chip.name + " has an address" );
-   }
-   std::string where = " on " + chip.name;
-   if( destBlock ) {
-      narrow( memories, *destBlock, chip );
-      where = " in block " + std::to_string( *destBlock ) + where;
-   }
-   std::vector<Location> locations;
-   for( const Memory& memory : memories ) {
-      const auto own = memory.at( address );
-      locations.insert( locations.end(), own.begin(), own.end() );
-   }
+   const Locator locator( chip, destBlock );
+   auto locations = locator.at( address );
    if( locations.empty() ) {
-      refuseAddress( memories, address, where );
+      locator.refuse( { address, address } );
    }
    return locations;
 }

@@ -54,21 +54,31 @@ unsigned editDistance( std::string_view left, std::string_view right ) {
    return distanceOfLetters( letters( left ), letters( right ) );
 }
 
-std::optional<std::string_view> nearest( std::string_view wrong,
-                                         std::span<const std::string_view> right ) {
-   std::optional<std::string_view> best;
+std::vector<std::string_view> allNearest( std::string_view wrong,
+                                          std::span<const std::string_view> right ) {
+   std::vector<std::string_view> best;
    if( wrong.size() > longestName ) {
       return best;
    }
    unsigned bestDistance = 0;
    for( const auto name : right ) {
       const unsigned d = editDistance( wrong, name );
-      if( d <= std::max( wrong.size(), name.size() ) / 3 && ( !best || d < bestDistance ) ) {
-         best = name;
-         bestDistance = d;
+      if( d > std::max( wrong.size(), name.size() ) / 3 || ( !best.empty() && d > bestDistance ) ) {
+         continue;
       }
+      if( d < bestDistance ) {
+         best.clear();
+      }
+      best.push_back( name );
+      bestDistance = d;
    }
    return best;
+}
+
+std::optional<std::string_view> nearest( std::string_view wrong,
+                                         std::span<const std::string_view> right ) {
+   const auto best = allNearest( wrong, right );
+   return best.empty() ? std::nullopt : std::optional( best.front() );
 }
 
 std::string suggestion( std::string_view wrong, std::span<const std::string_view> right ) {

@@ -50,6 +50,17 @@ std::string inBash( const std::string& line ) {
    return outcome.out;
 }
 
+// What fish offers for the line, one word a line.
+std::string inFish( const std::string& line ) {
+   const auto outcome =
+      Testing::run( "env", { "fish", "--no-config", "-c",
+                             "set -p PATH (path dirname '" VORN_BINARY "'); source '" + folder +
+                                "/vorn.fish'; complete -C $argv[1] | string replace -r '\\t.*' ''",
+                             line } );
+   EXPECT_EQ( outcome.err, "" );
+   return outcome.out;
+}
+
 // What zsh makes of the line and a tab.
 std::string inZsh( const std::string& line ) {
    return Testing::run( "zsh", { "-f", VORN_TESTS "/complete.zsh", folder, VORN_BINARY, line } )
@@ -93,6 +104,22 @@ TEST( Complete, chips ) {
    // Those that the table serves.
    EXPECT_EQ( candidates( { "decode", "EvecTable", "--chip", "BCM886" } ),
               ( Words{ "BCM88650_B0", "BCM88660_A0", "BCM88680_A0" } ) );
+}
+
+TEST( Complete, chipsAndVariantsToCompare ) {
+   EXPECT_EQ( candidates( { "layout", "EvecTable", "--diff", "BCM8866" } ),
+              Words{ "BCM88660_A0" } );
+   EXPECT_EQ( candidates( { "layout", "OutAcBank", "--diff", "4:" } ),
+              ( Words{ "4:0", "4:1", "4:2" } ) );
+   EXPECT_EQ( candidates( { "layout", "OutAcBank", "--diff", "4:0", "BCM88690_B0:" } ),
+              Words{ "BCM88690_B0:0" } );
+   EXPECT_EQ( candidates( { "layout", "OutAcBank", "--diff=4:2" } ), Words{ "--diff=4:2" } );
+   EXPECT_EQ( candidates( { "layout", "OutAcBank", "--diff", "BMC:" } ), Words() );
+}
+
+TEST( Complete, namesOfFields ) {
+   EXPECT_EQ( candidates( { "field", "pphFheiIveS" } ), Words{ "pphFheiIveSize" } );
+   EXPECT_EQ( candidates( { "field", "--chip", "Soft" } ), Words{ "Software" } );
 }
 
 TEST( Complete, variants ) {
@@ -151,6 +178,7 @@ TEST( Complete, inBash ) {
    EXPECT_EQ( inBash( "vorn encode  OutAcBank --chip=4 --variant=" ), "0\n1\n2\n" );
    EXPECT_EQ( inBash( "vorn encode TcamBankTable --chip 10 tcamCpuCmdWr=1 tcamCpuCmdR" ),
               "tcamCpuCmdRd=\n" );
+   EXPECT_EQ( inBash( "vorn layout OutAcBank --diff 4:" ), "4:0\n4:1\n4:2\n" );
    EXPECT_EQ( inBash( "vorn trace addr" ), "address\n" );
    EXPECT_EQ( inBash( "vorn program entr" ), "\n" );
 }
@@ -164,6 +192,19 @@ TEST( Complete, inZsh ) {
    EXPECT_EQ( inZsh( "vorn locate --chip=Soft" ), "vorn locate --chip=Software |\n" );
    EXPECT_EQ( inZsh( "vorn encode TcamBankTable --chip 10 tcamCpuCmdW" ),
               "vorn encode TcamBankTable --chip 10 tcamCpuCmdWr=|\n" );
+   EXPECT_EQ( inZsh( "vorn layout LifTable --diff Software:" ),
+              "vorn layout LifTable --diff Software:0 |\n" );
    EXPECT_EQ( inZsh( "vorn program " VORN_EXAMPLES "/entr" ),
               "vorn program " VORN_EXAMPLES "/entries.jsonl |\n" );
+}
+
+TEST( Complete, inFish ) {
+   if( !isInstalled( "fish" ) ) {
+      GTEST_SKIP() << "there is no fish";
+   }
+   EXPECT_EQ( inFish( "vorn enc" ), "encode\n" );
+   EXPECT_EQ( inFish( "vorn locate --chip BCM8848" ), "BCM88480_A0\nBCM88480_B0\n" );
+   EXPECT_EQ( inFish( "vorn locate --chip=BCM8848" ), "--chip=BCM88480_A0\n--chip=BCM88480_B0\n" );
+   EXPECT_EQ( inFish( "vorn layout OutAcBank --diff 4:" ), "4:0\n4:1\n4:2\n" );
+   EXPECT_EQ( inFish( "vorn program " VORN_EXAMPLES "/entr" ), VORN_EXAMPLES "/entries.jsonl\n" );
 }

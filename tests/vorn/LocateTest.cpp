@@ -133,8 +133,63 @@ TEST( Locate, linesForAPerson ) {
       "TcamActionTable         0                5      2           1           6          6\n"
       "TcamBankIpv4Tt          0         17829893      0           0          10          1\n"
       "TcamBankTableFormatter  0         17829893      0           0          10          1\n" );
-   EXPECT_EQ( outcome.err, "" );
+   // Memories that would have every address are explained.
+   EXPECT_EQ( outcome.err,
+              "vorn: 4294967295 entries mean that no size is stated: LifTable, OutAcBank, "
+              "TcamBankIpv4Tt, TcamBankTableFormatter would have nearly every address; --bounded "
+              "leaves such memories out\n" );
    EXPECT_EQ( outcome.status, 0 );
+   Testing::expectPrinted(
+      { "locate", "--chip", "BCM88690_B0", "--bounded", "0x1101005" },
+      "table            variants  entry  array  identifier  accessType  destBlock\n"
+      "TcamActionTable  0             5      2           0           4          6\n"
+      "TcamActionTable  0             5      2           1           6          6\n" );
+   Testing::expectRefused( { "locate", "--chip", "10", "--bounded", "0xfffffff0" },
+                           "vorn: nothing lies at 0xfffffff0 on BCM88690_B0; below it 0x2f1007f is "
+                           "entry 127 of IvecTable variant 2 in block 2" );
+}
+
+TEST( Locate, manyAddressesHaveTheirsInFront ) {
+   const std::string places =
+      " address  table          variants  entry  array  identifier  accessType  destBlock\n"
+      "0x130ffe  EpniIsidTable  any        4094      0           0           0          3\n"
+      "0x130fff  EpniIsidTable  any        4095      0           0           0          3\n"
+      "0x140000  OutAcBank      0-2           0      0           0           0          3\n";
+   const std::vector<std::string> command{ "locate", "--chip", "2", "--dest-block", "3" };
+   const auto withMore = [&]( std::vector<std::string> more ) {
+      more.insert( more.begin(), command.begin(), command.end() );
+      return more;
+   };
+   Testing::expectPrinted( withMore( { "0x130ffe", "0x130fff", "0x140000" } ), places );
+   Testing::expectPrinted( withMore( { "-" } ), places,
+                           "# what the log says\n0x130ffe-0x130fff\r\n\n1310720 # the same\n" );
+   Testing::expectPrinted( withMore( { "0x130ffe-0x130fff", "-" } ), places, "0x140000" );
+   const auto gap = vorn( withMore( { "0x130ffe-0x140000" } ) );
+   EXPECT_EQ( gap.out, places );
+   EXPECT_EQ( gap.err,
+              "vorn: nothing lies at 61440 of the 61443 addresses from 0x130ffe to 0x140000\n" );
+   EXPECT_EQ( gap.status, 0 );
+}
+
+TEST( Locate, manyAddressesAreRefusedAtTheirPlace ) {
+   const std::vector<std::string> command{ "locate", "--chip", "2", "--dest-block", "3", "-" };
+   const auto outcome = vorn( command, "0x130fff\n 0x130ffe,0x13100g 0x140000\n" );
+   EXPECT_EQ( Testing::linesOf( outcome.out ).size(), 3u );
+   EXPECT_EQ(
+      outcome.err,
+      "<stdin>:2:11: bad number \"0x13100g\" for address; write hexadecimal digits after 0x\n" );
+   EXPECT_EQ( outcome.status, 1 );
+   Testing::expectRefused( command,
+                           "<stdin>:1:1: nothing lies from 0x131000 to 0x13ffff in block 3 on "
+                           "BCM88650_B0; below it 0x130fff is entry 4095 of EpniIsidTable in block "
+                           "3; above it 0x140000 is entry 0 of array element 0 of OutAcBank "
+                           "variant 0 in block 3",
+                           "0x131000-0x13ffff" );
+   Testing::expectRefused(
+      { "locate", "--chip", "2", "5-3" },
+      "vorn: range 5-3 of addresses ends before it begins; did you mean 3-5?" );
+   Testing::expectRefused( { "locate", "--chip", "2", "0x130fff", "5-" },
+                           "vorn: bad range \"5-\" of addresses; write it as first-last" );
 }
 
 TEST( Locate, variantsThatLieElsewhereHaveTheirOwnLine ) {

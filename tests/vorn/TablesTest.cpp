@@ -133,6 +133,23 @@ TEST( Tables, jsonAgreesWithTheRegistry ) {
    }
 }
 
+TEST( Tables, ofOneChipType ) {
+   const auto lines = tables( { "--chip", "Software" } );
+   ASSERT_EQ( lines.size(), 4u );
+   EXPECT_TRUE( lines[2].starts_with( "LifTable " ) ) << lines[2];
+   EXPECT_EQ( lines[3], "   21: 0" );
+   const auto objects = tables( { "--chip=10", "--json" } );
+   for( const auto& line : objects ) {
+      const auto object = Json::parse( line );
+      for( const auto& pair : object["pairs"] ) {
+         EXPECT_EQ( pair["chip"], "BCM88690_B0" );
+         EXPECT_LE( pair["fields"], object["fields"] );
+      }
+   }
+   Testing::expectRefused( { "tables", "--chip", "Sofware" },
+                           "vorn: unknown chip \"Sofware\"; did you mean Software?" );
+}
+
 TEST( Tables, aFullDeviceIsAnError ) {
    const auto outcome = Testing::vorn( { "tables" }, {}, "/dev/full" );
    EXPECT_EQ( outcome.err, "vorn: cannot write standard output: No space left on device\n" );

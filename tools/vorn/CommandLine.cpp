@@ -19,8 +19,8 @@ namespace {
 
 // The verbs, in the order in which the help lists them.
 constexpr AddVerb addVerbs[] = {
-   addTables,   addLayout,  addEncode, addDecode,    addProgram,
-   addIdentify, addAddress, addLocate, addReference,
+   addTables,  addField,    addLayout,  addEncode, addDecode,
+   addProgram, addIdentify, addAddress, addLocate, addReference,
 };
 
 using Names = std::vector<std::string>;

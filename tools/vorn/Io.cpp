@@ -54,6 +54,10 @@ int writeAll( int descriptor, std::string_view text ) noexcept {
    return 0;
 }
 
+void note( std::string_view message ) {
+   writeAll( STDERR_FILENO, "vorn: " + std::string( message ) + '\n' );
+}
+
 void Output::write( std::string_view lines ) {
    pending_ += lines;
    if( pending_.size() >= enough ) {

@@ -17,6 +17,9 @@ namespace Vorn {
 // says why it failed.
 int writeAll( int descriptor, std::string_view text ) noexcept;
 
+// Tells the person at standard error something in one line, after "vorn: ".
+void note( std::string_view message );
+
 // Standard output, written when enough has gathered and at flush(). A failed write is an Error.
 class Output {
 public:

@@ -24,6 +24,7 @@ struct Verb {
 
 // Each adds a verb to the command line; its arguments live as long as its `run`.
 Verb addTables( CLI::App& commandLine );
+Verb addField( CLI::App& commandLine );
 Verb addEncode( CLI::App& commandLine );
 Verb addDecode( CLI::App& commandLine );
 Verb addProgram( CLI::App& commandLine );

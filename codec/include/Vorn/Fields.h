@@ -1,7 +1,9 @@
 // Fields over all tables: where one exists, by any of its names.
 #pragma once
 
+#include <Vorn/Chip.h>
 #include <Vorn/Export.h>
+#include <Vorn/Layout.h>
 #include <Vorn/Pairs.h>
 
 #include <Kelvar/Types.h>
@@ -22,10 +24,30 @@ struct FieldUse {
 };
 
 // Where the field is that has this name, hardware name or identifier, in order of the tables. One
-// that no table has is an Error with the nearest right name.
+// that no table has is an Error with the nearest right names. In a name, * stands for any
+// characters and ? for any one: the fields are in order of their identifiers then.
 //
 //    for( const Vorn::FieldUse& use : Vorn::usesOf( "VLAN_DOMAIN" ) ) { ... use.table ... }
+//    Vorn::usesOf( "vlanEdit*" );
 VORN_API std::vector<FieldUse> usesOf( std::string_view nameOrIdentifier );
+
+// The same on one chip type; a field that it lacks is an Error, which says where it exists.
+VORN_API std::vector<FieldUse> usesOf( std::string_view nameOrIdentifier, const Chip& chip );
+
+// Where a field lies, and the pairs of one table that have it there.
+struct FieldPlace {
+   U32 offset; // in bits
+   U32 width;
+   std::vector<ChipVariants> pairs; // in order of the chip type
+};
+
+// The places of a field in its table, in order of the first pair that has it there.
+VORN_API std::vector<FieldPlace> placesOf( const FieldUse& use );
+
+// The fields of a pair that a list names, "vsi,vlanEditVid1", in the order of the list. In a name,
+// * and ? stand for other characters. What the pair lacks, a name that is given twice and an empty
+// one are BadTexts.
+VORN_API std::vector<Field> fieldsIn( std::string_view list, const Layout& layout );
 
 // The name of the field with this identifier in the hardware's documents; empty where there is no
 // such field.

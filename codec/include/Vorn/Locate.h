@@ -7,6 +7,9 @@
 #include <Kelvar/Types.h>
 
 #include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace Vorn {
@@ -35,6 +38,10 @@ public:
 
    const Layout& layout() const { return layout_; }
 
+   // No number of entries is stated: the memory has the largest number that there is, 4294967295,
+   // and with them nearly every address, whatever else lies there.
+   bool isUnbounded() const { return layout_.info().entries == 0xffffffff; }
+
    // In order of the instance, then of the array element.
    std::vector<Location> at( U32 address ) const;
 
@@ -61,5 +68,43 @@ private:
 
 // The memories of a chip type that have an address, in registry order.
 VORN_API std::vector<Memory> memoriesOn( const Chip& chip );
+
+// Addresses from the first to the last of them.
+struct AddressRange {
+   U32 first;
+   U32 last;
+
+   U64 count() const { return U64( last ) - first + 1; }
+};
+
+// An address, or a range of them as "0x1101000-0x110100f"; else an Error.
+VORN_API AddressRange parseAddresses( std::string_view text );
+
+// The same as locate() for many addresses of one chip type.
+//
+//    const Vorn::Locator locator( Vorn::chipOf( 10 ) );
+//    for( auto a = locator.next( range.first ); a && *a <= range.last; a = locator.next( *a + 1 ) )
+class VORN_API Locator {
+public:
+   // `boundedOnly` leaves out the memories that are unbounded. A chip type or a block where no
+   // memory is left is an Error.
+   explicit Locator( const Chip& chip, std::optional<U8> destBlock = std::nullopt,
+                     bool boundedOnly = false );
+
+   std::span<const Memory> memories() const { return memories_; }
+
+   // What lies at the address, or nothing.
+   std::vector<Location> at( U32 address ) const;
+
+   // The first address from this one on at which something lies.
+   std::optional<U32> next( U64 address ) const;
+
+   // Ends with the nearest entries around addresses where nothing lies.
+   [[noreturn]] void refuse( const AddressRange& range ) const;
+
+private:
+   std::vector<Memory> memories_;
+   std::string where_;
+};
 
 } // namespace Vorn

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Vorn {
 
@@ -18,6 +19,10 @@ VORN_API unsigned editDistance( std::string_view left, std::string_view right );
 // meant: at most a third of the longer one's length.
 VORN_API std::optional<std::string_view> nearest( std::string_view wrong,
                                                   std::span<const std::string_view> right );
+
+// All names at that least distance, in their order.
+VORN_API std::vector<std::string_view> allNearest( std::string_view wrong,
+                                                   std::span<const std::string_view> right );
 
 // The end of a message about a wrong name: "; did you mean vlanDomain?", or the whole list when
 // no name is near: "; allowed: vlanDomain, portEmAccCmd".

@@ -7,6 +7,7 @@
 #include <Vorn/Layout.h>
 #include <Vorn/Pairs.h>
 
+#include <Hardware/FieldId.h>
 #include <Hardware/Registry.h>
 
 #include <CLI/CLI.hpp>
@@ -30,8 +31,10 @@ struct Candidate {
 
 using Candidates = std::vector<Candidate>;
 
-// The values that the words before have given, by the name of their option or argument.
+// The values that the words before have given, by the name of their option or argument, and what
+// there is of the cursor's own by the name `cursor`.
 using Given = std::map<std::string, std::string>;
+constexpr const char* cursor = "";
 
 std::string valueIn( const Given& given, const std::string& name ) {
    const auto found = given.find( name );
@@ -68,6 +71,21 @@ Candidates variants( const Given& given ) {
    return result;
 }
 
+// A chip type, or a chip type and a variant of the table as CHIP:VARIANT.
+Candidates sides( const Given& given ) {
+   const auto word = valueIn( given, cursor );
+   const auto colon = word.find( ':' );
+   if( colon == std::string::npos ) {
+      return chips( given );
+   }
+   const auto chip = word.substr( 0, colon );
+   Candidates result = variants( { { "TABLE", valueIn( given, "TABLE" ) }, { "--chip", chip } } );
+   for( Candidate& candidate : result ) {
+      candidate.word.insert( 0, chip + ':' );
+   }
+   return result;
+}
+
 Candidates fields( const Given& given ) {
    const auto variant = valueIn( given, "--variant" );
    const Layout layout = layoutOf(
@@ -82,10 +100,18 @@ Candidates fields( const Given& given ) {
    return result;
 }
 
+Candidates allFields( const Given& ) {
+   Candidates result;
+   for( const auto& field : Hardware::fieldCatalogue() ) {
+      result.push_back( { std::string( field.name ), std::string( field.hardwareName ) } );
+   }
+   return result;
+}
+
 // The values of an option or argument, by its name.
 const std::map<std::string, Candidates ( * )( const Given& )> valuesOf{
-   { "TABLE", tables },       { "--chip", chips },       { "--diff", chips },
-   { "--variant", variants }, { "field=value", fields },
+   { "TABLE", tables },       { "--chip", chips },       { "--diff", sides },
+   { "--variant", variants }, { "field=value", fields }, { "FIELD", allFields },
 };
 
 // The values that a name such as "ascii|unicode" lists; there are none in "NAME|NUMBER".
@@ -211,12 +237,15 @@ Candidates Words::options() const {
 
 Candidates Words::candidates( const std::string& word ) const {
    Candidates result;
+   Given given = given_;
+   given[cursor] = word;
    if( awaiting_ ) {
-      result = valuesFor( *awaiting_, given_ );
+      result = valuesFor( *awaiting_, given );
    } else if( const auto equals = word.find( '=' );
               word.starts_with( '-' ) && equals != std::string::npos ) {
       if( const auto* const option = optionIn( word ) ) {
-         result = valuesFor( *option, given_ );
+         given[cursor] = word.substr( equals + 1 );
+         result = valuesFor( *option, given );
          for( Candidate& candidate : result ) {
             candidate.word.insert( 0, word.substr( 0, equals + 1 ) );
          }
@@ -226,7 +255,7 @@ Candidates Words::candidates( const std::string& word ) const {
    } else if( !app_->get_subcommands( {} ).empty() ) {
       result = verbs();
    } else if( const auto* const argument = nextArgument() ) {
-      result = valuesFor( *argument, given_ );
+      result = valuesFor( *argument, given );
    }
    std::erase_if(
       result, [&]( const Candidate& candidate ) { return !candidate.word.starts_with( word ); } );

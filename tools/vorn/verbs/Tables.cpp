@@ -5,6 +5,7 @@
 
 #include <Vorn/Chip.h>
 #include <Vorn/Difference.h>
+#include <Vorn/Layout.h>
 #include <Vorn/Pairs.h>
 #include <Vorn/Text.h>
 
@@ -16,13 +17,20 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
+#include <utility>
 
 namespace Vorn {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+struct TablesArguments {
+   std::optional<std::string> chip;
+   bool json = false;
+};
 
 std::string listed( const std::set<U32>& numbers ) {
    std::string result;
@@ -40,12 +48,41 @@ bool isTable( std::string_view table, const std::vector<ChipVariants>& pairs ) {
    return infoOf( table, pairs.front().chip, pairs.front().variants.front() ).isTable;
 }
 
-std::string tableLines() {
+// Its pairs, or those of one chip type.
+std::vector<ChipVariants> pairsFor( std::string_view table, const Chip* chip ) {
+   if( !chip ) {
+      return pairsOf( table );
+   }
+   std::vector<ChipVariants> pairs;
+   if( auto own = variantsOn( table, chip->number ) ) {
+      pairs.push_back( std::move( *own ) );
+   }
+   return pairs;
+}
+
+// How many fields the pairs have together.
+std::size_t fieldsOf( std::string_view table, const std::vector<ChipVariants>& pairs ) {
+   std::set<std::string_view> names;
+   for( const ChipVariants& pair : pairs ) {
+      for( const U32 variant : pair.variants ) {
+         const Layout layout( table, U64( pair.chip ), variant );
+         for( const Field& field : layout.fields() ) {
+            names.insert( field.name );
+         }
+      }
+   }
+   return names.size();
+}
+
+std::string tableLines( const Chip* chip ) {
    std::vector<std::vector<std::string>> rows{ { "name", "fields", "words", "instances",
                                                  "entries" } };
    std::vector<std::string> secondLines{ "chip types: variants" };
    for( const auto table : Hardware::classNames() ) {
-      const auto pairs = pairsOf( table );
+      const auto pairs = pairsFor( table, chip );
+      if( pairs.empty() ) {
+         continue;
+      }
       std::map<std::string_view, std::set<U32>> numbers;
       for( const ChipVariants& pair : pairs ) {
          for( const U32 variant : pair.variants ) {
@@ -54,8 +91,7 @@ std::string tableLines() {
             }
          }
       }
-      rows.push_back( { std::string( table ),
-                        std::to_string( Hardware::classFields( table ).size() ),
+      rows.push_back( { std::string( table ), std::to_string( fieldsOf( table, pairs ) ),
                         listed( numbers["words"] ), listed( numbers["instances"] ),
                         listed( numbers["entries"] ) } );
       secondLines.push_back( textOf( pairs ) + ( isTable( table, pairs ) ? "" : " (register)" ) );
@@ -82,14 +118,17 @@ Json pairJson( std::string_view table, const ChipVariants& pair, U32 variant ) {
    return object;
 }
 
-std::string tablesJson() {
+std::string tablesJson( const Chip* chip ) {
    std::string text;
    for( const auto table : Hardware::classNames() ) {
-      const auto pairs = pairsOf( table );
+      const auto pairs = pairsFor( table, chip );
+      if( pairs.empty() ) {
+         continue;
+      }
       Json object;
       object["name"] = table;
       object["kind"] = isTable( table, pairs ) ? "table" : "register";
-      object["fields"] = Hardware::classFields( table ).size();
+      object["fields"] = fieldsOf( table, pairs );
       auto& list = object["pairs"] = Json::array();
       for( const ChipVariants& pair : pairs ) {
          for( const U32 variant : pair.variants ) {
@@ -105,20 +144,27 @@ std::string tablesJson() {
 
 Verb addTables( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "tables", "List the tables and registers" );
-   const auto json = std::make_shared<bool>( false );
-   verb->add_flag( "--json", *json, "Print a JSON object for each, in a line of its own" );
+   const auto arguments = std::make_shared<TablesArguments>();
+   verb->add_option( "--chip", arguments->chip, "Only what this chip type has, by name or number" )
+      ->type_name( "NAME|NUMBER" );
+   verb->add_flag( "--json", arguments->json,
+                   "Print a JSON object for each, in a line of its own" );
    describe( *verb,
              "Prints two lines for each table or register after two of headings: its name, how "
              "many fields it has, its width in 32-bit words, and its numbers of instances and "
              "entries, each as a list where chip types or variants differ; then the numbers of its "
              "chip types with their variants, \"any\" where the variant is not looked at.\n\n"
+             "With --chip all numbers are those of the one chip type. 4294967295 entries mean that "
+             "no number of entries is stated.\n\n"
              "With --json the numbers stand at each pair of chip type and variant; the variant is "
              "null where it is not looked at.\n\n" +
                 chipTypesParagraph(),
              "  vorn tables\n"
-             "  vorn tables --json" );
-   return { verb,
-            [json]( Output& output ) { output.write( *json ? tablesJson() : tableLines() ); } };
+             "  vorn tables --chip BCM88690_B0 --json" );
+   return { verb, [arguments]( Output& output ) {
+              const Chip* const chip = arguments->chip ? &chipOf( *arguments->chip ) : nullptr;
+              output.write( arguments->json ? tablesJson( chip ) : tableLines( chip ) );
+           } };
 }
 
 } // namespace Vorn
