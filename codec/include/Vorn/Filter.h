@@ -1,0 +1,53 @@
+// Conditions on the fields of an entry: `vsi >= 2000 && learnEnable == 1`.
+#pragma once
+
+#include <Vorn/Export.h>
+#include <Vorn/Layout.h>
+
+#include <Kelvar/Types.h>
+
+#include <memory>
+#include <span>
+#include <string_view>
+
+namespace Vorn {
+
+// Whether entries of a pair fulfil a condition that a person writes.
+//
+//    const Vorn::Filter filter( "vsi >= 2000 && (learnEnable == 1 || vlanEditVid1 in 100..200)",
+//                               Vorn::Layout( "LifTable", "BCM88690_B0" ) );
+//    filter.matches( image );
+//
+//    vsi == 2000, !=, <, <=, >, >=   a field and a value, or two fields; unsigned, of any width
+//    vsi in 100..200                 within a range, its ends included
+//    vsi in { 1, 5, 100..200 }       one of a set; also `not in`
+//    destination & 0xff == 3         the bits of a mask alone, wherever a field may stand
+//    learnEnable                     not zero
+//    ! a, a && b, a || b, ( a )      in this order of strength; also `not`, `and`, `or`
+//
+// Values are what parseValue() takes: 2000, 0x7d0, 0b11, 10.0.0.1, 2001:db8::1, 00:1c:73:00:00:01.
+// A decimal number with a leading zero is refused, as some would read it as octal.
+class VORN_API Filter {
+public:
+   // A condition in one pair's fields. What is wrong with it is a BadText, whose at() says where:
+   // its form, a field that the pair lacks, a value that the field can't have.
+   Filter( std::string_view condition, const Layout& layout );
+
+   // That the condition has the right form, whatever its fields are; else a BadText.
+   static void require( std::string_view condition );
+
+   const Layout& layout() const;
+
+   // An image that ends before one of the condition's fields is an Error.
+   bool matches( std::span<const U8> image ) const;
+
+   // The fields that the condition looks at, each once, in its order.
+   std::span<const Field> fields() const;
+
+private:
+   struct Program;
+
+   std::shared_ptr<const Program> program_; // never changes, so that copies share it
+};
+
+} // namespace Vorn
