@@ -17,3 +17,19 @@
 #endif
 
 #define HARDWARE_API __attribute__( ( visibility( "default" ) ) )
+
+// Functions whose symbols would be the same with either standard library carry its name, so that
+// the linker refuses a program whose library was built with the other one.
+#if defined _LIBCPP_VERSION && !defined __EMSCRIPTEN__
+#define HARDWARE_STANDARD_LIBRARY __attribute__( ( abi_tag( "libcxx" ) ) )
+#else
+#define HARDWARE_STANDARD_LIBRARY
+#endif
+
+// Containers are others with _GLIBCXX_DEBUG and don't cross the library's boundary. Inline
+// functions that return them have symbols of their own for each kind of container.
+#ifdef _GLIBCXX_DEBUG
+#define HARDWARE_OWN_CONTAINER __attribute__( ( abi_tag( "debugContainer" ) ) )
+#else
+#define HARDWARE_OWN_CONTAINER __attribute__( ( abi_tag( "container" ) ) )
+#endif

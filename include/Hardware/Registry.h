@@ -20,14 +20,23 @@ namespace Hardware {
 
 // A new view of the named class over an entry of its own, zeroed and with the pair's tag stamped.
 // An unknown name and an invalid pair are assertions.
-HARDWARE_API std::shared_ptr<Kelvar::AsicBase> stringObj( Oru::String name,
-                                                          Hardware::ChipType chipType, U8 variant );
+HARDWARE_API HARDWARE_STANDARD_LIBRARY std::shared_ptr<Kelvar::AsicBase>
+stringObj( Oru::String name, Hardware::ChipType chipType, U8 variant );
 
 // Whether the named class has the pair. An unknown name is an assertion.
-HARDWARE_API bool chipTypeVariantValid( Oru::String name, Hardware::ChipType chipType, U8 variant );
+HARDWARE_API HARDWARE_STANDARD_LIBRARY bool
+chipTypeVariantValid( Oru::String name, Hardware::ChipType chipType, U8 variant );
 
-// The names that the two functions above know, in registry order.
-HARDWARE_API std::vector<std::string_view> classNames();
+// Writes the names that the two functions above know, in registry order, to `names`, but no more
+// than `capacity`. Returns how many there are.
+HARDWARE_API std::size_t classNames( std::string_view* names, std::size_t capacity );
+
+// The same names.
+HARDWARE_OWN_CONTAINER inline std::vector<std::string_view> classNames() {
+   std::vector<std::string_view> names( classNames( nullptr, 0 ) );
+   classNames( names.data(), names.size() );
+   return names;
+}
 
 // A field as its class declares it.
 struct FieldInfo {
@@ -37,8 +46,17 @@ struct FieldInfo {
    bool readOnly; // a tag field, written by the constructor alone
 };
 
-// The fields of the named class in their declared order; empty for an unknown name.
-HARDWARE_API std::vector<FieldInfo> classFields( std::string_view name );
+// Writes the fields of the named class, in their declared order, to `fields`, but no more than
+// `capacity`. Returns how many it has; 0 for an unknown name.
+HARDWARE_API std::size_t classFields( std::string_view name, FieldInfo* fields,
+                                      std::size_t capacity );
+
+// The same fields; empty for an unknown name.
+HARDWARE_OWN_CONTAINER inline std::vector<FieldInfo> classFields( std::string_view name ) {
+   std::vector<FieldInfo> fields( classFields( name, nullptr, 0 ) );
+   classFields( name, fields.data(), fields.size() );
+   return fields;
+}
 
 // What a memory or register looks like for one pair.
 struct PairInfo {

@@ -4,6 +4,8 @@
 
 #include <Hardware/Registry.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <unordered_map>
 
@@ -100,18 +102,33 @@ bool chipTypeVariantValid( Oru::String name, Hardware::ChipType chipType, U8 var
       chipType, variant );
 }
 
-std::vector<std::string_view> classNames() { return { std::begin( names ), std::end( names ) }; }
+std::size_t classNames( std::string_view* out, std::size_t capacity ) {
+   std::copy_n( names, std::min( capacity, std::size( names ) ), out );
+   return std::size( names );
+}
 
-std::vector<FieldInfo> classFields( std::string_view name ) {
-   std::vector<FieldInfo> fields;
-   if( const Frame::ClassData* const data = dataOf( name ) ) {
-      for( const Frame::FieldData* field = data->fields; field != data->fields + data->fieldCount;
-           ++field ) {
-         fields.push_back( { field->identifier, Frame::catalogueRowOf( field->identifier ).name,
-                             static_cast<U16>( Frame::bitsOf( field->type ) ), field->readOnly } );
-      }
+std::size_t classFields( std::string_view name, FieldInfo* out, std::size_t capacity ) {
+   const Frame::ClassData* const data = dataOf( name );
+   if( data == nullptr ) {
+      return 0;
    }
-   return fields;
+   std::transform(
+      data->fields, data->fields + std::min<std::size_t>( capacity, data->fieldCount ), out,
+      []( const Frame::FieldData& field ) {
+         return FieldInfo{ field.identifier, Frame::catalogueRowOf( field.identifier ).name,
+                           static_cast<U16>( Frame::bitsOf( field.type ) ), field.readOnly };
+      } );
+   return data->fieldCount;
+}
+
+// What programs built before these call: the vectors were the library's then.
+HARDWARE_API std::vector<std::string_view>
+classNamesFromLibrary() __asm__( "_ZN8Hardware10classNamesEv" );
+HARDWARE_API std::vector<FieldInfo> classFieldsFromLibrary( std::string_view name ) __asm__(
+   "_ZN8Hardware11classFieldsESt17basic_string_viewIcSt11char_traitsIcEE" );
+std::vector<std::string_view> classNamesFromLibrary() { return classNames(); }
+std::vector<FieldInfo> classFieldsFromLibrary( std::string_view name ) {
+   return classFields( name );
 }
 
 std::optional<PairInfo> pairInfo( std::string_view name, U32 chipType, U8 variant ) {

@@ -4,11 +4,11 @@
 set -eu
 for folder; do includes="${includes-} -I$folder"; done
 
-# refused <sentence> <compiler and flags>...
+# refused <header> <sentence> <compiler and flags>...
 refused() {
-   sentence=$1
-   shift
-   if said=$(echo '#include <Hardware/Export.h>' |
+   header=$1 sentence=$2
+   shift 2
+   if said=$(echo "#include <$header>" |
       "$@" -std=c++17 -fsyntax-only $includes -x c++ - 2>&1); then
       echo "not refused: $*"
       exit 1
@@ -19,10 +19,25 @@ refused() {
       ;;
    esac
 }
-refused 'little-endian machines only' clang++ --target=powerpc64-linux-gnu
-refused 'little-endian machines only' clang++ --target=s390x-linux-gnu
-refused "its programs can't set it to 0" g++ -D_GLIBCXX_USE_CXX11_ABI=0
-refused "its programs can't use libc++" g++ -D_LIBCPP_VERSION=14000
+refused Hardware/Export.h 'little-endian machines only' clang++ --target=powerpc64-linux-gnu
+refused Hardware/Export.h 'little-endian machines only' clang++ --target=s390x-linux-gnu
+refused Hardware/Export.h "its programs can't set it to 0" g++ -D_GLIBCXX_USE_CXX11_ABI=0
+refused Hardware/Export.h "its programs can't use libc++" g++ -D_LIBCPP_VERSION=14000
+refused Vorn/Export.h "its programs can't define it" g++ -D_GLIBCXX_DEBUG
+echo '#include <Vorn/Export.h>' | g++ -std=c++20 -fsyntax-only -D_GLIBCXX_DEBUG \
+   -DVORN_BUILT_WITH_GLIBCXX_DEBUG $includes -x c++ -
+
+# Of a library and a program whose standard libraries differ, each has another symbol.
+symbols() {
+   echo '#include <Hardware/Registry.h>
+auto* const make = &Hardware::stringObj;
+auto* const ask = &Hardware::chipTypeVariantValid;
+void* const symbols[] = { reinterpret_cast<void*>( make ), reinterpret_cast<void*>( ask ) };
+void* const* use() { return symbols; }' |
+      g++ -std=c++17 -S "$@" $includes -x c++ -o - - | grep -c B6libcxx || true
+}
+[ "$(symbols)" = 0 ]
+[ "$(symbols -D_LIBCPP_VERSION=14000 -DHARDWARE_BUILT_WITH_LIBCXX)" -ge 2 ]
 
 # The other syntax of assembly.
 program='#include <Hardware/Registry.h>
