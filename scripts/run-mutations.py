@@ -359,15 +359,16 @@ class Bench:
         folders = [str(folder) for folder in
                    (self.libraries, self.build / 'src', self.build / 'platform')]
         environment = dict(os.environ, LD_LIBRARY_PATH=':'.join(folders), GTEST_FAIL_FAST='1',
-                           GTEST_FILTER=only, GTEST_BRIEF='1')
+                           GTEST_FILTER=only)
         try:
             result = subprocess.run([str(program)], cwd=self.build, env=environment, timeout=120,
                                     capture_output=True, text=True, errors='replace')
         except subprocess.TimeoutExpired:
             raise Killed('test: without end')
         if result.returncode != 0:
-            failed = re.search(r'^\[  FAILED  \] ([\w./]+)', result.stdout, re.M)
-            raise Killed('test: ' + (failed.group(1) if failed else 'crash'))
+            # Of a crash, the test that was running.
+            failed = re.findall(r'^\[ +(?:RUN|FAILED) +\] ([\w./]+)', result.stdout, re.M)
+            raise Killed('test: ' + (failed[-1] if failed else 'crash'))
 
     def refused(self):
         """Whether the compiler still refuses what it should."""
