@@ -1,6 +1,7 @@
 // What the verbs that find entries refuse, and wrong usage of all of them: each kind of it with its
 // message, of one line.
 #include "RunVorn.h"
+#include "support/Chips.h"
 
 #include <gtest/gtest.h>
 
@@ -16,14 +17,6 @@ struct Refused {
    std::string input = {};
 };
 
-const std::string all = "BCM88650_B0, BCM88660_A0, BCM88375_A0, BCM88375_B0, BCM88470_A0, "
-                        "BCM88470_B0, BCM88680_A0, BCM88690_B0, BCM88690_V6_B0, BCM88800_A0, "
-                        "BCM88850_A0, BCM88480_A0, BCM88480_B0, Software";
-const std::string early = "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), "
-                          "BCM88470_A0 (6), BCM88470_B0 (7), BCM88680_A0 (8)";
-const std::string late = "BCM88690_B0 (10), BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 "
-                         "(14), BCM88480_A0 (15), BCM88480_B0 (16)";
-
 std::string noNumber( const std::string& text, const std::string& name ) {
    return "bad number \"" + text + "\" for " + name +
           "; write decimal digits, hexadecimal digits after 0x or binary digits after 0b";
@@ -34,7 +27,7 @@ std::string negative( const std::string& text, const std::string& name ) {
 }
 
 std::string noChip( const std::string& given ) {
-   return "unknown chip " + given + "; allowed: " + early + ", " + late + ", Software (21)";
+   return "unknown chip " + given + "; allowed: " + Testing::allChipsListed;
 }
 
 // A row for `vorn address TABLE --chip CHIP`.
@@ -83,16 +76,17 @@ const std::vector<Refused> badInput{
             "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" ),
    address( "a chip type without its step", "LifTable", "BCM88850", {},
             "unknown chip \"BCM88850\"; did you mean BCM88850_A0?" ),
-   address( "no chip type at all", "LifTable", "", {}, "unknown chip \"\"; allowed: " + all ),
+   address( "no chip type at all", "LifTable", "", {},
+            "unknown chip \"\"; allowed: " + Testing::allChipsNamed ),
    address( "the number of none", "LifTable", "11", {}, noChip( "11" ) ),
    address( "a number beyond a byte", "LifTable", "258", {}, noChip( "258" ) ),
    address( "a negative chip type", "LifTable", "-2", {}, noChip( "\"-2\"" ) ),
    address( "a chip type that is half a number", "LifTable", "2x", {}, noChip( "\"2x\"" ) ),
    address( "two chip types in one", "LifTable", "2,3", {}, noChip( "\"2,3\"" ) ),
    address( "a table that is gone", "EvecTable", "10", {},
-            "EvecTable does not exist on BCM88690_B0; allowed: " + early ),
+            "EvecTable does not exist on BCM88690_B0; allowed: " + Testing::olderChipsListed ),
    address( "a table that is not there yet", "EvecEncapTable", "8", {},
-            "EvecEncapTable does not exist on BCM88680_A0; allowed: " + late ),
+            "EvecEncapTable does not exist on BCM88680_A0; allowed: " + Testing::newerChipsListed ),
    address( "a variant in a hole", "LifTable", "16", { "--variant", "5" },
             "LifTable has no variant 5 on BCM88480_B0; allowed: 0-4,6-11" ),
    address( "a variant that a sibling has", "IvecTable", "8", { "--variant", "2" },

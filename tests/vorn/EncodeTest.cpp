@@ -1,5 +1,6 @@
 // vorn encode, run for real: images, addresses, and each kind of bad input.
 #include "RunVorn.h"
+#include "support/Chips.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,6 @@ Arguments action( const std::string& chip, const Arguments& more = {} ) {
    arguments.insert( arguments.end(), more.begin(), more.end() );
    return arguments;
 }
-
-constexpr auto chipsOfAction =
-   "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), BCM88470_A0 (6), "
-   "BCM88470_B0 (7), BCM88680_A0 (8), BCM88690_B0 (10), BCM88690_V6_B0 (12), BCM88800_A0 (13), "
-   "BCM88850_A0 (14), BCM88480_A0 (15), BCM88480_B0 (16)";
 
 } // namespace
 
@@ -178,7 +174,7 @@ TEST( Encode, whatIsNoImageToBeginWith ) {
       { { "EgressPerPortTable", "--from", R"({"chip":13,"image":")" + bytes + "\"}" },
         "the image is one of BCM88800_A0, not of BCM88690_B0" },
       { { "EgressPerPortTable", "--from", R"({"chip":9,"image":")" + bytes + "\"}" },
-        "unknown chip 9; allowed: " + std::string( chipsOfAction ) + ", Software (21)" },
+        "unknown chip 9; allowed: " + Testing::allChipsListed },
       { { "EgressPerPortTable", "--from", R"({"variant":1,"image":")" + bytes + "\"}" },
         "the image is one of variant 1, not of variant 0" },
       { { "LifTable", "--variant", "3", "--from", lif },
@@ -222,7 +218,7 @@ TEST( Encode, unknownTable ) {
 }
 
 TEST( Encode, unknownChip ) {
-   const std::string all = std::string( chipsOfAction ) + ", Software (21)";
+   const std::string all = Testing::allChipsListed;
    expectRefused( action( "9" ), "vorn: unknown chip 9; allowed: " + all );
    expectRefused( action( "266" ), "vorn: unknown chip 266; allowed: " + all );
    expectRefused( action( "18446744073709551618" ),
@@ -230,9 +226,7 @@ TEST( Encode, unknownChip ) {
    expectRefused( action( "bcm88690_b0" ),
                   "vorn: unknown chip \"bcm88690_b0\"; did you mean BCM88690_B0?" );
    expectRefused( action( "ChipType(9)" ),
-                  "vorn: unknown chip \"ChipType(9)\"; allowed: BCM88650_B0, BCM88660_A0, "
-                  "BCM88375_A0, BCM88375_B0, BCM88470_A0, BCM88470_B0, BCM88680_A0, BCM88690_B0, "
-                  "BCM88690_V6_B0, BCM88800_A0, BCM88850_A0, BCM88480_A0, BCM88480_B0, Software" );
+                  "vorn: unknown chip \"ChipType(9)\"; allowed: " + Testing::allChipsNamed );
    expectRefused( action( "-1" ), "vorn: unknown chip \"-1\"; allowed: " + all );
    expectRefused( action( "1,3" ), "vorn: unknown chip \"1,3\"; allowed: " + all );
 }
@@ -240,7 +234,7 @@ TEST( Encode, unknownChip ) {
 TEST( Encode, aPairThatTheTableLacks ) {
    expectRefused( action( "Software" ),
                   std::string( "vorn: TcamActionTable does not exist on Software; allowed: " ) +
-                     chipsOfAction );
+                     Testing::hardwareChipsListed );
    expectRefused( action( "10", { "--variant", "1" } ),
                   "vorn: TcamActionTable has no variant 1 on BCM88690_B0; allowed: 0" );
    expectRefused( action( "10", { "--variant", "256" } ),

@@ -2,6 +2,7 @@
 // input and of wrong usage with its message.
 #include "Folders.h"
 #include "RunVorn.h"
+#include "support/Chips.h"
 
 #include <gtest/gtest.h>
 
@@ -13,17 +14,12 @@ namespace {
 struct Refused {
    const char* what;
    std::vector<std::string> arguments; // FOLDER stands for a folder of the test's own
-   const char* message;
+   std::string message;
 };
 
 std::string with( const std::string& text, const std::string& folder ) {
    return std::regex_replace( text, std::regex( "FOLDER" ), folder );
 }
-
-constexpr auto chips = "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), "
-                       "BCM88470_A0 (6), BCM88470_B0 (7), BCM88680_A0 (8), BCM88690_B0 (10), "
-                       "BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 (14), BCM88480_A0 (15), "
-                       "BCM88480_B0 (16)";
 
 const std::vector<Refused> badInput{
    { "a table misspelt",
@@ -40,8 +36,7 @@ const std::vector<Refused> badInput{
      "TcamActionTable does not exist on Software; allowed: %" },
    { "a chip type that a table has no more",
      { "layout", "FheiIveSizeReg", "--chip", "10" },
-     "FheiIveSizeReg does not exist on BCM88690_B0; allowed: BCM88650_B0 (2), BCM88660_A0 (3), "
-     "BCM88375_A0 (4), BCM88375_B0 (5), BCM88470_A0 (6), BCM88470_B0 (7), BCM88680_A0 (8)" },
+     "FheiIveSizeReg does not exist on BCM88690_B0; allowed: " + Testing::olderChipsListed },
    { "a chip type without a name",
      { "layout", "TcamActionTable", "--chip", "11" },
      "unknown chip 11; allowed: %, Software (21)" },
@@ -196,7 +191,7 @@ void forEach( const std::vector<Refused>& rows,
       const auto outcome = Testing::vorn( arguments );
       EXPECT_EQ( outcome.out, "" );
       check( outcome, "vorn: " + std::regex_replace( with( row.message, place ), std::regex( "%" ),
-                                                     chips ) );
+                                                     Testing::hardwareChipsListed ) );
    }
    // Nothing has been left behind.
    const std::filesystem::recursive_directory_iterator files( folder.path() );

@@ -1,5 +1,6 @@
 // vorn program, run for real: the lines it makes, and each kind of bad line.
 #include "RunVorn.h"
+#include "support/Chips.h"
 
 #include <gtest/gtest.h>
 
@@ -438,10 +439,6 @@ TEST( Program, valuesThatAreTooLarge ) {
 }
 
 TEST( Program, namesAndPlaces ) {
-   const std::string chips =
-      "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), BCM88470_A0 (6), "
-      "BCM88470_B0 (7), BCM88680_A0 (8), BCM88690_B0 (10), BCM88690_V6_B0 (12), BCM88800_A0 (13), "
-      "BCM88850_A0 (14), BCM88480_A0 (15), BCM88480_B0 (16)";
    const BadLine lines[] = {
       { R"({"table":^"LifTable\u009b","chip":2,"fields":{}})",
         "unknown table \"LifTable\\xc2\\x9b\"; did you mean LifTable?" },
@@ -449,17 +446,16 @@ TEST( Program, namesAndPlaces ) {
         "unknown table \"TcamActionTabel\"; did you mean TcamActionTable?" },
       { line( "^\"BCM88650_BO\"", "1" ),
         "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" },
-      { line( "^9", "1" ), "unknown chip 9; allowed: " + chips + ", Software (21)" },
-      { line( "^\"9\"", "1" ), "unknown chip 9; allowed: " + chips + ", Software (21)" },
-      { line( "^21", "1" ), "TcamActionTable does not exist on Software; allowed: " + chips },
+      { line( "^9", "1" ), "unknown chip 9; allowed: " + Testing::allChipsListed },
+      { line( "^\"9\"", "1" ), "unknown chip 9; allowed: " + Testing::allChipsListed },
+      { line( "^21", "1" ),
+        "TcamActionTable does not exist on Software; allowed: " + Testing::hardwareChipsListed },
       { line( "2", "1", R"(,"variant":^3)" ),
         "TcamActionTable has no variant 3 on BCM88650_B0; allowed: 0" },
       { line( "2", "1", R"(,"variant":^256)" ),
         "TcamActionTable has no variant 256 on BCM88650_B0; allowed: 0" },
       { R"({"table":"EgressPerPortTable","chip":^2,"variant":9,"fields":{}})",
-        "EgressPerPortTable does not exist on BCM88650_B0; allowed: BCM88690_B0 (10), "
-        "BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 (14), BCM88480_A0 (15), BCM88480_B0 "
-        "(16)" },
+        "EgressPerPortTable does not exist on BCM88650_B0; allowed: " + Testing::newerChipsListed },
       { lif( "^5", "" ), "LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" },
       { line( "2", R"(1,^"actoin":2)" ),
         "no field \"actoin\" in TcamActionTable on BCM88650_B0; did you mean action?" },

@@ -9,10 +9,6 @@ using View = Hardware::FwdActProfileTable;
 using Testing::expressionOf;
 using Testing::failureOf;
 
-constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0,
-                                         Hardware::BCM88800_A0, Hardware::BCM88850_A0,
-                                         Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
-
 Testing::Expectation makeExpectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "FwdActProfileTable" );
    expected.storageBytes = 36;

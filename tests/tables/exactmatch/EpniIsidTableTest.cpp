@@ -1,5 +1,6 @@
 // EpniIsidTable: one ISID in a word without variants, or two tagged formats of a request.
 #include "support/Addresses.h"
+#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/EpniIsidTable.h>
@@ -127,12 +128,10 @@ const Testing::Expectation& expectation() {
 
 CONTRACT_TESTS( EpniIsidTable, expectation() )
 
-constexpr unsigned requestChips[] = { 10, 12, 13, 14, 15, 16 };
-
 Hardware::ChipType chip( unsigned chipType ) { return static_cast<Hardware::ChipType>( chipType ); }
 
 TEST( EpniIsidTable, TagInsideTheEntryIsNotSafe ) {
-   for( const unsigned chipType : requestChips ) {
+   for( const unsigned chipType : Testing::newerChips ) {
       for( const U8 variant : { U8{ 0 }, U8{ 1 } } ) {
          View::WithStorage view( chip( chipType ), variant );
          view.payloadIs( 0 );
@@ -177,7 +176,7 @@ TEST( EpniIsidTable, AddressOfSixteenBitsIsCutSilently ) {
 }
 
 TEST( EpniIsidTable, ResultTypeAloneTellsItFromTheEngine ) {
-   for( const unsigned chipType : requestChips ) {
+   for( const unsigned chipType : Testing::newerChips ) {
       Hardware::EsemMgmtReq::WithStorage engine( chip( chipType ), 0 );
       EXPECT_FALSE( View::isEpniIsidTable( chip( chipType ), engine.buf(), 24, 0 ) );
       const std::string place = chipType == 14 ? "7, 138" : chipType >= 15 ? "6, 138" : "6, 139";

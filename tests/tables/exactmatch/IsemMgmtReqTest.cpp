@@ -1,5 +1,6 @@
 // IsemMgmtReq: a register on chip types 2 to 8, tagged key formats in three memories on later ones.
 #include "support/Addresses.h"
+#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/IsemMgmtReq.h>
@@ -315,7 +316,6 @@ Image stamped( unsigned chipType, unsigned variant, std::size_t size, U8 fill = 
    return image;
 }
 
-const std::vector<unsigned> formatChips{ 10, 12, 13, 14, 15, 16 };
 TEST( IsemMgmtReq, KeyOfTheRegisterHasTwoReadings ) {
    for( const unsigned chipType : { 2u, 3u } ) {
       View::WithStorage view( chip( chipType ), 0 );
@@ -383,7 +383,7 @@ TEST( IsemMgmtReq, ExistingEntryIsTestedInTheOrderTidEntryTypeVmv ) {
 }
 
 TEST( IsemMgmtReq, CVidNamesItsOnlyVariant ) {
-   for( const unsigned chipType : formatChips ) {
+   for( const unsigned chipType : Testing::newerChips ) {
       for( U8 variant = 0; variant <= 20; ++variant ) {
          View::WithStorage view( chip( chipType ), variant );
          const std::string expected = variant == 14 ? "none" : "variant_ == 14";

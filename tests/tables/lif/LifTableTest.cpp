@@ -1,4 +1,5 @@
 // LifTable: 83 fields in 114 formats, overlapping readings, a hole at variant 5, tags, Software.
+#include "support/Chips.h"
 #include "support/Contract.h"
 #include "tables/lif/LifTableRows.h"
 
@@ -92,8 +93,6 @@ const Testing::Expectation& expectation() {
 
 CONTRACT_TESTS( LifTable, expectation() )
 
-constexpr unsigned taggedChips[] = { 10, 12, 13, 14, 15, 16 };
-
 Hardware::ChipType chip( unsigned chipType ) { return static_cast<Hardware::ChipType>( chipType ); }
 
 View::WithStorage entryOf( unsigned chipType, unsigned variant ) {
@@ -184,7 +183,7 @@ TEST( LifTable, StampsTheTwoBytesOfItsTag ) {
       { 7, 0x00, 0x0a, 0x28 },  { 8, 0x80, 0x0a, 0x2a },  { 9, 0x40, 0x0c, 0x31 },
       { 10, 0x00, 0x0c, 0x30 }, { 11, 0x00, 0x0d, 0x34 },
    };
-   for( const unsigned chipType : taggedChips ) {
+   for( const unsigned chipType : Testing::newerChips ) {
       for( const Stamp& stamp : stamps ) {
          const auto variant = static_cast<U8>( stamp.variant );
          U8 zeros[80] = {};
@@ -215,7 +214,7 @@ TEST( LifTable, StampsTheTwoBytesOfItsTag ) {
 
 TEST( LifTable, VariantsZeroAndTwoAreOneFormat ) {
    std::mt19937 random( 5 );
-   for( const unsigned chipType : taggedChips ) {
+   for( const unsigned chipType : Testing::newerChips ) {
       Image image = Testing::randomImage( 80, random );
       View zero( chip( chipType ), image.data(), 80, false, 0 );
       View two( chip( chipType ), image.data(), 80, true, 2 );
@@ -264,7 +263,7 @@ TEST( LifTable, MdbEntryIsThe180BitsOfTheEntry ) {
 }
 
 TEST( LifTable, VariantElevenIsVariantThreeWithoutGenericData ) {
-   for( const unsigned chipType : taggedChips ) {
+   for( const unsigned chipType : Testing::newerChips ) {
       const auto three = entryOf( chipType, 3 );
       const auto eleven = entryOf( chipType, 11 );
       for( const auto& field : expectation().fields ) {

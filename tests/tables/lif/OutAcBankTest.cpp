@@ -1,5 +1,6 @@
 // OutAcBank: a bank row read raw, as two AC halves or as a link-layer entry; one tagged entry on
 // the later chip types.
+#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/OutAcBank.h>
@@ -192,9 +193,6 @@ const Testing::Expectation& expectation() {
 
 CONTRACT_TESTS( OutAcBank, expectation() )
 
-constexpr unsigned olderChips[] = { 2, 3, 4, 5, 6, 7, 8 };
-constexpr unsigned taggedChips[] = { 10, 12, 13, 14, 15, 16 };
-
 Hardware::ChipType chip( unsigned chipType ) { return static_cast<Hardware::ChipType>( chipType ); }
 
 U32 addressOf( U32 chipType, U8 variant, U32 tableEntry, U16 arrayIndex ) {
@@ -207,7 +205,7 @@ U32 addressOf( U32 chipType, U8 variant, U32 tableEntry, U16 arrayIndex ) {
 }
 
 TEST( OutAcBank, OneEntryIsOutOfReachOnTheTaggedChips ) {
-   for( const unsigned chipType : taggedChips ) {
+   for( const unsigned chipType : Testing::newerChips ) {
       EXPECT_EQ( addressOf( chipType, 0, 4294967294, 0 ), 0xfffffffeu );
       EXPECT_EQ( expressionOf( [&] { addressOf( chipType, 0, 4294967295, 0 ); } ),
                  "tableEntry < 4294967295" );
@@ -215,7 +213,7 @@ TEST( OutAcBank, OneEntryIsOutOfReachOnTheTaggedChips ) {
 }
 
 TEST( OutAcBank, HalvesExchangeTheirVids ) {
-   for( const unsigned chipType : olderChips ) {
+   for( const unsigned chipType : Testing::olderChips ) {
       View::WithStorage view( chip( chipType ), 1 );
       EXPECT_EQ( view.ac0ActionVid1Offset(), chipType <= 5 ? 4 : 16 );
       EXPECT_EQ( view.ac0ActionVid2Offset(), chipType <= 5 ? 16 : 4 );
@@ -234,7 +232,7 @@ TEST( OutAcBank, HalvesExchangeTheirVids ) {
 }
 
 TEST( OutAcBank, FormatOfARowIsNeitherWrittenNorChecked ) {
-   for( const unsigned chipType : olderChips ) {
+   for( const unsigned chipType : Testing::olderChips ) {
       for( const U8 variant : { U8{ 0 }, U8{ 1 }, U8{ 2 } } ) {
          for( const bool existingEntry : { false, true } ) {
             for( const U8 byte : { U8{ 0 }, U8{ 0xff } } ) {

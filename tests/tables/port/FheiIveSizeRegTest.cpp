@@ -1,5 +1,6 @@
 // FheiIveSizeReg: the one register, and where it differs from a table.
 #include "support/Addresses.h"
+#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/FheiIveSizeReg.h>
@@ -11,11 +12,6 @@ using View = Hardware::FheiIveSizeReg;
 using Testing::Address;
 using Testing::addressOf;
 using Testing::expressionOf;
-
-constexpr Hardware::ChipType chips[] = { Hardware::BCM88650_B0, Hardware::BCM88660_A0,
-                                         Hardware::BCM88375_A0, Hardware::BCM88375_B0,
-                                         Hardware::BCM88470_A0, Hardware::BCM88470_B0,
-                                         Hardware::BCM88680_A0 };
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::registerUnderTest<View>( "FheiIveSizeReg" );
@@ -156,7 +152,7 @@ TEST( FheiIveSizeReg, SecondInstanceHasAnAddressThoughTheLargestIdentifierIsZero
 }
 
 TEST( FheiIveSizeReg, IsWrittenAsOneValueAndReadByNameAsTwoWords ) {
-   for( const auto chip : chips ) {
+   for( const auto chip : Testing::olderChips ) {
       View::WithStorage view( chip, 0 );
       const Raw128 value{ { 0x0123456789abcdef, 0xfedcba9876543210 } };
       view.pphFheiIveSizeIs( value );

@@ -9,10 +9,6 @@ namespace {
 
 using View = Hardware::IppePinfoLlr;
 
-constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0,
-                                         Hardware::BCM88800_A0, Hardware::BCM88850_A0,
-                                         Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
-
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "IppePinfoLlr" );
    expected.storageBytes = 12;

@@ -1,4 +1,5 @@
 // EvecFormatTable: 128 egress VLAN edit commands, spelled out.
+#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/EvecEncapTable.h>
@@ -50,10 +51,6 @@ Testing::Expectation expectation() {
 
 CONTRACT_TESTS( EvecFormatTable, expectation() )
 
-constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0,
-                                         Hardware::BCM88800_A0, Hardware::BCM88850_A0,
-                                         Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
-
 TEST( EvecFormatTable, EditPartLiesElevenBitsBelowThatOfTheOneEntryTable ) {
    const auto compose = []( auto& view ) {
       view.outerVidSourceIs( 5 );
@@ -64,7 +61,7 @@ TEST( EvecFormatTable, EditPartLiesElevenBitsBelowThatOfTheOneEntryTable ) {
       view.innerPcpDeiSourceIs( 1 );
       return view.getAllFields();
    };
-   for( const auto chipType : chips ) {
+   for( const auto chipType : Testing::newerChips ) {
       View::WithStorage format( chipType, 0 );
       Hardware::EvecEncapTable::WithStorage encap( chipType, 0 );
       EXPECT_EQ( compose( format ),

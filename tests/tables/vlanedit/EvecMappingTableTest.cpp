@@ -1,5 +1,6 @@
 // EvecMappingTable: 4096 selections of an egress VLAN edit command.
 #include "support/Addresses.h"
+#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/EvecEncapTable.h>
@@ -49,13 +50,9 @@ Testing::Expectation expectation() {
 
 CONTRACT_TESTS( EvecMappingTable, expectation() )
 
-constexpr Hardware::ChipType chips[] = { Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0,
-                                         Hardware::BCM88800_A0, Hardware::BCM88850_A0,
-                                         Hardware::BCM88480_A0, Hardware::BCM88480_B0 };
-
 TEST( EvecMappingTable, CommandNumbersEveryFormatAndNoMore ) {
    using Formats = Hardware::EvecFormatTable;
-   for( const auto chipType : chips ) {
+   for( const auto chipType : Testing::newerChips ) {
       View::WithStorage view( chipType, 0 );
       view.egressVlanEditCommandIs( 0x7f );
       EXPECT_EQ( view.getAllFields(), 0x7fu );
