@@ -1,16 +1,16 @@
 """Layouts as objects, and the values of one entry."""
 
-import inspect
 import doctest
+import inspect
 import pickle
 import subprocess
 import sys
+from pathlib import Path
 
 import numpy as np
 import pytest
 
 import vorn
-import vorn._types
 from plain import layouts
 
 LIF = vorn.Layout("LifTable", "BCM88690_B0", 0)
@@ -175,3 +175,12 @@ def test_documentation_has_an_example_that_runs(name, text):
 def test_signatures_are_known():
     assert str(inspect.signature(vorn.Layout.decode)) == "(self, image, fields=None)"
     assert str(inspect.signature(vorn.locate)) == "(chip, address, dest_block=None)"
+
+
+def test_the_page_says_what_happens():
+    page = (Path(__file__).resolve().parents[2] / "docs/python.md").read_text()
+    parsed = doctest.DocTestParser().get_doctest(page, {}, "python.md", None, 0)
+    assert len(parsed.examples) > 10
+    failures = []
+    doctest.DocTestRunner(verbose=False).run(parsed, out=failures.append)
+    assert not failures, "".join(failures)
