@@ -4,7 +4,7 @@
 # folders are the same, byte for byte.
 #    check-builds.sh            all of it, which takes long
 #    check-builds.sh NAME...    some: {gcc,clang}-O{0,1,2,3}[-ndebug], {gcc,clang}-lto,
-#                               {gcc,clang}-static, {gcc,clang}-lto-static, reproducible
+#                               {gcc,clang}-static, {gcc,clang}-lto-static, aarch64, reproducible
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -22,7 +22,7 @@ if [ $# -eq 0 ]; then
    for compiler in gcc clang; do
       names+=($compiler-{O0,O1,O2,O3}{,-ndebug} $compiler-{lto,static,lto-static})
    done
-   names+=(reproducible)
+   names+=(aarch64 reproducible)
 fi
 
 # Configures, builds and is quiet unless that fails: make FOLDER "TARGET..." ARGUMENT...
@@ -65,11 +65,43 @@ reproducible() {
    done
 }
 
+# For the other machine that the library is for, with the tests that run nothing of this one, and
+# GoogleTest from its sources.
+aarch64() {
+   needPackages g++-aarch64-linux-gnu qemu-user-static googletest
+   local folder=$work/aarch64
+   local arguments=(-G Ninja "-DCMAKE_TOOLCHAIN_FILE=$root/cmake/Aarch64.cmake")
+   local tests=(tablesTest frameTest registryTest exactBuffersTest threadsTest kelvarTest oruTest
+      hwVornFennTypesTest undisturbedTest)
+   {
+      cmake -S /usr/src/googletest -B "$folder/googletest" "${arguments[@]}" \
+         -DCMAKE_BUILD_TYPE=Release "-DCMAKE_INSTALL_PREFIX=$folder/prefix" &&
+         cmake --build "$folder/googletest" --target install
+   } >"$work/log" 2>&1 || { tail -n 50 "$work/log"; exit 1; }
+   make "$folder/build" "${libraries[*]} VornCodec ${tests[*]} vornDump debugContainers reload reloadedPlugin \
+      hardenedSample hardenedSampleProgram bareSample bareSampleProgram" "${arguments[@]}" \
+      "-DCMAKE_PREFIX_PATH=$folder/prefix" -DVORN_BUILD_TESTS=ON -DVORN_BUILD_TOOLS=OFF -DVORN_PYTHON=OFF
+   $emulator "$folder/build/tests/hardening/vornDump" | cmp - "$work/dump"
+   for program in "${tests[@]}"; do
+      $emulator "$(find "$folder/build" -type f -name "$program")" --gtest_brief=1 \
+         >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+   done
+   ctest --test-dir "$folder/build" --output-on-failure \
+      -R '^(Elf\.|Headers\.serveDebugContainers|Process\.HoldsNoMore)' >"$work/log" ||
+      { cat "$work/log"; exit 1; }
+}
+emulator='qemu-aarch64-static -L /usr/aarch64-linux-gnu'
+
 for name in "${names[@]}"; do
    SECONDS=0
    if [ "$name" = reproducible ]; then
       reproducible
       echo "reproducible: the same bytes elsewhere ($SECONDS s)"
+      continue
+   fi
+   if [ "$name" = aarch64 ]; then
+      aarch64
+      echo "aarch64: answers as the release build, and passes its tests ($SECONDS s)"
       continue
    fi
    folder=$work/$name
