@@ -96,11 +96,9 @@ set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS
 
 if( TARGET VornPython )
    vornPackage( python3-vorn python "packet processor table entries in Python"
-"Decodes and encodes the entries of packet processor tables: one as a dictionary,
-many as NumPy arrays, pandas data frames or Arrow streams." )
-   math( EXPR next_minor "${Python3_VERSION_MINOR} + 1" )
-   set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_DEPENDS
-        "python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${next_minor}), python3-numpy" )
+"Decodes and encodes the entries of packet processor tables: one entry as a
+dictionary, many as NumPy arrays, pandas data frames or Arrow streams." )
+   set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_DEPENDS "${python_depends}" )
    set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_RECOMMENDS python3-pandas )
 endif()
 
