@@ -1,5 +1,5 @@
-// Marks what the library exports; everything else is hidden. Refuses what can't work with it. Tested
-// on x86-64 and aarch64; 32-bit machines, wasm32 among them, aren't refused.
+// Marks what the library exports; everything else is hidden. Refuses what can't work with it.
+// Tested on x86-64 and aarch64; 32-bit machines, wasm32 among them, aren't refused.
 #pragma once
 
 #if __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
