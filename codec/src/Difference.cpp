@@ -1,7 +1,9 @@
 // What changes in a table's entry from one pair of chip type and variant to another.
 #include <Vorn/Difference.h>
 
+#include <Vorn/Bits.h>
 #include <Vorn/Error.h>
+#include <Vorn/Fields.h>
 
 #include <algorithm>
 
@@ -75,6 +77,109 @@ Difference differenceOf( const Layout& from, const Layout& to ) {
                         return firstBit( left ) < firstBit( right );
                      } );
    return difference;
+}
+
+namespace {
+
+// Zeroes alone where the pair's entries are something else: as a memory is before it is written.
+bool isUnwritten( const EntryState& state ) {
+   return state.layout && !state.layout->tag().empty() &&
+          std::all_of( state.image.begin(), state.image.end(),
+                       []( U8 byte ) { return byte == 0; } ) &&
+          state.layout->wrongTag( state.image );
+}
+
+// The bits of the field but, unless all count, those of narrower fields that lie within it.
+std::vector<Difference::Bits> bitsOf( const Layout& layout, const Field& field, bool all ) {
+   std::vector<bool> counts( field.width, true );
+   for( const Field& other : layout.fields() ) {
+      if( !all && other.width < field.width && other.offset >= field.offset &&
+          other.end() <= field.end() ) {
+         std::fill_n( counts.begin() + ( other.offset - field.offset ), other.width, false );
+      }
+   }
+   std::vector<Difference::Bits> bits;
+   for( U32 at = 0; at < field.width; ++at ) {
+      const U32 offset = field.offset + at;
+      if( !counts[at] ) {
+         continue;
+      }
+      if( !bits.empty() && bits.back().offset + bits.back().width == offset &&
+          bits.back().width < 64 ) {
+         ++bits.back().width;
+      } else {
+         bits.push_back( { offset, 1 } );
+      }
+   }
+   return bits;
+}
+
+} // namespace
+
+std::string_view EntryChange::text() const {
+   constexpr std::string_view names[] = { "the same", "added", "removed", "changed", "replaced" };
+   return names[static_cast<std::size_t>( kind )];
+}
+
+const std::vector<EntryComparison::Looked>& EntryComparison::lookedAt( const Layout& layout ) {
+   for( const auto& [known, looked] : looked_ ) {
+      if( known == layout ) {
+         return looked;
+      }
+   }
+   std::vector<Looked> looked;
+   const auto add = [&]( const Field& field ) {
+      looked.push_back( { field, bitsOf( layout, field, !list_.empty() ) } );
+   };
+   if( list_.empty() ) {
+      std::for_each( layout.fields().begin(), layout.fields().end(), add );
+   } else {
+      const auto fields = fieldsIn( list_, layout );
+      std::for_each( fields.begin(), fields.end(), add );
+   }
+   return looked_.emplace_back( layout, std::move( looked ) ).second;
+}
+
+EntryChange EntryComparison::changeOf( EntryState before, EntryState after ) {
+   using Kind = EntryChange::Kind;
+   for( EntryState* const state : { &before, &after } ) {
+      if( state->layout ) {
+         state->layout->requireFields( state->image );
+         state->image =
+            state->image.first( std::min( state->image.size(), state->layout->bytes() ) );
+      }
+   }
+   const bool isSamePair = before.layout && after.layout &&
+                           ( before.layout == after.layout || *before.layout == *after.layout );
+   if( isSamePair && std::ranges::equal( before.image, after.image ) ) {
+      return {};
+   }
+   const bool was = before.layout && !isUnwritten( before );
+   const bool is = after.layout && !isUnwritten( after );
+   if( !was || !is ) {
+      return { was ? Kind::removed : is ? Kind::added : Kind::none, {} };
+   }
+   if( !isSamePair ) {
+      return { Kind::replaced, {} };
+   }
+   EntryChange change;
+   const auto differs = [&]( const Difference::Bits& bits ) {
+      const auto valueIn = [&]( const EntryState& state ) {
+         return Detail::bitsAt( state.image.data(), state.image.size(), bits.offset, bits.width );
+      };
+      return valueIn( before ) != valueIn( after );
+   };
+   for( const auto& [field, bits] : lookedAt( *after.layout ) ) {
+      if( std::any_of( bits.begin(), bits.end(), differs ) ) {
+         change.fields.push_back( field );
+      }
+   }
+   const std::size_t common = std::min( before.image.size(), after.image.size() );
+   const bool isChanged = !change.fields.empty() ||
+                          ( list_.empty() && !std::ranges::equal( before.image.first( common ),
+                                                                  after.image.first( common ) ) );
+   change.kind = isChanged ? Kind::changed : Kind::none;
+   return change;
 }
 
 } // namespace Vorn

@@ -19,7 +19,7 @@ namespace {
 
 // The verbs, in the order in which the help lists them.
 constexpr AddVerb addVerbs[] = {
-   addTables,  addField,    addLayout,  addEncode, addDecode,
+   addTables,  addField,    addLayout,  addEncode, addDecode,    addDiff,
    addProgram, addIdentify, addAddress, addLocate, addReference,
 };
 

@@ -5,6 +5,7 @@
 
 #include <Vorn/Error.h>
 
+#include <exception>
 #include <string>
 
 namespace Vorn {
@@ -14,6 +15,9 @@ class UsageError : public Error {
 public:
    using Error::Error;
 };
+
+// Thrown at the end of a verb that has found differences, which ends the program with status 1.
+class HasDifferences : public std::exception {};
 
 // Does what the arguments say, of which the first is the program's own name. What was printed
 // before an exception is written, too.

@@ -13,7 +13,7 @@
 
 namespace {
 
-enum ExitStatus : int { success = 0, badInput = 1, wrongUsage = 2 };
+enum ExitStatus : int { success = 0, differences = 1, badInput = 1, wrongUsage = 2 };
 
 // `prefix` and `message` as one line on standard error, in one piece.
 void printError( std::string_view prefix, std::string_view message ) {
@@ -34,6 +34,8 @@ int run( int argc, char** argv ) {
    } catch( const Vorn::UsageError& error ) {
       printError( error );
       return wrongUsage;
+   } catch( const Vorn::HasDifferences& ) {
+      return differences;
    } catch( const Vorn::Error& error ) {
       printError( error );
    } catch( const std::bad_alloc& ) {

@@ -27,6 +27,7 @@ Verb addTables( CLI::App& commandLine );
 Verb addField( CLI::App& commandLine );
 Verb addEncode( CLI::App& commandLine );
 Verb addDecode( CLI::App& commandLine );
+Verb addDiff( CLI::App& commandLine );
 Verb addProgram( CLI::App& commandLine );
 Verb addAddress( CLI::App& commandLine );
 Verb addLocate( CLI::App& commandLine );

@@ -6,8 +6,10 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Vorn {
@@ -57,5 +59,51 @@ struct Difference {
 //    const auto difference = Vorn::differenceOf( Vorn::Layout( "LifTable", 2, 6 ),
 //                                                Vorn::Layout( "LifTable", 3, 6 ) );
 VORN_API Difference differenceOf( const Layout& from, const Layout& to );
+
+// An entry at one time.
+struct EntryState {
+   const Layout* layout = nullptr; // none where there is no entry
+   std::span<const U8> image;
+};
+
+// What has become of an entry.
+struct EntryChange {
+   enum class Kind { none, added, removed, changed, replaced };
+
+   Kind kind = Kind::none;
+   std::vector<Field> fields; // of a changed entry, those that differ; none if only bits of no
+                              // field do
+
+   // "added", "removed", "changed"; "replaced" by one of another pair.
+   VORN_API std::string_view text() const;
+};
+
+// Compares entries with what they were before.
+//
+//    Vorn::EntryComparison comparison;
+//    comparison.changeOf( { &lif, before }, { &lif, after } ).fields
+//
+// An image of zeroes alone that has not its pair's tag is no entry: nobody has written it.
+class VORN_API EntryComparison {
+public:
+   // Looks at all fields, where those that hold narrower ones count by the bits alone that are of
+   // none of these; or at the fields of a list, as fieldsIn() takes it, by all of their bits.
+   explicit EntryComparison( std::string fields = {} ) : list_( std::move( fields ) ) {}
+
+   // Images that end before their last field are Errors.
+   EntryChange changeOf( EntryState before, EntryState after );
+
+private:
+   // A field, and the bits that count for it.
+   struct Looked {
+      Field field;
+      std::vector<Difference::Bits> bits; // 64 or less each
+   };
+
+   const std::vector<Looked>& lookedAt( const Layout& layout );
+
+   std::string list_;
+   std::vector<std::pair<Layout, std::vector<Looked>>> looked_;
+};
 
 } // namespace Vorn

@@ -7,6 +7,7 @@
 
 #include <Vorn/Error.h>
 #include <Vorn/Locate.h>
+#include <Vorn/Pairs.h>
 #include <Vorn/Text.h>
 #include <Vorn/Value.h>
 
