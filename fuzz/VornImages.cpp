@@ -142,7 +142,7 @@ void run( const DecodeArguments& arguments, const std::string& input ) {
       requireChanges( arguments, input, objects );
    }
    DecodeArguments again;
-   again.path = "-";
+   again.paths = { "-" };
    again.form = DecodeForm::json;
    if( decoded( again, outcome.out ) != Outcome{ outcome.out, "", 0 } ) {
       found( "what is printed decodes to something else" );
@@ -154,7 +154,7 @@ void run( const DecodeArguments& arguments, const std::string& input ) {
    }
    if( input.find( '\n' ) == std::string::npos ) {
       DecodeArguments argument = arguments;
-      argument.path.clear();
+      argument.paths.clear();
       argument.image = { input };
       if( decoded( argument ).out != outcome.out ) {
          found( "another image as an argument" );
@@ -250,7 +250,7 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    using Vorn::ImageFormat;
    FuzzedDataProvider input( data, size );
    Vorn::DecodeArguments arguments;
-   arguments.path = "-";
+   arguments.paths = { "-" };
    arguments.form = Vorn::DecodeForm::json;
    // The choices are in the last bytes, behind the text.
    if( input.ConsumeBool() ) {

@@ -148,7 +148,7 @@ void requireForms( const std::string& input, const std::vector<Json>& objects ) 
 // Requires that what is printed can be decoded.
 void requireDecodable( const std::string& printed, std::size_t count ) {
    Vorn::DecodeArguments arguments;
-   arguments.path = "-";
+   arguments.paths = { "-" };
    arguments.form = Vorn::DecodeForm::json;
    const Outcome outcome =
       outcomeOf( [&]( Vorn::Output& output ) { Vorn::decode( arguments, output ); }, printed );

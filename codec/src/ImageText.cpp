@@ -4,6 +4,7 @@
 #include "JsonFlaw.h"
 
 #include <Vorn/Text.h>
+#include <Vorn/Value.h>
 
 #include <nlohmann/json.hpp>
 
@@ -47,6 +48,8 @@ constexpr Wanted wantedBytes{ "an odd number of digits",
                               "write two hexadecimal digits for each byte, entry byte 0 first" };
 constexpr Wanted wantedWord{ "more than eight digits",
                              "write one to eight hexadecimal digits for each word" };
+
+constexpr Wanted wantedNumber{ "", "write one number in hexadecimal digits, the highest first" };
 
 // The character of UTF-8 that begins there.
 std::string_view characterAt( std::string_view text, std::size_t begin ) {
@@ -99,6 +102,9 @@ public:
    // Takes the piece that the text begins with, up to a blank. The length of the piece.
    std::size_t take( std::string_view text, std::size_t at ) {
       const std::size_t from = hasPrefix( text ) ? 2 : 0;
+      if( format_ == ImageFormat::number ) {
+         return takeNumber( firstPiece( text ), from, at );
+      }
       if( format_ == ImageFormat::words ) {
          return takeWord( firstPiece( text ), from, at );
       }
@@ -140,6 +146,22 @@ private:
       return piece.size();
    }
 
+   std::size_t takeNumber( std::string_view piece, std::size_t from, std::size_t at ) {
+      const auto digits = piece.substr( from );
+      if( !isDigits( digits ) ) {
+         refuseDigits( piece, from, at, wantedNumber );
+      }
+      if( others_++ > 0 ) {
+         throw BadText( at, "a second piece " + inQuotes( piece ) + "; " +
+                               std::string( wantedNumber.advice ) );
+      }
+      std::string even( digits.size() % 2, '0' );
+      even.append( digits );
+      appendPairs( bytes_, even );
+      std::reverse( bytes_.begin(), bytes_.end() );
+      return piece.size();
+   }
+
    std::vector<U8>& bytes_;
    ImageFormat format_;
    std::size_t words_ = 0; // pieces that look like one
@@ -174,9 +196,10 @@ private:
 // Receives the JSON parser's events for a text that is one image.
 class JsonImage {
 public:
-   JsonImage( std::string_view text, std::size_t at, ImageFormat format, Image& image )
+   JsonImage( std::string_view text, std::size_t at, ImageFormat format, Image& image,
+              PlaceText* place )
       : text_( text ), at_( at ), read_( text.data() ), format_( format ), image_( image ),
-        digits_( image.bytes, format ) {}
+        place_( place ), digits_( image.bytes, format ) {}
 
    void parse() {
       nlohmann::json::sax_parse( Cursor( text_.data(), read_ ),
@@ -204,8 +227,10 @@ public:
       const auto found = std::find( keyNames.begin(), keyNames.end(), name );
       key_ = static_cast<Key>( found - keyNames.begin() );
       if( key_ == Key::other ) {
+         openPlace( name );
          return true;
       }
+      number_ = nullptr;
       bool& isGiven = key_ == Key::image ? hasImage_ : pieceOf( key_ ).isGiven;
       if( isGiven ) {
          throw BadText( stringBegin(), "key " + inQuotes( name ) + " is given twice" );
@@ -215,7 +240,10 @@ public:
    }
 
    bool string( std::string& text ) {
-      if( inArray_ ) {
+      if( isPlace() ) {
+         const Value number = parseNumber( text, placeName_ );
+         takePlace( number.bits() > 64 ? ~U64( 0 ) : number.word( 0 ), stringBegin() );
+      } else if( inArray_ ) {
          requireKind( Kind::strings, stringBegin() );
          takeElement( text );
       } else if( isWanted() ) {
@@ -225,7 +253,9 @@ public:
    }
 
    bool number_unsigned( U64 number ) {
-      if( inArray_ ) {
+      if( isPlace() ) {
+         takePlace( number, numberBegin() );
+      } else if( inArray_ ) {
          requireKind( Kind::numbers, numberBegin() );
          takeNumber( number );
       } else if( isWanted() ) {
@@ -285,6 +315,29 @@ private:
 
    // What an array is made of.
    enum class Kind { nothing, strings, numbers };
+
+   // Takes note of a key that says where the entry lies.
+   void openPlace( std::string_view name ) {
+      number_ = nullptr;
+      if( place_ ) {
+         number_ = name == "entry"        ? &place_->entry
+                   : name == "array"      ? &place_->array
+                   : name == "identifier" ? &place_->identifier
+                   : name == "address"    ? &place_->address
+                                          : nullptr;
+         placeName_ = name;
+      }
+   }
+
+   bool isPlace() const { return number_ && depth_ == 1; }
+
+   void takePlace( U64 number, std::size_t at ) {
+      if( *number_ ) {
+         throw BadText( at, "key " + inQuotes( placeName_ ) + " is given twice" );
+      }
+      *number_ = number;
+      place_->at = at;
+   }
 
    Piece& pieceOf( Key key ) {
       return key == Key::table ? image_.table : key == Key::chip ? image_.chip : image_.variant;
@@ -408,6 +461,9 @@ private:
    const char* read_;
    ImageFormat format_;
    Image& image_;
+   PlaceText* place_;
+   std::optional<U64>* number_ = nullptr; // of the place, which the last key has named
+   std::string placeName_;
    Digits digits_;
    std::vector<U32> numbers_;
    U64 largest_ = 0;
@@ -447,12 +503,13 @@ void readDigits( std::string_view text, std::size_t at, ImageFormat format, Imag
    digits.finish();
 }
 
-void readJson( std::string_view text, std::size_t at, ImageFormat format, Image& image ) {
+void readJson( std::string_view text, std::size_t at, ImageFormat format, Image& image,
+               PlaceText* place ) {
    // The parser would take it for the end of the text.
    if( const auto zero = text.find( '\0' ); zero != std::string_view::npos ) {
       throw BadText( at + zero, "not valid JSON: a zero byte" );
    }
-   JsonImage( text, at, format, image ).parse();
+   JsonImage( text, at, format, image, place ).parse();
 }
 
 } // namespace Vorn

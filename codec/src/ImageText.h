@@ -6,6 +6,7 @@
 #include <Kelvar/Types.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -50,7 +51,18 @@ U64 numberOf( std::string_view digits );
 // Reads the image that `text` writes in digits, which is of no bytes where all is blank.
 void readDigits( std::string_view text, std::size_t at, ImageFormat format, Image& image );
 
-// Reads the image from JSON, and what a JSON object says of its pair.
-void readJson( std::string_view text, std::size_t at, ImageFormat format, Image& image );
+// What a JSON object or a row of CSV says of the place of its image.
+struct PlaceText {
+   std::optional<U64> entry;
+   std::optional<U64> array;
+   std::optional<U64> identifier;
+   std::optional<U64> address;
+   std::size_t at = 0; // of the last of them
+};
+
+// Reads the image from JSON, and what a JSON object says of its pair and, if `place` is there, of
+// its place.
+void readJson( std::string_view text, std::size_t at, ImageFormat format, Image& image,
+               PlaceText* place = nullptr );
 
 } // namespace Vorn

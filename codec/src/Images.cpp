@@ -244,7 +244,8 @@ BadText::BadText( std::size_t at, const std::string& message ) : Error( message 
 BadText::~BadText() = default;
 
 std::span<const std::string_view> imageFormatNames() {
-   static constexpr std::array<std::string_view, 4> names{ "auto", "bytes", "words", "hexdump" };
+   static constexpr std::array<std::string_view, 7> names{ "auto",   "bytes",  "words", "hexdump",
+                                                           "number", "stream", "binary" };
    return names;
 }
 
@@ -380,15 +381,15 @@ void ImageReader::takeDump( std::string_view text, std::size_t at ) {
    Dump dump( format_ );
    dump.take( text, at, image_ );
    while( !dump.isComplete() ) {
-      if( !lines_.next( line_ ) ) {
-         line_ = {};
-         dump.finish( 0 );
-         return;
-      }
+      line_ = {};
+      const bool isThere = lines_.next( line_ );
       const auto row = trimmed( line_ );
-      if( !dump.take( row, placeIn( line_, row ), image_ ) ) {
-         isUnread_ = true;
-         return;
+      const auto begin = isThere ? placeIn( line_, row ) : 0;
+      if( !isThere ) {
+         dump.finish( 0 );
+      }
+      if( !isThere || !dump.take( row, begin, image_ ) ) {
+         throw BadText( begin, "the hexdump is cut off: it ends without the offset of its end" );
       }
    }
 }

@@ -59,8 +59,18 @@ const Base& baseOf( std::string_view text ) {
    return bases[letter == 'x' ? 0 : letter == 'b' ? 1 : 2];
 }
 
+// Whether the text is digits after a 0, which other programs take for octal.
+bool looksOctal( std::string_view text ) {
+   return text.size() > 1 && text[0] == '0' && std::all_of( text.begin(), text.end(), []( char c ) {
+             return ( c >= '0' && c <= '9' ) || c == '_';
+          } );
+}
+
 bool readNumber( std::string_view text, Value& value ) {
    const Base& base = baseOf( text );
+   if( looksOctal( text ) ) {
+      return false;
+   }
    Value::Words number{};
    const auto digits = text.substr( base.prefix.size() );
    std::size_t count = 0;
@@ -187,7 +197,24 @@ std::string numberNear( std::string_view text ) {
    return {};
 }
 
+// How to write a number that looks octal: as it would be in decimal digits, or in octal ones.
+std::string octalAdvice( std::string_view text ) {
+   const auto first = std::min( text.find_first_not_of( "0_" ), text.size() - 1 );
+   std::string advice = "a leading 0 may mean octal; write " + std::string( text.substr( first ) );
+   U64 octal = 0;
+   for( const char c : text.substr( first ) ) {
+      if( c > '7' && c != '_' ) {
+         return advice;
+      }
+      octal = c == '_' ? octal : octal * 8 + digitOf( c );
+   }
+   return octal < 8 || text.size() - first > 20 ? advice : advice + " or " + hexOf( octal );
+}
+
 std::string adviceOn( std::string_view text, bool isValue ) {
+   if( looksOctal( text ) ) {
+      return octalAdvice( text );
+   }
    const Base& base = baseOf( text );
    for( const Shape& shape : shapes ) {
       // Nothing but a number begins with 0x; a MAC address may begin with 0b.

@@ -28,7 +28,6 @@ std::string refusalOf( Parse parse, std::string_view text ) {
 constexpr Row numbers[] = {
    { "0", "0x0" },
    { "10", "0xa" },
-   { "0010", "0xa" },
    { "4294967296", "0x100000000" },
    { "9999999999999999999", "0x8ac7230489e7ffff" },
    { "18446744073709551615", "0xffffffffffffffff" },

@@ -73,21 +73,39 @@ void Output::flush() {
    }
 }
 
-LineReader::LineReader( const std::string& path, std::function<void()> beforeRead )
+FileBytes::FileBytes( const std::string& path, std::function<void()> beforeRead )
    : name_( path == "-" ? "<stdin>" : shown( path ) ), beforeRead_( std::move( beforeRead ) ),
-     descriptor_( path == "-" ? STDIN_FILENO : ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) ),
-     buffer_( 1 << 17 ) {
+     descriptor_( path == "-" ? STDIN_FILENO : ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) ) {
    if( descriptor_ < 0 ) {
       throw Error( "cannot open " + name_ + ": " + std::strerror( errno ) );
    }
    size_ = sizeBehind( descriptor_ );
 }
 
-LineReader::~LineReader() {
+FileBytes::~FileBytes() {
    if( descriptor_ != STDIN_FILENO ) {
       ::close( descriptor_ );
    }
 }
+
+std::size_t FileBytes::read( char* to, std::size_t size ) {
+   beforeRead_();
+   for( ;; ) {
+      const ssize_t count = ::read( descriptor_, to, size );
+      if( count >= 0 ) {
+         bytesRead_ += static_cast<U64>( count );
+         return static_cast<std::size_t>( count );
+      }
+      if( !isToRetry( descriptor_, POLLIN ) ) {
+         throw Error( "cannot read " + name_ + ": " + std::strerror( errno ) );
+      }
+   }
+}
+
+LineReader::LineReader( const std::string& path, std::function<void()> beforeRead )
+   : file_( path, std::move( beforeRead ) ), buffer_( 1 << 17 ) {}
+
+LineReader::~LineReader() = default;
 
 bool LineReader::next( std::string_view& line ) {
    ++number_;
@@ -112,7 +130,7 @@ bool LineReader::next( std::string_view& line ) {
    }
 }
 
-std::string LineReader::place() const { return name_ + ':' + std::to_string( number_ ); }
+std::string LineReader::place() const { return file_.name() + ':' + std::to_string( number_ ); }
 
 bool LineReader::readMore() {
    std::memmove( buffer_.data(), buffer_.data() + begin_, end_ - begin_ );
@@ -120,18 +138,9 @@ bool LineReader::readMore() {
    if( end_ == buffer_.size() ) {
       buffer_.resize( 2 * buffer_.size() );
    }
-   beforeRead_();
-   for( ;; ) {
-      const ssize_t count = ::read( descriptor_, buffer_.data() + end_, buffer_.size() - end_ );
-      if( count >= 0 ) {
-         end_ += static_cast<std::size_t>( count );
-         bytesRead_ += static_cast<U64>( count );
-         return count > 0;
-      }
-      if( !isToRetry( descriptor_, POLLIN ) ) {
-         throw Error( "cannot read " + name_ + ": " + std::strerror( errno ) );
-      }
-   }
+   const auto count = file_.read( buffer_.data() + end_, buffer_.size() - end_ );
+   end_ += count;
+   return count > 0;
 }
 
 } // namespace Vorn

@@ -1,6 +1,7 @@
 // Whole lines in and out: standard output through a buffer, and a file or standard input by line.
 #pragma once
 
+#include <Vorn/Dump.h>
 #include <Vorn/Images.h>
 
 #include <Kelvar/Types.h>
@@ -33,18 +34,40 @@ private:
    std::string pending_;
 };
 
+// The bytes of a file, or of standard input for "-". Failures to open and to read are Errors.
+class FileBytes : public ByteSource {
+public:
+   // `beforeRead` is called each time before more input is asked for, and may have to be waited
+   // for.
+   FileBytes( const std::string& path, std::function<void()> beforeRead );
+   ~FileBytes() override;
+   FileBytes( const FileBytes& ) = delete;
+   FileBytes& operator=( const FileBytes& ) = delete;
+
+   std::size_t read( char* to, std::size_t size ) override;
+   std::string name() const override { return name_; }
+
+   // How many bytes there are to read, 0 if only reading tells; and how many have been read.
+   U64 size() const { return size_; }
+   U64 bytesRead() const { return bytesRead_; }
+
+private:
+   std::string name_;
+   std::function<void()> beforeRead_;
+   int descriptor_;
+   U64 size_ = 0;
+   U64 bytesRead_ = 0;
+};
+
 // The lines of a file, or of standard input for "-". Failures to open and to read are Errors.
 class LineReader : public LineSource {
 public:
    // A longer line is an Error, so that input without lines cannot take all memory.
    static constexpr std::size_t longestLine = 1 << 20;
 
-   // `beforeRead` is called each time before more input is asked for, and may have to be waited
-   // for.
+   // The same as of FileBytes.
    LineReader( const std::string& path, std::function<void()> beforeRead );
    ~LineReader() override;
-   LineReader( const LineReader& ) = delete;
-   LineReader& operator=( const LineReader& ) = delete;
 
    // Sets `line` to the next line without its end, valid until the next call; false at the end.
    bool next( std::string_view& line ) override;
@@ -53,17 +76,13 @@ public:
    std::string place() const override;
 
    // How many bytes there are to read, 0 if only reading tells; and how many have been read.
-   U64 size() const { return size_; }
-   U64 bytesRead() const { return bytesRead_; }
+   U64 size() const { return file_.size(); }
+   U64 bytesRead() const { return file_.bytesRead(); }
 
 private:
    bool readMore();
 
-   std::string name_;
-   std::function<void()> beforeRead_;
-   int descriptor_;
-   U64 size_ = 0;
-   U64 bytesRead_ = 0;
+   FileBytes file_;
    std::size_t number_ = 0;
    std::vector<char> buffer_;
    std::size_t begin_ = 0; // of what is read and not yet handed out

@@ -7,7 +7,6 @@
 #include <exception>
 #include <new>
 #include <string>
-#include <string_view>
 
 #include <unistd.h>
 
@@ -15,33 +14,24 @@ namespace {
 
 enum ExitStatus : int { success = 0, differences = 1, badInput = 1, wrongUsage = 2 };
 
-// `prefix` and `message` as one line on standard error, in one piece.
-void printError( std::string_view prefix, std::string_view message ) {
-   std::string line = Vorn::painted( Vorn::Paint::error, prefix, STDERR_FILENO );
-   line.append( message ).append( "\n" );
-   Vorn::writeAll( STDERR_FILENO, line );
-}
-
-void printError( const Vorn::Error& error ) {
-   printError( ( error.place().empty() ? "vorn" : error.place() ) + ": ", error.message() );
-}
-
 int run( int argc, char** argv ) {
    try {
       Vorn::Output output;
       Vorn::runCommandLine( argc, argv, VORN_VERSION, output );
       return success;
    } catch( const Vorn::UsageError& error ) {
-      printError( error );
+      Vorn::printError( error );
       return wrongUsage;
    } catch( const Vorn::HasDifferences& ) {
       return differences;
+   } catch( const Vorn::HasFailed& ) {
+      return badInput;
    } catch( const Vorn::Error& error ) {
-      printError( error );
+      Vorn::printError( error );
    } catch( const std::bad_alloc& ) {
       throw;
    } catch( const std::exception& error ) {
-      printError( "vorn: ", error.what() );
+      Vorn::printError( "vorn: ", error.what() );
    }
    return badInput;
 }

@@ -1,6 +1,8 @@
 // Colours, which only a person at a terminal sees.
 #include "Terminal.h"
 
+#include "Io.h"
+
 #include <cstdlib>
 
 #include <unistd.h>
@@ -47,6 +49,21 @@ std::string tableOf( std::span<const Align> columns,
       text += lineOf( columns, widths, row );
    }
    return text;
+}
+
+void printError( std::string_view prefix, std::string_view message ) {
+   std::string line = painted( Paint::error, prefix, STDERR_FILENO );
+   line.append( message ).append( "\n" );
+   writeAll( STDERR_FILENO, line );
+}
+
+void printError( const Error& error ) {
+   printError( ( error.place().empty() ? "vorn" : error.place() ) + ": ", error.message() );
+}
+
+void printWarning( std::string_view place, std::string_view message ) {
+   printError( std::string( place.empty() ? "vorn" : place ) + ": ",
+               "warning: " + std::string( message ) );
 }
 
 } // namespace Vorn

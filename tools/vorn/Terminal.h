@@ -3,6 +3,7 @@
 
 #include "Text.h"
 
+#include <Vorn/Error.h>
 #include <Vorn/Text.h>
 
 #include <cstddef>
@@ -24,6 +25,15 @@ enum class Paint {
 
 // `text` as it is to be written to the file descriptor: painted if it has colours, else unchanged.
 std::string painted( Paint paint, std::string_view text, int descriptor );
+
+// Writes `prefix`, painted as that of an error, and `message` as one line to standard error.
+void printError( std::string_view prefix, std::string_view message );
+
+// The same for an Error; without a place it begins with the program's name.
+void printError( const Error& error );
+
+// A warning about what is at the place, or about all if that is empty.
+void printWarning( std::string_view place, std::string_view message );
 
 // The line of a table's headings for standard output.
 std::string headingsOf( std::span<const Align> columns, std::span<const std::size_t> widths,

@@ -19,10 +19,13 @@
 namespace Vorn {
 
 // How hexadecimal digits are taken. `automatic`: 0x and eight digits are a word, its lowest byte
-// first, all other digits are bytes in their order.
-enum class ImageFormat { automatic, bytes, words, hexdump };
+// first, all other digits are bytes in their order. `number`: one number, its highest digit first.
+// `stream`: bytes whose lines mean nothing. `binary`: no digits at all, the bytes themselves; both
+// are for dumps, and an image alone is taken as bytes.
+enum class ImageFormat { automatic, bytes, words, hexdump, number, stream, binary };
 
-// Their names for people, in this order: "auto", "bytes", "words", "hexdump".
+// Their names for people, in this order: "auto", "bytes", "words", "hexdump", "number", "stream",
+// "binary".
 VORN_API std::span<const std::string_view> imageFormatNames();
 
 // Bad input at a known place of its line, in bytes from 0.

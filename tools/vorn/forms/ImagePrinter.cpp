@@ -182,7 +182,7 @@ void ImagePrinter::printCsv( const Decoded& decoded ) {
    const Layout& layout = decoded.layout;
    if( !columns_ ) {
       printHeader( layout );
-   } else if( columns_ != &layout ) {
+   } else if( columns_ != &layout && !( *columns_ == layout ) ) {
       throw Error( "the image is of " + layout.pairText() + ", those before it of " +
                    columns_->pairText() + "; --csv takes the images of one pair" );
    }

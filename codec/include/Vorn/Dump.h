@@ -1,0 +1,119 @@
+// Dumps: many entries from bytes or text in any of the usual forms, each with its layout and place.
+#pragma once
+
+#include <Vorn/Chip.h>
+#include <Vorn/Export.h>
+#include <Vorn/Images.h>
+#include <Vorn/Layout.h>
+
+#include <Kelvar/Types.h>
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace Vorn {
+
+// Where the bytes of a dump come from.
+class VORN_API ByteSource {
+public:
+   virtual ~ByteSource();
+
+   // Reads at most `size` bytes, at least one; 0 at the end.
+   virtual std::size_t read( char* to, std::size_t size ) = 0;
+
+   // What places begin with: "images.bin".
+   virtual std::string name() const = 0;
+};
+
+// The bytes of a text in memory, which has to outlive this.
+class VORN_API TextBytes : public ByteSource {
+public:
+   TextBytes( std::string_view text, std::string name );
+   ~TextBytes() override;
+
+   std::size_t read( char* to, std::size_t size ) override;
+   std::string name() const override;
+
+private:
+   std::string_view rest_;
+   std::string name_;
+};
+
+// What is known of a dump before it is read.
+struct DumpOptions {
+   std::string table;          // empty where each image says its own, or its address does
+   const Chip* chip = nullptr; // the same
+   std::optional<U64> variant; // nothing: by the tag, 0 where the table has no tags
+   ImageFormat format = ImageFormat::automatic;
+   std::size_t stride = 0; // bytes from one entry to the next; 0: as many as an entry has
+   EntryIndex first;       // of a dump without addresses
+   bool isStrict = false;  // a tag that contradicts the variant, or fits two, is an Error
+};
+
+// An entry of a dump.
+struct DumpEntry {
+   const Layout* layout = nullptr; // lives as long as the reader
+   std::span<const U8> image;      // all bytes of the entry, or those up to its last field
+   std::optional<U64> entry;       // where it lies, as far as that is known
+   std::optional<U64> array;
+   std::optional<U64> identifier;
+   std::optional<U32> address; // of the S-channel
+   bool isEmpty = false;       // zeroes alone, which fit no tag: nobody has written it
+   std::string_view doubt;     // what contradicts the layout, for a warning; else empty
+};
+
+// Reads dumps entry by entry, in memory that doesn't grow with them.
+//
+//    Vorn::TextBytes bytes( text, "clipboard" );
+//    Vorn::DumpReader reader( { .table = "LifTable", .chip = &Vorn::chipOf( 10 ) } );
+//    reader.begin( bytes );
+//    while( reader.next() ) { ... reader.entry().layout->get( reader.entry().image, "vsi" ) ... }
+//
+// With ImageFormat::automatic the first line tells the form. What isn't text is binary. The lines
+// of `hexdump -C`, `hexdump` and `xxd` are dumps, whose bytes are split into entries, and so are
+// binary and `stream`. Every other line is an image: digits, JSON, a row of CSV below a header that
+// names an "image", perhaps with TABLE CHIP VARIANT or an address and a colon before it. "#" begins
+// a comment.
+class VORN_API DumpReader {
+public:
+   // An unknown table, chip type or variant is an Error, and so is a stride below an entry's bytes.
+   explicit DumpReader( DumpOptions options );
+   DumpReader( DumpReader&& other ) noexcept;
+   DumpReader& operator=( DumpReader&& other ) noexcept;
+   ~DumpReader();
+
+   // Goes on with these bytes, which have to outlive the reading.
+   void begin( ByteSource& bytes );
+
+   // Reads the next entry; false at the end. What is wrong is an Error that names the line and the
+   // column, or the byte of a binary dump; the next call goes on after it where there is a way to
+   // tell where the next entry begins, and ends otherwise.
+   bool next();
+
+   // What next() has read, valid until the next call.
+   const DumpEntry& entry() const;
+
+   // "images.txt:3:17" or "images.bin:0x550", where it begins.
+   std::string place() const;
+
+   // Goes on with the arguments of a command line: one image in any number of pieces, or an image
+   // in each. Where both can be, next() is an Error. Their places are empty.
+   void begin( std::span<const std::string> arguments );
+
+   // The layout that an image has where it says no other and has no tag; null where there is none.
+   const Layout* own() const;
+
+   // Whether all images are of that one, whatever their tags.
+   bool isOfOnePair() const;
+
+private:
+   struct State;
+
+   std::unique_ptr<State> state_;
+};
+
+} // namespace Vorn

@@ -1,0 +1,1118 @@
+// Dumps: many entries from bytes or text in any of the usual forms, each with its layout and place.
+#include <Vorn/Dump.h>
+
+#include "DumpInput.h"
+#include "DumpRows.h"
+#include "ImageText.h"
+
+#include <Vorn/Locate.h>
+#include <Vorn/Pairs.h>
+#include <Vorn/Text.h>
+#include <Vorn/Value.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace Vorn {
+
+namespace {
+
+constexpr auto none = std::string_view::npos;
+constexpr std::size_t longestStride = 1 << 20;
+
+std::string_view trimmed( std::string_view text ) {
+   while( !text.empty() && isBlank( text.back() ) ) {
+      text.remove_suffix( 1 );
+   }
+   return text.substr( skipBlanks( text, 0 ) );
+}
+
+bool isZero( std::span<const U8> image ) {
+   return std::all_of( image.begin(), image.end(), []( U8 byte ) { return byte == 0; } );
+}
+
+std::string bytesText( std::size_t count ) {
+   return std::to_string( count ) + ( count == 1 ? " byte" : " bytes" );
+}
+
+std::size_t neededBy( const Layout& layout ) {
+   std::size_t end = 0;
+   for( const Field& field : layout.fields() ) {
+      end = std::max<std::size_t>( end, field.end() );
+   }
+   return ( end + 7 ) / 8;
+}
+
+unsigned bitsOf( std::span<const TagField> tag ) {
+   unsigned bits = 0;
+   for( const TagField& one : tag ) {
+      bits += one.field.width;
+   }
+   return bits;
+}
+
+// Whether digits of this one piece may be bytes in their order or a number.
+bool mayBeNumber( std::string_view text, ImageFormat format ) {
+   constexpr std::size_t word = 10;
+   return format == ImageFormat::automatic && text.size() > word &&
+          ( text.starts_with( "0x" ) || text.starts_with( "0X" ) ) &&
+          firstPiece( text ).size() == text.size();
+}
+
+// The pairs that an image may be of, by what is said of it.
+struct Candidates {
+   std::vector<Layout> layouts;
+   std::vector<std::size_t> needed; // up to the last field, for each of them
+   bool isSaid = false;             // by the variant, too
+   std::set<std::size_t> others;    // those that have been told to fit a tag as well
+
+   void add( Layout layout ) {
+      needed.push_back( neededBy( layout ) );
+      layouts.push_back( std::move( layout ) );
+   }
+
+   bool isLength( std::size_t index, std::size_t bytes ) const {
+      const auto up = [&]( std::size_t to ) { return ( needed[index] + to - 1 ) / to * to; };
+      return bytes == layouts[index].bytes() || bytes == up( 1 ) || bytes == up( 4 ) ||
+             bytes == up( 8 );
+   }
+
+   bool isLength( std::size_t bytes ) const {
+      for( std::size_t i = 0; i < layouts.size(); ++i ) {
+         if( isLength( i, bytes ) ) {
+            return true;
+         }
+      }
+      return false;
+   }
+
+   bool fitsTag( std::span<const U8> image ) const {
+      return std::any_of( layouts.begin(), layouts.end(), [&]( const Layout& layout ) {
+         return !layout.tag().empty() && 8 * image.size() >= layout.tag().back().field.end() &&
+                !layout.wrongTag( image );
+      } );
+   }
+
+   bool hasTags() const {
+      return std::any_of( layouts.begin(), layouts.end(),
+                          []( const Layout& layout ) { return !layout.tag().empty(); } );
+   }
+};
+
+// "no variant of LifTable on BCM88690_B0 has tag 0x17"
+std::string noTagText( const Layout& layout, std::span<const U8> image ) {
+   std::string text =
+      "no variant of " + std::string( layout.table() ) + " on " + layout.chip().name + " has tag ";
+   const auto tag = layout.tag();
+   for( const TagField& one : tag ) {
+      text += &one == tag.data() ? "" : ", ";
+      text += tag.size() > 1 ? std::string( one.field.name ) + ' ' : "";
+      text += hexOf( layout.get( image, one.field ) );
+   }
+   return text;
+}
+
+// The columns of CSV that are looked at.
+constexpr std::array<std::string_view, 8> columnNames{ "image", "table", "chip",       "variant",
+                                                       "entry", "array", "identifier", "address" };
+
+// The cells of a row of CSV, with where they begin.
+std::vector<Piece> cellsOf( std::string_view line ) {
+   std::vector<Piece> cells;
+   for( std::size_t at = 0;; ) {
+      Piece& cell = cells.emplace_back();
+      cell.at = skipBlanks( line, at );
+      if( cell.at < line.size() && line[cell.at] == '"' ) {
+         for( ++cell.at, at = cell.at; at < line.size(); ++at ) {
+            if( line[at] == '"' && ( ++at == line.size() || line[at] != '"' ) ) {
+               break;
+            }
+            cell.text += line[at];
+         }
+         if( at < line.size() && line[at] == '"' ) {
+            throw BadText( at, "a quote without end" );
+         }
+         at = std::min( line.find( ',', at ), line.size() );
+      } else {
+         const auto end = std::min( line.find( ',', at ), line.size() );
+         cell.text = trimmed( line.substr( at, end - at ) );
+         at = end;
+      }
+      cell.isGiven = !cell.text.empty();
+      if( at == line.size() ) {
+         return cells;
+      }
+      ++at;
+   }
+}
+
+} // namespace
+
+struct DumpReader::State {
+   explicit State( DumpOptions given );
+
+   // How the input goes on.
+   enum class Mode { start, binary, stream, words, rows, lines, csv, arguments, ended };
+
+   bool step();
+   void detect();
+   bool stepLine();
+   bool stepCsv( std::string_view line );
+   bool stepArgument();
+   void beginBlock( Mode mode );
+   bool stepBlock();
+   bool feed();
+   bool feedRow();
+   void feedDigits( std::string_view text );
+   bool emit();
+   bool finishBlock();
+   void takeArguments( std::span<const std::string> arguments );
+
+   Candidates& candidatesOf( const Image& image );
+   Candidates& candidatesAt( U64 address, const Image& image );
+   void takeImage( std::string_view text );
+   void settle( Candidates& candidates, bool mayBeEmpty );
+   void chooseVariant( Candidates& candidates, std::span<const U8> image, bool mayBeEmpty );
+   void takePlace( const Image& image );
+   std::size_t entryBytes( const Candidates& candidates ) const;
+
+   DumpOptions options_;
+   DumpEntry entry_;
+   std::string doubt_;
+   std::string place_;
+   Mode mode_ = Mode::ended;
+   std::unique_ptr<DumpInput> input_;
+   std::unique_ptr<ImageReader> reader_; // of the lines that are no dump
+   std::vector<std::string> columns_;    // of CSV
+   std::vector<std::string> arguments_;
+   std::size_t argument_ = 0;
+   std::string flaw_; // of the arguments
+   Image image_;
+   PlaceText said_;         // of the image's place
+   bool areDigits_ = false; // image_ is a line of digits
+   std::vector<U8> padded_;
+
+   // A dump that is split.
+   DumpRows rows_{ false };
+   Mode after_ = Mode::ended; // once it has ended
+   std::string blockPlace_;   // of its first row
+   std::vector<U8> pending_;
+   std::size_t head_ = 0;    // of what is still to be split
+   std::size_t skip_ = 0;    // bytes up to the next entry
+   std::vector<U8> row_;     // the last one
+   std::vector<U8> nextRow_; // to be fed after those that repeat the last one
+   U64 repeats_ = 0;         // bytes
+   U64 offset_ = 0;          // of the next entry in the dump
+   U64 count_ = 0;           // entries of the dump
+   U64 index_ = 0;           // of the next entry
+   unsigned nibble_ = 16;    // a digit whose byte isn't complete; 16: none
+   std::size_t line_ = 1;    // of a stream
+   std::size_t column_ = 0;
+   bool isComment_ = false;
+
+   std::map<std::array<std::string, 3>, Candidates> known_;
+   std::map<U32, std::vector<Memory>> memories_; // by chip type
+   Candidates* own_ = nullptr;
+   std::map<std::array<std::string, 3>, Candidates> locatedBy_;
+};
+
+DumpReader::State::State( DumpOptions given ) : options_( std::move( given ) ) {
+   if( !options_.table.empty() && options_.chip ) {
+      own_ = &candidatesOf( {} );
+      if( options_.stride > 0 && options_.stride < entryBytes( *own_ ) ) {
+         throw Error( "a stride of " + bytesText( options_.stride ) +
+                      " is too short; an entry of " + own_->layouts.front().pairText() + " has " +
+                      std::to_string( own_->layouts.front().bytes() ) );
+      }
+   }
+   if( options_.stride > longestStride ) {
+      throw Error( "a stride of " + bytesText( options_.stride ) + " is too long; it is at most " +
+                   std::to_string( longestStride ) );
+   }
+}
+
+// The pairs that the image may be of by what it says, or the options do.
+Candidates& DumpReader::State::candidatesOf( const Image& image ) {
+   if( own_ && !image.table.isGiven && !image.chip.isGiven && !image.variant.isGiven ) {
+      return *own_;
+   }
+   const auto within = [&]( const Piece& piece, auto step ) -> decltype( auto ) {
+      try {
+         return step();
+      } catch( const Error& error ) {
+         throw BadText( piece.isGiven ? piece.at : image.at, error.message() );
+      }
+   };
+   std::string table = image.table.isGiven ? image.table.text : options_.table;
+   if( table.empty() || !( image.chip.isGiven || options_.chip ) ) {
+      throw BadText( image.at, std::string( "the image doesn't say its " ) +
+                                  ( table.empty() ? "table" : "chip type" ) +
+                                  "; give TABLE and --chip, or write TABLE CHIP VARIANT and a "
+                                  "colon before the image" );
+   }
+   if( image.table.isGiven && !options_.table.empty() && table != options_.table ) {
+      throw BadText( image.table.at,
+                     "the image is one of " + shown( table ) + ", not of " + options_.table );
+   }
+   const Chip& chip = within( image.chip, [&]() -> const Chip& {
+      return image.chip.isGiven ? chipOf( image.chip.text ) : *options_.chip;
+   } );
+   if( options_.chip && chip.number != options_.chip->number ) {
+      throw BadText( image.table.isGiven ? image.table.at : image.at,
+                     "the image is one of " + chip.name + ", not of " + options_.chip->name );
+   }
+   std::optional<U64> variant = options_.variant;
+   if( image.variant.isGiven ) {
+      const U64 said =
+         within( image.variant, [&] { return parseIndex( image.variant.text, "variant", 0xff ); } );
+      if( variant && said != *variant && variantsOn( table, chip.number ) &&
+          !variantsOn( table, chip.number )->any ) {
+         throw BadText( image.table.isGiven ? image.table.at : image.at,
+                        "the image is one of variant " + std::to_string( said ) +
+                           ", not of variant " + std::to_string( *variant ) );
+      }
+      variant = said;
+   }
+   const std::array key{ table, chip.name, variant ? std::to_string( *variant ) : "" };
+   if( const auto found = known_.find( key ); found != known_.end() ) {
+      return found->second;
+   }
+   const auto pairs = variantsOn( table, chip.number );
+   const Piece& reason = pairs                      ? image.variant
+                         : pairsOf( table ).empty() ? image.table
+                                                    : image.chip;
+   Candidates made;
+   made.isSaid = variant.has_value();
+   within( reason, [&] {
+      if( variant || !pairs ) {
+         made.add( Layout( table, chip.number, variant.value_or( 0 ) ) );
+         return;
+      }
+      for( const U32 one : pairs->variants ) {
+         made.add( Layout( table, chip.number, one ) );
+      }
+      if( !made.hasTags() ) {
+         made.layouts.erase( made.layouts.begin() + 1, made.layouts.end() );
+         made.needed.resize( 1 );
+      }
+   } );
+   return known_.emplace( key, std::move( made ) ).first->second;
+}
+
+// The pairs of which an entry lies at the address; sets where it lies.
+Candidates& DumpReader::State::candidatesAt( U64 address, const Image& image ) {
+   if( !image.chip.isGiven && !options_.chip ) {
+      throw BadText( image.at, "the image has an address, but nothing says its chip type; give "
+                               "--chip" );
+   }
+   const Chip& chip = image.chip.isGiven ? chipOf( image.chip.text ) : *options_.chip;
+   if( address > 0xffffffff ) {
+      throw BadText( said_.at, "address " + hexOf( address ) +
+                                  " is out of range; it is at most "
+                                  "0xffffffff" );
+   }
+   auto& memories = memories_[chip.number];
+   if( memories.empty() ) {
+      memories = memoriesOn( chip );
+   }
+   const std::string table = image.table.isGiven ? image.table.text : options_.table;
+   std::optional<U64> variant = options_.variant;
+   if( image.variant.isGiven ) {
+      variant = parseIndex( image.variant.text, "variant", 0xff );
+   }
+   std::vector<Location> found;
+   std::set<std::string_view> tables;
+   bool isThere = false;
+   for( const Memory& memory : memories ) {
+      const Layout& layout = memory.layout();
+      if( ( !table.empty() && layout.table() != table ) ||
+          ( variant && layout.info().hasVariants && layout.variant() != *variant ) ) {
+         continue;
+      }
+      const auto here = memory.at( static_cast<U32>( address ) );
+      isThere = isThere || !here.empty();
+      Candidates one;
+      one.add( layout );
+      // A tag tells memories apart that claim one address, but an entry of zeroes has none.
+      if( here.empty() || !one.isLength( image.bytes.size() ) ) {
+         continue;
+      }
+      found.insert( found.end(), here.begin(), here.end() );
+      tables.insert( layout.table() );
+   }
+   if( tables.size() > 1 ) {
+      const auto fits = [&]( const Location& location ) {
+         return !location.layout.tag().empty() && !location.layout.wrongTag( image.bytes );
+      };
+      if( std::any_of( found.begin(), found.end(), fits ) ) {
+         std::erase_if( found, [&]( const Location& location ) { return !fits( location ); } );
+         tables.clear();
+         for( const Location& location : found ) {
+            tables.insert( location.layout.table() );
+         }
+      }
+   }
+   if( tables.size() > 1 ) {
+      std::string list;
+      for( const std::string_view name : tables ) {
+         const auto at = std::find_if( found.begin(), found.end(), [&]( const Location& location ) {
+            return location.layout.table() == name;
+         } );
+         list += ( list.empty() ? "entry " : ", entry " ) + std::to_string( at->index.entry ) +
+                 " of " + std::string( name );
+      }
+      throw BadText( image.at, "several memories of " + chip.name + " claim " + hexOf( address ) +
+                                  ": " + list + "; give TABLE" );
+   }
+   if( found.empty() ) {
+      if( !table.empty() ) {
+         Candidates& all = candidatesOf( image );
+         const Layout& first = all.layouts.front();
+         first.requireFields( image.bytes );
+         throw BadText( image.at,
+                        isThere
+                           ? "the image has " + bytesText( image.bytes.size() ) + "; an entry of " +
+                                first.pairText() + " has " + std::to_string( first.bytes() )
+                           : "no entry of " + first.pairText() + " lies at " + hexOf( address ) );
+      }
+      if( isThere ) {
+         throw BadText( image.at, "no entry at " + hexOf( address ) + " on " + chip.name + " has " +
+                                     bytesText( image.bytes.size() ) );
+      }
+      locate( chip, static_cast<U32>( address ) ); // ends with the nearest ones
+   }
+   std::string variants;
+   for( const Location& location : found ) {
+      variants += ' ' + std::to_string( location.layout.variant() );
+   }
+   auto& result = locatedBy_[{ std::string( found.front().layout.table() ), chip.name, variants }];
+   if( result.layouts.empty() ) {
+      result.isSaid = variant.has_value();
+      for( const Location& location : found ) {
+         if( result.layouts.empty() || !( result.layouts.back() == location.layout ) ) {
+            result.add( location.layout );
+         }
+      }
+      if( !result.hasTags() ) {
+         result.layouts.erase( result.layouts.begin() + 1, result.layouts.end() );
+         result.needed.resize( 1 );
+      }
+   }
+   const EntryIndex& index = found.front().index;
+   said_.entry = index.entry;
+   said_.array = index.array;
+   if( !said_.identifier && found.front().layout.info().instanceCount == 1 ) {
+      said_.identifier = 0;
+   }
+   entry_.address = static_cast<U32>( address );
+   return result;
+}
+
+std::size_t DumpReader::State::entryBytes( const Candidates& candidates ) const {
+   const auto& layouts = candidates.layouts;
+   const auto other = std::find_if( layouts.begin(), layouts.end(), [&]( const Layout& layout ) {
+      return layout.bytes() != layouts.front().bytes();
+   } );
+   if( other != layouts.end() ) {
+      throw Error( "the entries of " + layouts.front().pairText() + " have " +
+                   std::to_string( layouts.front().bytes() ) + " bytes, those of variant " +
+                   std::to_string( other->variant() ) + " have " +
+                   std::to_string( other->bytes() ) + "; give --variant" );
+   }
+   return layouts.front().bytes();
+}
+
+// Finds the layout of image_ and makes it the entry.
+void DumpReader::State::settle( Candidates& candidates, bool mayBeEmpty ) {
+   if( options_.format == ImageFormat::number ) {
+      const std::size_t whole = candidates.layouts.front().bytes();
+      while( image_.bytes.size() > whole && image_.bytes.back() == 0 ) {
+         image_.bytes.pop_back();
+      }
+      if( !image_.bytes.empty() && image_.bytes.size() < whole ) {
+         image_.bytes.resize( whole );
+      }
+   }
+   if( !candidates.isLength( image_.bytes.size() ) ) {
+      const Layout& first = candidates.layouts.front();
+      throw BadText( image_.at, "the image has " + bytesText( image_.bytes.size() ) +
+                                   "; the fields of " + first.pairText() + " need " +
+                                   std::to_string( candidates.needed.front() ) +
+                                   ", a whole entry has " + std::to_string( first.bytes() ) +
+                                   ( areDigits_ ? "; --image-format stream takes digits whose "
+                                                  "lines mean nothing"
+                                                : "" ) );
+   }
+   chooseVariant( candidates, image_.bytes, mayBeEmpty );
+   entry_.image = image_.bytes;
+   takePlace( image_ );
+}
+
+void DumpReader::State::chooseVariant( Candidates& candidates, std::span<const U8> image,
+                                       bool mayBeEmpty ) {
+   doubt_.clear();
+   entry_.isEmpty = false;
+   const auto& layouts = candidates.layouts;
+   entry_.layout = &layouts.front();
+   if( candidates.isSaid ) {
+      if( const auto wrong = entry_.layout->wrongTag( image ) ) {
+         if( mayBeEmpty && isZero( image ) ) {
+            entry_.isEmpty = true;
+            return;
+         }
+         doubt_ = "the image is not one of " + entry_.layout->pairText() + ": its tag " +
+                  std::string( wrong->field.name ) + " is " +
+                  hexOf( entry_.layout->get( image, wrong->field ) ) + ", not " +
+                  hexOf( wrong->value );
+         std::vector<U8> whole( image.begin(), image.end() );
+         whole.resize( entry_.layout->bytes() );
+         if( const auto owner = entry_.layout->variantOf( whole ) ) {
+            doubt_ += ", as in variant " + std::to_string( owner->variant() );
+         }
+      }
+   } else {
+      unsigned best = 0;
+      const Layout* other = nullptr;
+      bool fits = false;
+      for( std::size_t i = 0; i < layouts.size(); ++i ) {
+         if( !candidates.isLength( i, image.size() ) || layouts[i].wrongTag( image ) ) {
+            continue;
+         }
+         const unsigned bits = bitsOf( layouts[i].tag() ) + 1;
+         if( bits > best ) {
+            best = bits;
+            entry_.layout = &layouts[i];
+            other = nullptr;
+         } else if( bits == best && bits > 1 && !other ) {
+            other = &layouts[i];
+         }
+         fits = true;
+      }
+      if( !fits ) {
+         if( mayBeEmpty && isZero( image ) ) {
+            entry_.isEmpty = true;
+            return;
+         }
+         throw BadText( image_.at, noTagText( *entry_.layout, image ) );
+      }
+      const auto same = [&] {
+         const auto own = entry_.layout->fields();
+         const auto theirs = other->fields();
+         return std::equal( own.begin(), own.end(), theirs.begin(), theirs.end() );
+      };
+      if( other && !same() ) {
+         doubt_ = "the tag of " + entry_.layout->pairText() + " is that of variant " +
+                  std::to_string( other->variant() ) + ", too; --variant says which it is";
+      }
+   }
+   if( options_.isStrict && !doubt_.empty() ) {
+      throw BadText( image_.at, doubt_ );
+   }
+   entry_.doubt = doubt_;
+}
+
+// Says where the entry lies, as far as its image has said so.
+void DumpReader::State::takePlace( const Image& image ) {
+   const auto& [entry, array, identifier, address, at] = said_;
+   entry_.entry = entry;
+   entry_.array = array;
+   entry_.identifier = identifier;
+   if( entry && !entry_.address ) {
+      entry_.array = array.value_or( 0 );
+      entry_.identifier = identifier.value_or( 0 );
+      try {
+         const auto own = entry_.layout->address( { *entry, *entry_.array, *entry_.identifier } );
+         if( own ) {
+            entry_.address = own->schanAddress;
+         }
+         if( address && own && *address != own->schanAddress ) {
+            throw Error( "address " + hexOf( *address ) + " is not that of entry " +
+                         std::to_string( *entry ) + ", which is " + hexOf( own->schanAddress ) );
+         }
+      } catch( const Error& error ) {
+         throw BadText( at ? at : image.at, error.message() );
+      }
+   }
+}
+
+// Takes the image that text_ has written, which is image_ now.
+void DumpReader::State::takeImage( std::string_view text ) {
+   const bool isLocated = said_.address && !said_.entry;
+   Candidates& candidates =
+      isLocated ? candidatesAt( *said_.address, image_ ) : candidatesOf( image_ );
+   if( mayBeNumber( text, options_.format ) ) {
+      const auto& bytes = image_.bytes;
+      const std::vector<U8> number( bytes.rbegin(), bytes.rend() );
+      const bool asBytes = candidates.fitsTag( bytes );
+      const bool asNumber = candidates.fitsTag( number );
+      if( number != bytes && asBytes == asNumber ) {
+         throw BadText( image_.at, "0x and " + std::to_string( text.size() - 2 ) +
+                                      " digits may be bytes in their order or one number, its "
+                                      "highest digit first; say --image-format bytes or "
+                                      "--image-format number" );
+      }
+      if( asNumber && !asBytes ) {
+         image_.bytes = number;
+      }
+   }
+   areDigits_ = mode_ == Mode::lines && own_ && !text.empty() && !isJson( text ) &&
+                text.find( ':' ) == none && text.find( '|' ) == none;
+   settle( candidates, mode_ != Mode::arguments );
+}
+
+void DumpReader::State::detect() {
+   mode_ = Mode::lines;
+   switch( options_.format ) {
+   case ImageFormat::binary:
+      return beginBlock( Mode::binary );
+   case ImageFormat::stream:
+      return beginBlock( Mode::stream );
+   default:
+      break;
+   }
+   const auto first = trimmed( input_->firstLine() );
+   if( options_.format == ImageFormat::automatic && !input_->isText() ) {
+      return beginBlock( Mode::binary );
+   }
+   if( options_.format == ImageFormat::words && own_ ) {
+      bool areWhole = true;
+      std::size_t bytes = 0;
+      forEachPiece( first, 0, [&]( std::string_view piece, std::size_t ) {
+         const auto digits = piece.substr( piece.starts_with( "0x" ) ? 2 : 0 );
+         areWhole = areWhole && digits.size() == 8 && isDigits( digits );
+         bytes += 4;
+      } );
+      if( areWhole && bytes > 0 && !own_->isLength( bytes ) ) {
+         return beginBlock( Mode::words );
+      }
+   }
+   if( !isJson( first ) && first.find( ':' ) == none ) {
+      const auto cells = cellsOf( first );
+      const auto isImage = []( const Piece& cell ) { return cell.text == columnNames[0]; };
+      if( std::any_of( cells.begin(), cells.end(), isImage ) ) {
+         mode_ = Mode::csv;
+         columns_.clear();
+         return;
+      }
+   }
+}
+
+bool DumpReader::State::stepLine() {
+   std::string_view line;
+   if( !input_->next( line ) ) {
+      mode_ = Mode::ended;
+      return false;
+   }
+   const auto text = trimmed( line );
+   if( text.empty() ) {
+      return false;
+   }
+   image_.at = static_cast<std::size_t>( text.data() - line.data() );
+   try {
+      if( mode_ == Mode::csv ) {
+         if( !stepCsv( line ) ) {
+            return false;
+         }
+      } else {
+         rows_ = DumpRows( options_.format == ImageFormat::hexdump );
+         if( rows_.begins( text ) ) {
+            input_->back();
+            beginBlock( Mode::rows );
+            return false;
+         }
+         const auto colon = text.find( ':' );
+         const auto head = trimmed( text.substr( 0, colon ) );
+         if( colon != none && head.starts_with( "0x" ) && head.size() <= 18 &&
+             isDigits( head.substr( 2 ) ) ) {
+            said_.address = numberOf( head.substr( 2 ) );
+            said_.at = image_.at;
+            const auto rest = trimmed( text.substr( colon + 1 ) );
+            image_.at = static_cast<std::size_t>( rest.data() - line.data() );
+            if( rest.empty() ) {
+               throw BadText( said_.at, "no image after the address" );
+            }
+            readDigits( rest, image_.at, options_.format, image_ );
+            takeImage( rest );
+         } else if( text[0] == '{' ) {
+            readJson( text, image_.at, options_.format, image_, &said_ );
+            takeImage( {} );
+         } else {
+            input_->back();
+            if( !reader_->next() ) {
+               return false;
+            }
+            image_ = reader_->image();
+            place_ = reader_->place( image_.at );
+            try {
+               takeImage( image_.table.isGiven ? std::string_view() : text );
+            } catch( const BadText& bad ) {
+               throw Error( reader_->place( bad.at() ), bad.message() );
+            } catch( const Error& error ) {
+               throw Error( place_, error.message() );
+            }
+            return true;
+         }
+      }
+   } catch( const BadText& bad ) {
+      throw Error( input_->place( bad.at() ), bad.message() );
+   } catch( const Error& error ) {
+      if( !error.place().empty() ) {
+         throw;
+      }
+      throw Error( input_->place( image_.at ), error.message() );
+   }
+   place_ = input_->place( image_.at );
+   return true;
+}
+
+bool DumpReader::State::stepCsv( std::string_view line ) {
+   const auto cells = cellsOf( line );
+   if( columns_.empty() ) {
+      for( const Piece& cell : cells ) {
+         const bool isKnown =
+            std::find( columnNames.begin(), columnNames.end(), cell.text ) != columnNames.end();
+         if( isKnown &&
+             std::find( columns_.begin(), columns_.end(), cell.text ) != columns_.end() ) {
+            throw BadText( cell.at, "a second column " + inQuotes( cell.text ) );
+         }
+         columns_.push_back( cell.text );
+      }
+      return false;
+   }
+   if( cells.size() != columns_.size() ) {
+      throw BadText( image_.at, "the row has " + std::to_string( cells.size() ) +
+                                   " cells, the header " + std::to_string( columns_.size() ) );
+   }
+   for( std::size_t i = 0; i < cells.size(); ++i ) {
+      const auto& name = columns_[i];
+      const Piece& cell = cells[i];
+      const auto number = [&] {
+         try {
+            return std::optional( parseIndex( cell.text, name, 0xffffffff ) );
+         } catch( const Error& error ) {
+            throw BadText( cell.at, error.message() );
+         }
+      };
+      if( name == columnNames[0] ) {
+         image_.at = cell.at;
+         readDigits( cell.text, cell.at, options_.format, image_ );
+      } else if( cell.isGiven ) {
+         Piece* const piece = name == "table"     ? &image_.table
+                              : name == "chip"    ? &image_.chip
+                              : name == "variant" ? &image_.variant
+                                                  : nullptr;
+         if( piece ) {
+            *piece = cell;
+         }
+         std::optional<U64>* const to = name == "entry"        ? &said_.entry
+                                        : name == "array"      ? &said_.array
+                                        : name == "identifier" ? &said_.identifier
+                                        : name == "address"    ? &said_.address
+                                                               : nullptr;
+         if( to ) {
+            *to = number();
+            said_.at = cell.at;
+         }
+      }
+   }
+   takeImage( {} );
+   return true;
+}
+
+// Begins a dump that is split into entries.
+void DumpReader::State::beginBlock( Mode mode ) {
+   after_ = mode == Mode::rows ? Mode::lines : Mode::ended;
+   mode_ = mode;
+   blockPlace_ = mode == Mode::rows ? input_->place( image_.at ) : std::string();
+   pending_.clear();
+   row_.clear();
+   nextRow_.clear();
+   head_ = skip_ = 0;
+   index_ = options_.first.entry;
+   repeats_ = offset_ = count_ = 0;
+   nibble_ = 16;
+   line_ = 1;
+   column_ = 0;
+   isComment_ = false;
+   if( !own_ ) {
+      mode_ = Mode::ended;
+      image_.at = 0;
+      Error missing( "a dump doesn't say its table; give TABLE and --chip" );
+      throw mode == Mode::rows ? Error( input_->place( 0 ), missing.message() )
+                               : Error( input_->name(), missing.message() );
+   }
+   try {
+      entryBytes( *own_ );
+   } catch( const Error& ) {
+      mode_ = Mode::ended;
+      throw;
+   }
+}
+
+// Adds what comes next of the dump; false at its end.
+bool DumpReader::State::feed() {
+   if( head_ > 0 ) {
+      pending_.erase( pending_.begin(), pending_.begin() + static_cast<std::ptrdiff_t>( head_ ) );
+      head_ = 0;
+   }
+   if( mode_ == Mode::rows ) {
+      return feedRow();
+   }
+   if( mode_ == Mode::words ) {
+      std::string_view line;
+      if( !input_->next( line ) ) {
+         return false;
+      }
+      try {
+         image_.bytes.clear();
+         if( trimmed( line ) == "*" ) {
+            throw BadText( line.find( '*' ), "\"*\" stands for lines that were left out; print "
+                                             "them with `od -v`" );
+         }
+         readDigits( line, 0, ImageFormat::words, image_ );
+      } catch( const BadText& bad ) {
+         throw Error( input_->place( bad.at() ), bad.message() );
+      }
+      pending_.insert( pending_.end(), image_.bytes.begin(), image_.bytes.end() );
+      return true;
+   }
+   const auto bytes = input_->bytes();
+   if( bytes.empty() ) {
+      if( nibble_ < 16 ) {
+         throw Error( input_->name() + ':' + std::to_string( line_ ) + ':' +
+                         std::to_string( column_ ),
+                      "an odd number of digits; write two for each byte" );
+      }
+      return false;
+   }
+   if( mode_ == Mode::binary ) {
+      const auto* const begin = reinterpret_cast<const U8*>( bytes.data() );
+      pending_.insert( pending_.end(), begin, begin + bytes.size() );
+   } else {
+      feedDigits( bytes );
+   }
+   return true;
+}
+
+// Takes hexadecimal digits wherever they stand.
+void DumpReader::State::feedDigits( std::string_view text ) {
+   constexpr std::string_view mark = "\xef\xbb\xbf";
+   if( line_ == 1 && column_ == 0 && text.starts_with( mark ) ) {
+      text.remove_prefix( mark.size() );
+   }
+   for( const char c : text ) {
+      ++column_;
+      if( c == '\n' ) {
+         ++line_;
+         column_ = 0;
+         isComment_ = false;
+      } else if( isComment_ || c == '#' ) {
+         isComment_ = true;
+      } else if( isDigits( { &c, 1 } ) ) {
+         const auto digit = static_cast<unsigned>( numberOf( { &c, 1 } ) );
+         if( nibble_ < 16 ) {
+            pending_.push_back( static_cast<U8>( nibble_ << 4 | digit ) );
+            nibble_ = 16;
+         } else {
+            nibble_ = digit;
+         }
+      } else if( !isBlank( c ) ) {
+         throw Error( input_->name() + ':' + std::to_string( line_ ) + ':' +
+                         std::to_string( column_ ),
+                      "bad digit " + inQuotes( { &c, 1 } ) +
+                         "; a stream is hexadecimal digits, two for each byte, and blanks" );
+      }
+   }
+}
+
+bool DumpReader::State::feedRow() {
+   if( repeats_ > 0 ) {
+      // Enough for some entries at a time.
+      for( std::size_t i = 0; i < 256 && repeats_ > 0; ++i ) {
+         const auto part = std::min<U64>( repeats_, row_.size() );
+         pending_.insert( pending_.end(), row_.begin(),
+                          row_.begin() + static_cast<std::ptrdiff_t>( part ) );
+         repeats_ -= part;
+      }
+      return true;
+   }
+   if( !nextRow_.empty() ) {
+      pending_.insert( pending_.end(), nextRow_.begin(), nextRow_.end() );
+      row_ = std::exchange( nextRow_, {} );
+      return true;
+   }
+   if( rows_.isComplete() ) {
+      return false;
+   }
+   std::string_view line;
+   std::string_view text;
+   try {
+      if( !input_->next( line ) ) {
+         rows_.finish( 0 );
+         return false;
+      }
+      text = trimmed( line );
+      if( text.empty() || !rows_.take( text, static_cast<std::size_t>( text.data() - line.data() ),
+                                       nextRow_, repeats_ ) ) {
+         if( text.empty() ) {
+            rows_.finish( 0 );
+         } else {
+            input_->back();
+         }
+         return false;
+      }
+   } catch( const BadText& bad ) {
+      throw Error( input_->place( bad.at() ), bad.message() );
+   }
+   return true;
+}
+
+// The next entry of the dump, if all its bytes are there.
+bool DumpReader::State::emit() {
+   const auto skipped = std::min( skip_, pending_.size() - head_ );
+   head_ += skipped;
+   skip_ -= skipped;
+   offset_ += skipped;
+   const std::size_t bytes = own_->layouts.front().bytes();
+   if( skip_ > 0 || pending_.size() - head_ < bytes ) {
+      return false;
+   }
+   const std::span<const U8> image( pending_.data() + head_, bytes );
+   place_ = input_ ? input_->name() + ":" + hexOf( offset_ ) : std::string();
+   head_ += bytes;
+   offset_ += bytes;
+   skip_ = options_.stride > 0 ? options_.stride - bytes : 0;
+   ++count_;
+   said_ = { index_++, options_.first.array, options_.first.identifier, {}, 0 };
+   image_.at = 0;
+   try {
+      chooseVariant( *own_, image, true );
+      entry_.image = image;
+      takePlace( image_ );
+   } catch( const Error& error ) {
+      throw Error( place_, error.message() );
+   }
+   return true;
+}
+
+// At the end of a dump: nothing may be left of it but one image that ends at its last field.
+bool DumpReader::State::finishBlock() {
+   const bool isRows = mode_ == Mode::rows || mode_ == Mode::arguments;
+   mode_ = after_;
+   const std::size_t left = pending_.size() - head_;
+   const auto name = input_ ? input_->name() + ':' + hexOf( offset_ ) : std::string();
+   if( left == 0 && ( count_ > 0 || !isRows ) ) {
+      return false;
+   }
+   if( count_ == 0 && isRows ) {
+      image_.bytes.assign( pending_.begin() + static_cast<std::ptrdiff_t>( head_ ),
+                           pending_.end() );
+      image_.at = 0;
+      said_ = {};
+      place_ = blockPlace_;
+      areDigits_ = false;
+      try {
+         settle( *own_, true );
+      } catch( const Error& error ) {
+         throw Error( place_, error.message() );
+      }
+      return true;
+   }
+   const std::size_t bytes = own_->layouts.front().bytes();
+   throw Error( name, bytesText( left ) + ( left == 1 ? " is" : " are" ) + " left over after " +
+                         std::to_string( count_ ) + ( count_ == 1 ? " entry" : " entries" ) +
+                         " of " + own_->layouts.front().pairText() + ", which have " +
+                         std::to_string( bytes ) +
+                         " bytes each; --stride says where entries lie "
+                         "further apart" );
+}
+
+bool DumpReader::State::stepBlock() {
+   while( !emit() ) {
+      bool goesOn = false;
+      try {
+         goesOn = feed();
+      } catch( const Error& ) {
+         mode_ = Mode::ended;
+         throw;
+      }
+      if( !goesOn ) {
+         return finishBlock();
+      }
+   }
+   return true;
+}
+
+void DumpReader::State::takeArguments( std::span<const std::string> arguments ) {
+   arguments_.clear();
+   argument_ = 0;
+   std::string joined;
+   bool areImages = arguments.size() > 1;
+   for( const std::string& one : arguments ) {
+      joined += one + ' ';
+      if( isJson( trimmed( one ) ) ) {
+         continue;
+      }
+      try {
+         areImages =
+            areImages && own_ && own_->isLength( imageOf( one, options_.format ).bytes.size() );
+      } catch( const Error& ) {
+         areImages = false;
+      }
+   }
+   if( areImages && own_ ) {
+      try {
+         const auto whole = imageOf( joined, options_.format ).bytes.size();
+         if( own_->isLength( whole ) ) {
+            flaw_ = "may be one image of " + bytesText( whole ) + " or " +
+                    std::to_string( arguments.size() ) +
+                    " images; write one image as one argument, in quotes, or pipe the lines "
+                    "into -";
+         }
+      } catch( const Error& ) {
+         // Then they can't be one.
+         flaw_.clear();
+      }
+   }
+   if( areImages ) {
+      arguments_.assign( arguments.begin(), arguments.end() );
+   } else {
+      arguments_.push_back( joined );
+   }
+}
+
+bool DumpReader::State::stepArgument() {
+   if( !flaw_.empty() ) {
+      argument_ = arguments_.size();
+      throw Error( "the arguments " + std::exchange( flaw_, {} ) );
+   }
+   if( argument_ == arguments_.size() ) {
+      mode_ = Mode::ended;
+      return false;
+   }
+   const std::string_view text = trimmed( arguments_[argument_++] );
+   const auto colon = text.find( ':' );
+   if( text.starts_with( '{' ) ) {
+      readJson( text, 0, options_.format, image_, &said_ );
+      takeImage( {} );
+      return true;
+   }
+   if( const auto head = trimmed( text.substr( 0, colon ) );
+       colon != none && head.starts_with( "0x" ) && head.size() <= 18 &&
+       isDigits( head.substr( 2 ) ) ) {
+      image_ = imageOf( text.substr( colon + 1 ), options_.format );
+      said_.address = numberOf( head.substr( 2 ) );
+      takeImage( trimmed( text.substr( colon + 1 ) ) );
+      return true;
+   }
+   const bool isDump = DumpRows( options_.format == ImageFormat::hexdump )
+                          .begins( trimmed( text.substr( 0, text.find( '\n' ) ) ) );
+   if( isDump && own_ ) {
+      input_ = nullptr;
+      beginBlock( Mode::arguments );
+      after_ = Mode::arguments;
+      DumpRows rows( options_.format == ImageFormat::hexdump );
+      for( auto rest = text; !rest.empty(); ) {
+         const auto line = rest.substr( 0, rest.find( '\n' ) );
+         rest.remove_prefix( std::min( line.size() + 1, rest.size() ) );
+         const auto row = trimmed( line );
+         std::vector<U8> bytes;
+         U64 repeats = 0;
+         if( row.empty() ) {
+            continue;
+         }
+         if( rows.isComplete() || !rows.take( row, 0, bytes, repeats ) ) {
+            throw Error( "the line " + inQuotes( row ) + " is no part of the hexdump before it" );
+         }
+         if( pending_.size() + repeats > Image::longest ) {
+            throw Error( "the image is longer than " + std::to_string( Image::longest ) +
+                         " bytes" );
+         }
+         for( U64 i = 0; i < repeats; ++i ) {
+            pending_.push_back( row_[i % row_.size()] );
+         }
+         pending_.insert( pending_.end(), bytes.begin(), bytes.end() );
+         row_ = bytes.empty() ? row_ : bytes;
+      }
+      rows.finish( 0 );
+      return emit() || finishBlock();
+   }
+   image_ = imageOf( text, options_.format );
+   takeImage( text );
+   return true;
+}
+
+// One step towards the next entry; whether it is there.
+bool DumpReader::State::step() {
+   switch( mode_ ) {
+   case Mode::start:
+      detect();
+      return false;
+   case Mode::lines:
+   case Mode::csv:
+      return stepLine();
+   case Mode::arguments:
+      if( head_ < pending_.size() ) {
+         return emit() || finishBlock();
+      }
+      return stepArgument();
+   default:
+      return stepBlock();
+   }
+}
+
+DumpReader::DumpReader( DumpOptions options )
+   : state_( std::make_unique<State>( std::move( options ) ) ) {}
+
+DumpReader::DumpReader( DumpReader&& other ) noexcept = default;
+DumpReader& DumpReader::operator=( DumpReader&& other ) noexcept = default;
+DumpReader::~DumpReader() = default;
+
+void DumpReader::begin( ByteSource& bytes ) {
+   state_->input_ = std::make_unique<DumpInput>( bytes );
+   state_->reader_ = std::make_unique<ImageReader>( *state_->input_, state_->options_.format );
+   state_->mode_ = State::Mode::start;
+}
+
+void DumpReader::begin( std::span<const std::string> arguments ) {
+   state_->input_ = nullptr;
+   state_->reader_ = nullptr;
+   state_->pending_.clear();
+   state_->head_ = 0;
+   state_->takeArguments( arguments );
+   state_->mode_ = State::Mode::arguments;
+}
+
+bool DumpReader::next() {
+   while( state_->mode_ != State::Mode::ended ) {
+      state_->place_.clear();
+      state_->said_ = {};
+      state_->image_.bytes.clear();
+      for( Piece* piece :
+           { &state_->image_.table, &state_->image_.chip, &state_->image_.variant } ) {
+         piece->isGiven = false;
+      }
+      state_->entry_.address.reset();
+      state_->entry_.doubt = {};
+      if( state_->step() ) {
+         return true;
+      }
+   }
+   return false;
+}
+
+const DumpEntry& DumpReader::entry() const { return state_->entry_; }
+
+std::string DumpReader::place() const { return state_->place_; }
+
+const Layout* DumpReader::own() const {
+   return state_->own_ ? &state_->own_->layouts.front() : nullptr;
+}
+
+bool DumpReader::isOfOnePair() const { return state_->own_ && state_->own_->layouts.size() == 1; }
+
+} // namespace Vorn

@@ -1,0 +1,151 @@
+// The bytes and lines of a dump, with their places.
+#include "DumpInput.h"
+
+#include "ImageText.h"
+
+#include <Vorn/Text.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace Vorn {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+
+// What is looked at of a line without end.
+constexpr std::size_t longestLook = 1 << 16;
+
+bool isBlankLine( std::string_view line ) {
+   const auto begin = skipBlanks( line, 0 );
+   return begin == line.size() || line[begin] == '#';
+}
+
+} // namespace
+
+ByteSource::~ByteSource() = default;
+
+TextBytes::TextBytes( std::string_view text, std::string name )
+   : rest_( text ), name_( std::move( name ) ) {}
+
+TextBytes::~TextBytes() = default;
+
+std::size_t TextBytes::read( char* to, std::size_t size ) {
+   const auto length = rest_.copy( to, size );
+   rest_.remove_prefix( length );
+   return length;
+}
+
+std::string TextBytes::name() const { return name_; }
+
+bool DumpInput::readMore() {
+   std::memmove( buffer_.data(), buffer_.data() + begin_, end_ - begin_ );
+   end_ -= std::exchange( begin_, 0 );
+   if( end_ == buffer_.size() ) {
+      buffer_.resize( 2 * buffer_.size() );
+   }
+   const auto count = source_.read( buffer_.data() + end_, buffer_.size() - end_ );
+   end_ += count;
+   return count > 0;
+}
+
+std::string_view DumpInput::firstLine() {
+   for( std::size_t at = 0;; ) {
+      const std::string_view all( buffer_.data() + begin_, end_ - begin_ );
+      const auto lineEnd = all.find( '\n', at );
+      auto line = all.substr( at, lineEnd == all.npos ? lineEnd : lineEnd - at );
+      if( lineEnd == all.npos && line.size() < longestLook && all.size() < longestLine &&
+          readMore() ) {
+         continue;
+      }
+      if( at == 0 && line.starts_with( byteOrderMark ) ) {
+         line.remove_prefix( byteOrderMark.size() );
+      }
+      if( lineEnd == all.npos || !isBlankLine( line ) ) {
+         return line;
+      }
+      at = lineEnd + 1;
+   }
+}
+
+bool DumpInput::isText() {
+   std::string line( firstLine().substr( 0, longestLook ) );
+   // A character may be cut there.
+   while( line.size() == longestLook && ( static_cast<U8>( line.back() ) & 0xc0 ) == 0x80 ) {
+      line.pop_back();
+   }
+   if( line.size() + 1 >= longestLook && static_cast<U8>( line.back() ) >= 0xc0 ) {
+      line.pop_back();
+   }
+   std::erase_if( line, isBlank );
+   return shown( line, line.size() ) == line;
+}
+
+std::string_view DumpInput::bytes() {
+   if( begin_ == end_ && !readMore() ) {
+      return {};
+   }
+   const std::string_view all( buffer_.data() + begin_, end_ - begin_ );
+   begin_ = end_;
+   return all;
+}
+
+bool DumpInput::next( std::string_view& line ) {
+   if( std::exchange( isAgain_, false ) ) {
+      line = line_;
+      return true;
+   }
+   ++number_;
+   std::size_t searched = begin_;
+   for( ;; ) {
+      const char* const start = buffer_.data();
+      const void* const found =
+         searched < end_ ? std::memchr( start + searched, '\n', end_ - searched ) : nullptr;
+      const auto lineEnd =
+         found ? static_cast<std::size_t>( static_cast<const char*>( found ) - start ) : end_;
+      const std::size_t length = lineEnd - begin_;
+      if( length > longestLine ) {
+         line_ = {};
+         throw Error( place(),
+                      "the line is longer than " + std::to_string( longestLine ) + " bytes" );
+      }
+      if( found || !readMore() ) {
+         line_ = { buffer_.data() + begin_, length };
+         begin_ = found ? lineEnd + 1 : end_;
+         if( std::exchange( isFirst_, false ) && line_.starts_with( byteOrderMark ) ) {
+            line_.remove_prefix( byteOrderMark.size() );
+         }
+         line_ = withoutComment( line_ );
+         line = line_;
+         return found || length > 0;
+      }
+      searched = begin_ + length;
+   }
+}
+
+// In JSON and in the characters of a hexdump, "#" is a character like others.
+std::string_view DumpInput::withoutComment( std::string_view line ) const {
+   const auto hash = line.find( '#' );
+   if( hash == line.npos ) {
+      return line;
+   }
+   const auto begin = skipBlanks( line, 0 );
+   if( begin == hash ) {
+      return line.substr( 0, hash );
+   }
+   const auto first = firstPiece( line.substr( begin ) );
+   const bool isRow = first.ends_with( ':' ) && isDigits( first.substr( 0, first.size() - 1 ) );
+   const bool isText =
+      isRow || isJson( line.substr( begin ) ) || line.find( '{' ) < hash || line.find( '|' ) < hash;
+   return isText ? line : line.substr( 0, hash );
+}
+
+std::string DumpInput::place() const { return source_.name() + ':' + std::to_string( number_ ); }
+
+std::string DumpInput::place( std::size_t at ) const {
+   return place() + ':' + std::to_string( columnOf( line_, at ) );
+}
+
+} // namespace Vorn

@@ -1,0 +1,219 @@
+// vorn decode of whole memories, run for real: what other programs print of a thousand entries.
+#include "Folders.h"
+#include "RunVorn.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Testing::vorn;
+
+using Arguments = std::vector<std::string>;
+
+constexpr std::size_t count = 1000;
+
+// Entries of LifTable on BCM88690_B0 variant 3, 80 bytes each, whose tag is 0x25 in 6 bits from bit
+// 174.
+std::string memory() {
+   std::string bytes;
+   for( std::size_t i = 0; i < count; ++i ) {
+      std::string entry( 80, '\0' );
+      entry[0] = static_cast<char>( i );
+      entry[1] = static_cast<char>( i >> 8 );
+      entry[21] = 0x40;
+      entry[22] = 0x09;
+      bytes += entry;
+   }
+   return bytes;
+}
+
+std::string digitsOf( std::string_view bytes, std::size_t perLine ) {
+   constexpr char digits[] = "0123456789abcdef";
+   std::string text;
+   for( std::size_t i = 0; i < bytes.size(); ++i ) {
+      const auto byte = static_cast<unsigned char>( bytes[i] );
+      text += { digits[byte >> 4], digits[byte & 15] };
+      text += ( i + 1 ) % perLine == 0 ? "\n" : "";
+   }
+   return text;
+}
+
+Arguments decode( const Arguments& more ) {
+   Arguments all{ "decode", "LifTable", "--chip", "10", "--csv" };
+   all.insert( all.end(), more.begin(), more.end() );
+   return all;
+}
+
+// What a line of digits for each entry decodes to.
+std::string rows() {
+   const auto outcome = vorn( decode( { "--variant", "3", "-" } ), digitsOf( memory(), 80 ) );
+   EXPECT_EQ( outcome.err, "" );
+   EXPECT_EQ( std::count( outcome.out.begin(), outcome.out.end(), '\n' ), count + 1 );
+   return outcome.out;
+}
+
+// What the program prints of the memory; empty where it isn't installed.
+std::string printedBy( const Arguments& command ) {
+   return Testing::run( command[0], { command.begin() + 1, command.end() }, memory() ).out;
+}
+
+const std::string one = digitsOf( memory().substr( 80 * 5, 80 ), 0x1000 );
+
+} // namespace
+
+TEST( Dumps, whatOtherProgramsPrint ) {
+   struct Case {
+      Arguments command;
+      Arguments options;
+   };
+   const Case cases[] = {
+      { { "cat" }, {} },
+      { { "hexdump", "-C" }, {} },
+      { { "hexdump" }, {} },
+      { { "xxd" }, {} },
+      { { "xxd", "-p" }, { "--image-format", "stream" } },
+      { { "xxd", "-p", "-c", "80" }, {} },
+      { { "od", "-v", "-An", "-tx4" }, { "--image-format", "words" } },
+      { { "od", "-v", "-An", "-tx1" }, { "--image-format", "stream" } },
+   };
+   const auto right = rows();
+   for( const auto& [command, options] : cases ) {
+      const auto text = printedBy( command );
+      if( text.empty() && command[0] != "cat" ) {
+         continue; // It isn't installed.
+      }
+      Arguments arguments = options;
+      arguments.push_back( "-" );
+      const auto outcome = vorn( decode( arguments ), text );
+      EXPECT_TRUE( outcome.out == right ) << command[0] << ' ' << command.back();
+      EXPECT_EQ( outcome.err, "" ) << command[0];
+      EXPECT_EQ( outcome.status, 0 );
+   }
+}
+
+TEST( Dumps, linesThatAreNoEntries ) {
+   Testing::expectRefused( { "decode", "LifTable", "--chip", "10", "--variant", "3", "-" },
+                           "<stdin>:1:1: the image has 30 bytes; the fields of LifTable on "
+                           "BCM88690_B0 variant 3 need 23, a whole entry has 80; --image-format "
+                           "stream takes digits whose lines mean nothing",
+                           digitsOf( memory(), 30 ) );
+}
+
+TEST( Dumps, whatIsLeftOver ) {
+   const auto outcome = vorn( decode( { "-" } ), memory().substr( 0, 80 * 7 + 30 ) );
+   EXPECT_EQ( std::count( outcome.out.begin(), outcome.out.end(), '\n' ), 8 );
+   EXPECT_EQ( outcome.err, "<stdin>:0x230: 30 bytes are left over after 7 entries of LifTable on "
+                           "BCM88690_B0 variant 0, which have 80 bytes each; --stride says where "
+                           "entries lie further apart\n" );
+   EXPECT_EQ( outcome.status, 1 );
+}
+
+TEST( Dumps, aDumpThatIsCutOff ) {
+   const auto text = printedBy( { "hexdump", "-C" } );
+   if( text.empty() ) {
+      GTEST_SKIP() << "there is no hexdump";
+   }
+   const auto outcome = vorn( decode( { "-" } ), text.substr( 0, text.find( "\n000000a0" ) + 1 ) );
+   EXPECT_NE( outcome.err.find( "a hexdump ends in the offset of its end" ), std::string::npos )
+      << outcome.err;
+   EXPECT_EQ( outcome.status, 1 );
+}
+
+TEST( Dumps, severalImagesOnTheCommandLine ) {
+   const auto outcome = vorn( decode( { one, one } ) );
+   EXPECT_EQ( std::count( outcome.out.begin(), outcome.out.end(), '\n' ), 3 ) << outcome.err;
+   // Two words of an entry that needs one.
+   Testing::expectRefused( { "decode", "TcamActionTable", "--chip", "10", "05000000", "00000000" },
+                           "vorn: the arguments may be one image of 8 bytes or 2 images; write one "
+                           "image as one argument, in quotes, or pipe the lines into -" );
+}
+
+TEST( Dumps, theTagAndTheVariant ) {
+   const auto byTag = vorn( { "decode", "LifTable", "--chip", "10", "--single-line", one } );
+   EXPECT_TRUE( byTag.out.starts_with( "LifTable BCM88690_B0 3: " ) ) << byTag.out;
+   EXPECT_EQ( byTag.err, "" );
+   const std::string doubt = "the image is not one of LifTable on BCM88690_B0 variant 1: its tag "
+                             "resultType is 0x25, not 0x2, as in variant 3\n";
+   const auto contradicted = vorn( decode( { "--variant", "1", one } ) );
+   EXPECT_EQ( contradicted.err, "vorn: warning: " + doubt );
+   EXPECT_EQ( contradicted.status, 0 );
+   const auto strict = vorn( decode( { "--variant", "1", "--strict", one } ) );
+   EXPECT_EQ( strict.err, "vorn: " + doubt );
+   EXPECT_EQ( std::count( strict.out.begin(), strict.out.end(), 0x0a ), 0 );
+   EXPECT_EQ( strict.status, 1 );
+   std::string unknown = one;
+   unknown.replace( 42, 4, "c005" );
+   const auto none = vorn( decode( { unknown } ) );
+   EXPECT_EQ( none.err, "vorn: no variant of LifTable on BCM88690_B0 has tag 0x17\n" );
+   EXPECT_EQ( none.status, 1 );
+}
+
+TEST( Dumps, oneBigNumber ) {
+   std::string number = "0x";
+   for( std::size_t i = one.size(); i > 0; i -= 2 ) {
+      number += one.substr( i - 2, 2 );
+   }
+   const auto right = vorn( decode( { one } ) ).out;
+   Testing::expectPrinted( decode( { "--image-format", "number", number } ), right );
+   // It has the tag as a number alone.
+   Testing::expectPrinted( decode( { number } ), right );
+   Testing::expectRefused(
+      { "decode", "VttInPpPortConfig0", "--chip", "10", "0x05de7d5bbd8b460200000000" },
+      "vorn: 0x and 24 digits may be bytes in their order or one number, its "
+      "highest digit first; say --image-format bytes or --image-format "
+      "number" );
+}
+
+TEST( Dumps, entriesThatNobodyHasWritten ) {
+   auto bytes = memory().substr( 0, 80 * 10 );
+   std::fill( bytes.begin() + 160, bytes.end(), '\0' );
+   const auto outcome = vorn( decode( { "-" } ), bytes );
+   EXPECT_EQ( std::count( outcome.out.begin(), outcome.out.end(), '\n' ), 3 );
+   EXPECT_EQ( outcome.err, "vorn: 8 of 10 entries are empty; --empty prints them\n" );
+   EXPECT_EQ( outcome.status, 0 );
+   const auto all = vorn( decode( { "--variant", "3", "--empty", "-" } ), bytes );
+   EXPECT_EQ( std::count( all.out.begin(), all.out.end(), '\n' ), 11 ) << all.err;
+}
+
+TEST( Dumps, theTableOfAnAddress ) {
+   const auto encoded =
+      vorn( { "encode", "TcamActionTable", "--chip", "10", "--entry", "5", "action=7" } ).out;
+   const auto at = encoded.find( "address: 0x" ) + 9;
+   const auto address = encoded.substr( at, encoded.find( '\n', at ) - at );
+   Testing::expectPrinted( { "decode", "--chip", "10", "--single-line", "-" },
+                           "TcamActionTable BCM88690_B0 0: action=0x7\n",
+                           address + ": 0x00000007 0x00000000\n" );
+   const auto nothing = vorn( { "decode", "--chip", "10", "-" }, "0x1: 0x00000007\n" );
+   EXPECT_TRUE(
+      nothing.err.starts_with( "<stdin>:1:6: no entry at 0x1 on BCM88690_B0 has 4 bytes" ) )
+      << nothing.err;
+   EXPECT_EQ( nothing.status, 1 );
+}
+
+TEST( Dumps, keepGoingOverSeveralFiles ) {
+   const Testing::TemporaryFolder folder;
+   const std::string first = folder / "first";
+   const std::string second = folder / "second";
+   std::ofstream( first ) << "05000000\nzz\n06000000\n";
+   std::ofstream( second ) << "07000000 # the last\n";
+   const auto outcome = vorn( { "decode", "TcamActionTable", "--chip", "2", "--single-line",
+                                "--keep-going", "--file", first, second, folder / "none" } );
+   EXPECT_EQ( outcome.out,
+              first + ":action=0x5\n" + first + ":action=0x6\n" + second + ":action=0x7\n" );
+   EXPECT_TRUE( outcome.err.starts_with( first + ":2:1: bad image \"zz\"" ) ) << outcome.err;
+   EXPECT_TRUE( outcome.err.ends_with( "No such file or directory\nvorn: 2 errors, 3 images "
+                                       "printed\n" ) )
+      << outcome.err;
+   EXPECT_EQ( outcome.status, 1 );
+}
+
+TEST( Dumps, numbersThatLookOctal ) {
+   Testing::expectRefused( { "encode", "LifTable", "--chip", "10", "vsi=010" },
+                           "vorn: bad value \"010\" for vsi; a leading 0 may mean octal; write 10 "
+                           "or 0x8" );
+}
