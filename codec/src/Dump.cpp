@@ -152,7 +152,7 @@ std::vector<Piece> cellsOf( std::string_view line ) {
 
 } // namespace
 
-struct DumpReader::State {
+struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    explicit State( DumpOptions given );
 
    // How the input goes on.

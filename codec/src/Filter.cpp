@@ -534,7 +534,7 @@ bool isWithin( const std::vector<Range<Number>>& ranges, const Number& number ) 
 
 } // namespace
 
-struct Filter::Program {
+struct __attribute__( ( visibility( "hidden" ) ) ) Filter::Program {
    Layout layout;
    std::vector<Test> tests;
    std::vector<Field> fields;

@@ -59,7 +59,7 @@ std::string withoutReturns( std::string text ) {
 const std::vector<std::string> wrong{ "encode", "LifTabel", "--chip", "2" };
 const std::vector<std::vector<std::string>> withHeading{
    { "address", "LifTable", "--chip", "2" },
-   { "locate", "--chip", "2", "0x1070000" },
+   { "locate", "--chip", "2", "--bounded", "0x1070000" },
    { "identify", "--chip", "2", "00000000" },
    { "decode", "TcamActionTable", "--chip", "2", "00000000" },
 };
@@ -73,8 +73,9 @@ TEST_F( Terminal, theBeginningOfAnErrorIsRed ) {
       onTerminal( { "program", "-" }, { "{}\n" }, 80 ).err,
       "\x1b[1;31m<stdin>:1:1: \x1b[0mmissing key \"table\"; every line needs table, chip and "
       "fields\r\n" );
-   EXPECT_EQ( onTerminal( { "locate", "--chip", "2", "1", "2" }, {}, 80 ).err,
-              "\x1b[1;31mvorn: \x1b[0munexpected argument \"2\"; see vorn locate --help\r\n" );
+   EXPECT_EQ(
+      onTerminal( { "tables", "LifTable" }, {}, 80 ).err,
+      "\x1b[1;31mvorn: \x1b[0munexpected argument \"LifTable\"; see vorn tables --help\r\n" );
 }
 
 TEST_F( Terminal, headingsAreFaint ) {

@@ -44,7 +44,7 @@ TEST( Trace, standardOutputIsTheVerbsOwn ) {
           Arguments{ "decode", "TcamActionTable", "--chip", "2", "45230100" },
           Arguments{ "identify", "--chip", "2", "45230100" },
           Arguments{ "address", "OutAcBank", "--chip", "8", "--entry", "0-3" },
-          Arguments{ "locate", "--chip", "8", "0x7a0000" } } ) {
+          Arguments{ "locate", "--chip", "8", "--bounded", "0x7a0000" } } ) {
       const auto plain = vorn( arguments );
       const auto outcome = vorn( traced( arguments ) );
       EXPECT_EQ( outcome.out, plain.out ) << arguments.front();

@@ -52,12 +52,13 @@ TEST( Usage, helpAndVersionOnAFullDevice ) {
 }
 
 TEST( Usage, verbs ) {
-   expectWrongUsage( {}, "a verb is required; allowed: tables, layout, encode, decode, program, "
-                         "identify, address, locate, reference, trace" );
+   expectWrongUsage( {},
+                     "a verb is required; allowed: tables, field, layout, encode, decode, diff, "
+                     "program, identify, address, locate, reference, trace" );
    expectWrongUsage( { "tabels" }, "unknown verb \"tabels\"; did you mean tables?" );
    expectWrongUsage( { "frob", "tables" },
-                     "unknown verb \"frob\"; allowed: tables, layout, encode, decode, program, "
-                     "identify, address, locate, reference, trace" );
+                     "unknown verb \"frob\"; allowed: tables, field, layout, encode, decode, diff, "
+                     "program, identify, address, locate, reference, trace" );
 }
 
 TEST( Usage, options ) {
