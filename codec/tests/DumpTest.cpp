@@ -235,7 +235,7 @@ TEST( Dump, whereEntriesLie ) {
    reader = DumpReader( options );
    Vorn::TextBytes bytes( text, "dump" );
    reader.begin( bytes );
-   for( const U64 entry : { 7, 8 } ) {
+   for( const U64 entry : { 7u, 8u } ) {
       ASSERT_TRUE( reader.next() );
       EXPECT_EQ( reader.entry().entry, entry );
       EXPECT_EQ( reader.entry().array, U64( 3 ) );
@@ -251,7 +251,7 @@ TEST( Dump, theVariantComesFromTheTag ) {
    Vorn::DumpOptions options = optionsOf( lif(), ImageFormat::automatic );
    options.variant.reset();
    std::string text;
-   for( const U64 variant : { 3, 1, 4 } ) {
+   for( const U64 variant : { 3u, 1u, 4u } ) {
       text += digits( Vorn::Layout( "LifTable", 10, variant ).blank() ) + '\n';
    }
    DumpReader reader( options );

@@ -94,7 +94,7 @@ TEST( Files, modes ) {
    expectPrinted( picture( file ), "" );
    ::umask( before );
    EXPECT_EQ( modeOf( file ), 0640u );
-   for( const mode_t mode : { 0600, 0666, 0755 } ) {
+   for( const mode_t mode : { 0600u, 0666u, 0755u } ) {
       write( file, "old" );
       ::chmod( file.c_str(), mode );
       expectPrinted( picture( file ), "" );
