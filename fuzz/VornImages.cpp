@@ -9,6 +9,8 @@
 
 #include <verbs/Decode.h>
 
+#include <Vorn/Text.h>
+
 #include <algorithm>
 #include <set>
 #include <sstream>
@@ -133,6 +135,16 @@ void requireChanges( DecodeArguments arguments, const std::string& input,
    }
 }
 
+// Whether the input is taken as one dump of bytes, which has no lines.
+bool isBinary( const DecodeArguments& arguments, const std::string& input ) {
+   std::string line = linesOf( input.substr( 0, input.find( '\n' ) ) + '\n' ).front();
+   std::erase_if( line, []( char character ) {
+      return character == ' ' || ( character >= '\t' && character <= '\r' );
+   } );
+   return arguments.format == Vorn::ImageFormat::automatic &&
+          Vorn::shown( line, line.size() ) != line;
+}
+
 void run( const DecodeArguments& arguments, const std::string& input ) {
    const Outcome outcome = decoded( arguments, input );
    const auto objects = objectsIn( outcome.out );
@@ -144,8 +156,15 @@ void run( const DecodeArguments& arguments, const std::string& input ) {
    DecodeArguments again;
    again.paths = { "-" };
    again.form = DecodeForm::json;
+   again.printsEmpty = true;
    if( decoded( again, outcome.out ) != Outcome{ outcome.out, "", 0 } ) {
       found( "what is printed decodes to something else" );
+   }
+   if( isBinary( arguments, input ) ) {
+      if( !outcome.error.empty() && !outcome.error.starts_with( "<stdin>:" ) ) {
+         found( "the error has no place: " + outcome.error );
+      }
+      return;
    }
    // The lines before the one that ends a dump badly may be a whole dump.
    if( !outcome.error.empty() &&
@@ -168,8 +187,9 @@ std::string asDigits( const Image& image, FuzzedDataProvider& input ) {
    std::string text;
    for( std::size_t i = 0; i < image.size(); ) {
       const auto end = input.ConsumeIntegralInRange( i + 1, image.size() );
-      // With 0x, the digits of four bytes would be a word.
-      text += input.ConsumeBool() && end != i + 4 ? " 0x" : " ";
+      // With 0x, the digits of four bytes would be a word, and those of the whole image a number.
+      const bool mayHavePrefix = end != i + 4 && end - i < image.size();
+      text += input.ConsumeBool() && mayHavePrefix ? " 0x" : " ";
       text += digitsOf( { &image[i], &image[i] + ( end - i ) } );
       i = end;
    }
@@ -217,7 +237,7 @@ void runWritten( const DecodeArguments& arguments, FuzzedDataProvider& input ) {
    for( auto left = input.ConsumeIntegralInRange( 1, 3 ); left > 0; --left ) {
       const auto& pair = arguments.pair ? *arguments.pair : somePair( input );
       const std::size_t whole = Vorn::layoutOf( pair ).bytes();
-      const std::size_t words = input.ConsumeIntegralInRange( std::size_t( 0 ), whole / 4 + 1 );
+      const std::size_t words = input.ConsumeIntegralInRange( std::size_t( 0 ), whole / 4 );
       auto image = input.ConsumeBytes<U8>( words == 0 ? whole : words * 4 );
       image.resize( words == 0 ? whole : words * 4 );
       // A dump leaves out rows that are repeated.
@@ -252,6 +272,7 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    Vorn::DecodeArguments arguments;
    arguments.paths = { "-" };
    arguments.form = Vorn::DecodeForm::json;
+   arguments.printsEmpty = true; // each image has its line
    // The choices are in the last bytes, behind the text.
    if( input.ConsumeBool() ) {
       arguments.pair = Fuzz::somePair( input );
