@@ -81,7 +81,7 @@ TEST( Memory, spellingsOfAPairDoNotAddUp ) {
       GTEST_SKIP() << "vorn doesn't start in 64 MiB";
    }
    const auto image = []( const std::string& chip, const std::string& variant ) {
-      return "TcamActionTable " + chip + ' ' + variant + ": 01000000\n";
+      return "TcamActionTable " + chip + " 0x" + variant + ": 01000000\n";
    };
    const auto zeros = []( std::size_t count ) { return std::string( count, '0' ); };
    std::string many;
