@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <random>
 #include <set>
@@ -202,7 +203,9 @@ TEST_P( EveryAccess, OfAWholeEntryIsOneCall ) {
       const auto words = static_cast<int>( bytes / 4 );
       Raw4096 mask{};
       EXPECT_EQ( callsOf( [&] { mask = of.allFieldsMask( chipType, variant ); } ).size(), 1u );
-      const Bits ones = Testing::toBits( mask );
+      Image wholeMask( sizeof mask ); // more bits than an entry has
+      std::memcpy( wholeMask.data(), &mask, sizeof mask );
+      const Bits ones = Testing::bitsAt( wholeMask, 0, 8 * bytes );
       for( Call& call : callsOf( [&] { mask = of.allFieldsMask( chipType, variant ); } ) ) {
          call.image = nullptr;
          EXPECT_EQ( call, setCall( nullptr, bytes, bytes, 8 * bytes, 0, ones ) );
