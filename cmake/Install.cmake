@@ -3,7 +3,7 @@ include( CMakePackageConfigHelpers )
 
 set( package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/VornTunnelKelvar )
 
-install( TARGETS VornTunnelKelvar EXPORT VornTunnelKelvarTargets
+install( TARGETS VornTunnelKelvar VornAt EXPORT VornTunnelKelvarTargets
          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
                  COMPONENT library NAMELINK_COMPONENT development
          ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development )
