@@ -40,7 +40,32 @@ std::size_t TextBytes::read( char* to, std::size_t size ) {
 
 std::string TextBytes::name() const { return name_; }
 
-bool DumpInput::readMore() {
+ByteLines::ByteLines( ByteSource& source ) : source_( source ), buffer_( 1 << 17 ) {}
+
+ByteLines::~ByteLines() = default;
+
+bool ByteLines::next( std::string_view& line ) {
+   ++number_;
+   for( std::size_t searched = 0;; ) {
+      const auto all = rest();
+      const auto lineEnd = all.find( '\n', searched );
+      const bool isFound = lineEnd != all.npos;
+      const std::size_t length = isFound ? lineEnd : all.size();
+      if( length > longest ) {
+         throw Error( place(), "the line is longer than " + std::to_string( longest ) + " bytes" );
+      }
+      if( isFound || !readMore() ) {
+         line = rest().substr( 0, length );
+         begin_ += length + ( isFound ? 1 : 0 );
+         return isFound || length > 0;
+      }
+      searched = length;
+   }
+}
+
+std::string ByteLines::place() const { return source_.name() + ':' + std::to_string( number_ ); }
+
+bool ByteLines::readMore() {
    std::memmove( buffer_.data(), buffer_.data() + begin_, end_ - begin_ );
    end_ -= std::exchange( begin_, 0 );
    if( end_ == buffer_.size() ) {
@@ -51,13 +76,18 @@ bool DumpInput::readMore() {
    return count > 0;
 }
 
+std::string_view ByteLines::takeRest() {
+   const auto all = rest();
+   begin_ = end_;
+   return all;
+}
+
 std::string_view DumpInput::firstLine() {
    for( std::size_t at = 0;; ) {
-      const std::string_view all( buffer_.data() + begin_, end_ - begin_ );
+      const auto all = rest();
       const auto lineEnd = all.find( '\n', at );
       auto line = all.substr( at, lineEnd == all.npos ? lineEnd : lineEnd - at );
-      if( lineEnd == all.npos && line.size() < longestLook && all.size() < longestLine &&
-          readMore() ) {
+      if( lineEnd == all.npos && line.size() < longestLook && all.size() < longest && readMore() ) {
          continue;
       }
       if( at == 0 && line.starts_with( byteOrderMark ) ) {
@@ -84,45 +114,25 @@ bool DumpInput::isText() {
 }
 
 std::string_view DumpInput::bytes() {
-   if( begin_ == end_ && !readMore() ) {
-      return {};
+   if( rest().empty() ) {
+      readMore();
    }
-   const std::string_view all( buffer_.data() + begin_, end_ - begin_ );
-   begin_ = end_;
-   return all;
+   return takeRest();
 }
 
 bool DumpInput::next( std::string_view& line ) {
-   if( std::exchange( isAgain_, false ) ) {
-      line = line_;
-      return true;
-   }
-   ++number_;
-   std::size_t searched = begin_;
-   for( ;; ) {
-      const char* const start = buffer_.data();
-      const void* const found =
-         searched < end_ ? std::memchr( start + searched, '\n', end_ - searched ) : nullptr;
-      const auto lineEnd =
-         found ? static_cast<std::size_t>( static_cast<const char*>( found ) - start ) : end_;
-      const std::size_t length = lineEnd - begin_;
-      if( length > longestLine ) {
-         line_ = {};
-         throw Error( place(),
-                      "the line is longer than " + std::to_string( longestLine ) + " bytes" );
+   if( !std::exchange( isAgain_, false ) ) {
+      line_ = {};
+      if( !ByteLines::next( line_ ) ) {
+         return false;
       }
-      if( found || !readMore() ) {
-         line_ = { buffer_.data() + begin_, length };
-         begin_ = found ? lineEnd + 1 : end_;
-         if( std::exchange( isFirst_, false ) && line_.starts_with( byteOrderMark ) ) {
-            line_.remove_prefix( byteOrderMark.size() );
-         }
-         line_ = withoutComment( line_ );
-         line = line_;
-         return found || length > 0;
+      if( std::exchange( isFirst_, false ) && line_.starts_with( byteOrderMark ) ) {
+         line_.remove_prefix( byteOrderMark.size() );
       }
-      searched = begin_ + length;
+      line_ = withoutComment( line_ );
    }
+   line = line_;
+   return true;
 }
 
 // In JSON and in the characters of a hexdump, "#" is a character like others.
@@ -141,8 +151,6 @@ std::string_view DumpInput::withoutComment( std::string_view line ) const {
       isRow || isJson( line.substr( begin ) ) || line.find( '{' ) < hash || line.find( '|' ) < hash;
    return isText ? line : line.substr( 0, hash );
 }
-
-std::string DumpInput::place() const { return source_.name() + ':' + std::to_string( number_ ); }
 
 std::string DumpInput::place( std::size_t at ) const {
    return place() + ':' + std::to_string( columnOf( line_, at ) );

@@ -318,7 +318,7 @@ bool ImageReader::next() {
       piece->isGiven = false;
    }
    beginning_.clear();
-   while( std::exchange( isUnread_, false ) || lines_.next( line_ ) ) {
+   while( lines_.next( line_ ) ) {
       try {
          if( takeLine() ) {
             return true;

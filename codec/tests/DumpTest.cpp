@@ -198,12 +198,46 @@ std::pair<Bytes, std::string> read( const Vorn::DumpOptions& options, std::strin
    return { images, error };
 }
 
+// A text, seven bytes at a time.
+class Trickle : public Vorn::TextBytes {
+public:
+   using TextBytes::TextBytes;
+
+   std::size_t read( char* to, std::size_t size ) override {
+      return TextBytes::read( to, std::min<std::size_t>( size, 7 ) );
+   }
+};
+
 const Vorn::Layout& lif() {
    static const Vorn::Layout layout( "LifTable", 10, 3 );
    return layout;
 }
 
 } // namespace
+
+TEST( ByteLines, areThoseOfTheBytes ) {
+   Trickle bytes( "seven b\n\nand eight\r\nthe last", "text" );
+   Vorn::ByteLines lines( bytes );
+   std::string_view line;
+   for( const auto* const expected : { "seven b", "", "and eight\r", "the last" } ) {
+      ASSERT_TRUE( lines.next( line ) );
+      EXPECT_EQ( line, expected );
+   }
+   EXPECT_EQ( lines.place(), "text:4" );
+   EXPECT_FALSE( lines.next( line ) );
+}
+
+TEST( ByteLines, areNoLongerThanTheLongest ) {
+   const std::string longest( Vorn::ByteLines::longest, 'x' );
+   const std::string text = longest + '\n' + longest + 'x';
+   Vorn::TextBytes bytes( text, "text" );
+   Vorn::ByteLines lines( bytes );
+   std::string_view line;
+   EXPECT_TRUE( lines.next( line ) );
+   EXPECT_EQ( line, longest );
+   EXPECT_EQ( Testing::errorOf( [&] { lines.next( line ); } ),
+              "text:2: the line is longer than 1048576 bytes" );
+}
 
 TEST( Dump, everyPairInEveryForm ) {
    for( const Vorn::Layout& layout : Testing::allLayouts() ) {

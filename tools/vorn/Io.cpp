@@ -103,44 +103,8 @@ std::size_t FileBytes::read( char* to, std::size_t size ) {
 }
 
 LineReader::LineReader( const std::string& path, std::function<void()> beforeRead )
-   : file_( path, std::move( beforeRead ) ), buffer_( 1 << 17 ) {}
+   : FileBytes( path, std::move( beforeRead ) ), ByteLines( static_cast<ByteSource&>( *this ) ) {}
 
 LineReader::~LineReader() = default;
-
-bool LineReader::next( std::string_view& line ) {
-   ++number_;
-   std::size_t searched = begin_;
-   for( ;; ) {
-      const char* const start = buffer_.data();
-      const void* const found =
-         searched < end_ ? std::memchr( start + searched, '\n', end_ - searched ) : nullptr;
-      const auto lineEnd =
-         found ? static_cast<std::size_t>( static_cast<const char*>( found ) - start ) : end_;
-      const std::size_t length = lineEnd - begin_;
-      if( length > longestLine ) {
-         throw Error( place(),
-                      "the line is longer than " + std::to_string( longestLine ) + " bytes" );
-      }
-      if( found || !readMore() ) {
-         line = { buffer_.data() + begin_, length };
-         begin_ = found ? lineEnd + 1 : end_;
-         return found || length > 0;
-      }
-      searched = begin_ + length;
-   }
-}
-
-std::string LineReader::place() const { return file_.name() + ':' + std::to_string( number_ ); }
-
-bool LineReader::readMore() {
-   std::memmove( buffer_.data(), buffer_.data() + begin_, end_ - begin_ );
-   end_ -= std::exchange( begin_, 0 );
-   if( end_ == buffer_.size() ) {
-      buffer_.resize( 2 * buffer_.size() );
-   }
-   const auto count = file_.read( buffer_.data() + end_, buffer_.size() - end_ );
-   end_ += count;
-   return count > 0;
-}
 
 } // namespace Vorn

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <Vorn/Dump.h>
-#include <Vorn/Images.h>
 
 #include <Kelvar/Types.h>
 
@@ -10,7 +9,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Vorn {
 
@@ -59,34 +57,11 @@ private:
    U64 bytesRead_ = 0;
 };
 
-// The lines of a file, or of standard input for "-". Failures to open and to read are Errors.
-class LineReader : public LineSource {
+// The lines of such bytes.
+class LineReader : public FileBytes, public ByteLines {
 public:
-   // A longer line is an Error, so that input without lines cannot take all memory.
-   static constexpr std::size_t longestLine = 1 << 20;
-
-   // The same as of FileBytes.
    LineReader( const std::string& path, std::function<void()> beforeRead );
    ~LineReader() override;
-
-   // Sets `line` to the next line without its end, valid until the next call; false at the end.
-   bool next( std::string_view& line ) override;
-
-   // "entries.jsonl:3", the place of the last line.
-   std::string place() const override;
-
-   // How many bytes there are to read, 0 if only reading tells; and how many have been read.
-   U64 size() const { return file_.size(); }
-   U64 bytesRead() const { return file_.bytesRead(); }
-
-private:
-   bool readMore();
-
-   FileBytes file_;
-   std::size_t number_ = 0;
-   std::vector<char> buffer_;
-   std::size_t begin_ = 0; // of what is read and not yet handed out
-   std::size_t end_ = 0;
 };
 
 } // namespace Vorn

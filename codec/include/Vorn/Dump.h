@@ -14,6 +14,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Vorn {
 
@@ -41,6 +42,37 @@ public:
 private:
    std::string_view rest_;
    std::string name_;
+};
+
+// The lines of bytes, which have to outlive this, read through a buffer.
+class VORN_API ByteLines : public LineSource {
+public:
+   // A longer line is an Error, so that input without lines cannot take all memory.
+   static constexpr std::size_t longest = 1 << 20;
+
+   explicit ByteLines( ByteSource& source );
+   ~ByteLines() override;
+   ByteLines( const ByteLines& ) = delete;
+   ByteLines& operator=( const ByteLines& ) = delete;
+
+   bool next( std::string_view& line ) override;
+   std::string place() const override;
+
+   // What has been read from the source and not yet been handed out.
+   std::string_view rest() const { return { buffer_.data() + begin_, end_ - begin_ }; }
+
+   // Reads more into rest(), which may move; false at the end.
+   bool readMore();
+
+   // Hands out all of rest(), which belongs to no line any more.
+   std::string_view takeRest();
+
+private:
+   ByteSource& source_;
+   std::vector<char> buffer_;
+   std::size_t begin_ = 0; // of rest()
+   std::size_t end_ = 0;
+   std::size_t number_ = 0;
 };
 
 // What is known of a dump before it is read.

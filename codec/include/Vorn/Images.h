@@ -131,7 +131,6 @@ private:
    ImageFormat format_;
    Image image_;
    std::string_view line_;
-   bool isUnread_ = false;  // line_ was read and is not yet part of an image
    bool isEncoded_ = false; // the lines are those that `vorn encode` prints after "image:"
    std::string beginning_;  // of an image of several lines
 };

@@ -90,7 +90,7 @@ Verb addProgram( CLI::App& commandLine ) {
                 "A bad line ends the program with exit status 1. The lines before it have been "
                 "printed then, and nothing of the bad line or of any after it. A line holds at "
                 "most " +
-                std::to_string( LineReader::longestLine ) +
+                std::to_string( LineReader::longest ) +
                 " bytes.\n\n"
                 "While standard error is a terminal and standard output is none, a line there "
                 "shows how far a file has come, or a pipe with --count.",
