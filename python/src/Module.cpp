@@ -1,6 +1,7 @@
 // The module _vorn: what Python calls, with its documentation.
 #include "Arguments.h"
 #include "ArrowStream.h"
+#include "Dumps.h"
 #include "Images.h"
 #include "Net.h"
 #include "PairLayout.h"
@@ -8,7 +9,6 @@
 #include <Vorn/Chip.h>
 #include <Vorn/Error.h>
 #include <Vorn/Identify.h>
-#include <Vorn/Images.h>
 #include <Vorn/Locate.h>
 #include <Vorn/Pairs.h>
 
@@ -90,43 +90,6 @@ py::list locateEntries( py::handle chip, py::handle address, py::handle block ) 
       locations.append( make( PairLayout( location.layout ), entry, array, identifier ) );
    }
    return locations;
-}
-
-// The images in a text, one after another; `path` stands for it in messages. Without a layout each
-// has to say its pair, and all the same.
-py::tuple imagesIn( const std::string& text, const std::string& path, const PairLayout* own ) {
-   std::optional<Layout> layout;
-   if( own ) {
-      layout = own->layout();
-   }
-   std::string images;
-   {
-      const py::gil_scoped_release released;
-      ImageLayouts layouts( layout );
-      TextLines lines( text, path );
-      ImageReader reader( lines );
-      while( reader.next() ) {
-         const Image& image = reader.image();
-         try {
-            const Layout& its = layouts.of( image );
-            if( layout && its != *layout ) {
-               throw Error( "the image is one of " + its.pairText() + ", those before it of " +
-                            layout->pairText() );
-            }
-            layout = its;
-            its.requireFields( image.bytes );
-            const std::size_t begin = images.size();
-            images.append( image.bytes.begin(), image.bytes.end() );
-            images.resize( begin + its.bytes() );
-         } catch( const BadText& bad ) {
-            throw Error( reader.place( bad.at() ), bad.message() );
-         } catch( const Error& error ) {
-            throw Error( reader.place( image.at ), error.message() );
-         }
-      }
-   }
-   return py::make_tuple( layout ? py::cast( PairLayout( *layout ) ) : py::none(),
-                          py::bytes( images ) );
 }
 
 void raise( const char* type, const char* text ) {
@@ -356,7 +319,7 @@ What lies at an address of a chip's S-channel, or there in one destination block
 >>> vorn.locate("BCM88690_B0", 4097)[0]
 Location(layout=vorn.Layout('LifTable', 'BCM88690_B0', 0), entry=4097, array=0, identifier=0)
 )" );
-   module.def( "_images_in", &imagesIn );
+   module.def( "_read_dumps", &readDumps );
    module.def( "_fail_assertion", &failAssertion );
    addArrow( module );
    addLayout( module );

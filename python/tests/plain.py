@@ -23,6 +23,14 @@ def random_images(layout, rows, seed=1):
     return generator.integers(0, 256, (rows, layout.size), dtype=np.uint8)
 
 
+def tagged_images(layout, rows):
+    """Random ones that have the layout's tag."""
+    stamped = np.frombuffer(layout.encode({}), np.uint8)
+    bits = sum((1 << f.width) - 1 << f.offset for f in layout.fields if f.read_only)
+    mask = np.frombuffer(bits.to_bytes(layout.size, "little"), np.uint8)
+    return random_images(layout, rows) & ~mask | stamped
+
+
 def ints(column):
     """A column of a batch as Python's ints."""
     if column.ndim == 1:

@@ -1,6 +1,5 @@
-"""Many entries at once: buffers, columns, data frames, dumps, threads."""
+"""Many entries at once: buffers, columns, data frames, threads."""
 
-import io
 import mmap
 import sys
 import threading
@@ -196,47 +195,6 @@ def test_differences():
     assert narrow.before.dtype == np.uint64
     with pytest.raises(vorn.Error, match="the dumps differ in length: 3 and 2 entries"):
         vorn.diff(before, after[:2], LIF)
-
-
-def test_dumps_of_text(tmp_path):
-    path = tmp_path / "images.txt"
-    path.write_text("0x00000005\n\n03 00 00 00 ff\n01000000\n")
-    images, entries = vorn.read_dump(path, chip="BCM88690_B0", table="EvecFormatTable")
-    assert images.tolist() == [[5, 0, 0, 0], [3, 0, 0, 0], [1, 0, 0, 0]]
-    assert entries.tolist() == [0, 1, 2]
-    said = io.StringIO(
-        '{"table": "EvecFormatTable", "chip": 10, "image": "02000000"}\n'
-        "EvecFormatTable BCM88690_B0 0: 03000000\n"
-    )
-    assert vorn.read_dump(said).images.tolist() == [[2, 0, 0, 0], [3, 0, 0, 0]]
-    assert vorn.read_dump(io.StringIO(), 10, "EvecFormatTable").images.shape == (0, 4)
-
-
-@pytest.mark.parametrize(
-    "text, arguments, message",
-    [
-        ("01000000\n0g\n", (10, "EvecFormatTable"), 'the file:2:2: bad digit "g" in "0g"'),
-        ("01\n", (10, "EvecFormatTable"), "the file:1:1: the image has 1 bytes; the fields of"),
-        ("01000000\n", (), "the file:1:1: the image doesn't say its table"),
-        ("01000000\n", (10,), "read_dump lacks table; give table and chip, or neither"),
-        ("", (), "the file has no image"),
-        (
-            "EvecFormatTable 10 0: 03000000\nEvecFormatTable 12 0: 03000000\n",
-            (),
-            "the file:2:",
-        ),
-        ("LifTable 10 0: 03\n", (10, "EvecFormatTable"), "the file:1:1: the image is one of"),
-    ],
-)
-def test_dumps_of_bad_text_are_refused(text, arguments, message):
-    with pytest.raises(vorn.Error) as caught:
-        vorn.read_dump(io.StringIO(text), *arguments)
-    assert message in str(caught.value)
-
-
-def test_a_missing_file_is_an_error(tmp_path):
-    with pytest.raises(vorn.Error, match="cannot read .*missing: No such file"):
-        vorn.read_dump(tmp_path / "missing", 10, "EvecFormatTable")
 
 
 def test_threads_share_a_layout():

@@ -159,6 +159,7 @@ def documented():
         yield name, getattr(vorn, name).__doc__
     for name in ("encode", "decode", "decode_batch", "encode_batch", "frame", "arrow", "address"):
         yield f"Layout.{name}", getattr(vorn.Layout, name).__doc__
+    yield "Dump.frame", vorn.Dump.frame.__doc__
 
 
 @pytest.mark.parametrize("name, text", documented())
@@ -177,7 +178,8 @@ def test_signatures_are_known():
     assert str(inspect.signature(vorn.locate)) == "(chip, address, dest_block=None)"
 
 
-def test_the_page_says_what_happens():
+def test_the_page_says_what_happens(tmp_path, monkeypatch):
+    monkeypatch.chdir(tmp_path)
     page = (Path(__file__).resolve().parents[2] / "docs/python.md").read_text()
     parsed = doctest.DocTestParser().get_doctest(page, {}, "python.md", None, 0)
     assert len(parsed.examples) > 10

@@ -6,7 +6,7 @@
 2000
 """
 
-from vorn._methods import diff, read_dump
+from vorn._methods import diff, read_dump, read_dumps
 from vorn._types import Address, Dump, Error, Field, Location, MisuseError
 from vorn._vorn import ArrowTable, Layout, chips, identify, locate, pairs, tables
 
@@ -25,6 +25,7 @@ __all__ = [
     "locate",
     "pairs",
     "read_dump",
+    "read_dumps",
     "tables",
 ]
 

@@ -263,43 +263,107 @@ def diff(before: Buffer, after: Buffer, layout: Layout, first_entry: int = 0) ->
     )
 
 
+Source = Union[str, "os.PathLike[str]", IO[str], IO[bytes]]
+
+
+def _name_of(path: Source) -> str:
+    if hasattr(path, "read"):
+        return str(getattr(path, "name", "the file"))
+    try:
+        return os.fsdecode(path)
+    except TypeError:
+        kind = type(path).__name__
+        article = "an" if kind[0] in "aeiouAEIOU" else "a"
+        raise Error(f"the path is {article} {kind}; give a path or a file") from None
+
+
+def _dumps_in(path: Source, options: Mapping[str, Any], many: bool) -> list[Dump]:
+    """The dumps of the layouts that have images in a file, each checked by the codec."""
+    import warnings
+
+    from vorn._vorn import _read_dumps
+
+    name = _name_of(path)
+    options = {**options, "empty": bool(options["empty"]), "strict": bool(options["strict"])}
+    try:
+        if hasattr(path, "read"):
+            made, doubts = _read_dumps(path, name, options, many)
+        else:
+            with open(path, "rb") as file:
+                made, doubts = _read_dumps(file, name, options, many)
+    except OSError as error:
+        raise Error(f"cannot read {name}: {error.strerror or error}") from error
+    except UnicodeError as error:
+        raise Error(f"cannot read {name}: {error}") from error
+    for doubt in doubts:
+        warnings.warn(doubt, stacklevel=3)
+    return [Dump(*parts) for parts in made]
+
+
 def read_dump(
-    path: Union[str, os.PathLike[str], IO[str], IO[bytes]],
+    path: Source,
     chip: Union[str, int, None] = None,
     table: Optional[str] = None,
-    variant: int = 0,
+    variant: Optional[int] = None,
+    *,
+    format: str = "auto",
+    stride: Optional[int] = None,
+    first_entry: int = 0,
+    array: int = 0,
+    identifier: int = 0,
+    empty: bool = False,
+    strict: bool = False,
 ) -> Dump:
-    """The images in a text file, or in a file that is open: what the command vorn decode reads.
+    """The entries of one pair in a file, or in a file that is open: what vorn decode reads.
 
-    Without table and chip, each image has to say its pair, and all the same one. Bytes after an
-    entry are left out; an image may lack bytes after its last field, which are 0 then.
+    The form is that of the first line: hexdump, xxd, lines of digits, JSON, CSV, bytes; or say it
+    as vorn's --image-format does. Table and chip need not be given where the images say them. The
+    variant is that of the tag if it isn't given. Entries that nobody has written, of zeroes that
+    fit no tag, are left out and counted unless empty is true. A tag that contradicts the variant is
+    a warning, or an Error if strict.
+
+    first_entry, array and identifier say where the first entry of a dump without addresses lies,
+    stride how many bytes after it the next one.
 
     >>> import io
-    >>> text = io.StringIO("4523010000000000\\n4623010000000000\\n")
+    >>> text = io.StringIO("entry,image\\n7,4523010000000000\\n9,4623010000000000\\n")
     >>> images, entries = vorn.read_dump(text, chip="BCM88690_B0", table="TcamActionTable")
     >>> entries
-    array([0, 1])
+    array([7, 9])
     """
-    import numpy as np
+    dumps = _dumps_in(path, locals(), many=False)
+    dump = next((dump for dump in dumps if len(dump.entries)), dumps[0] if dumps else None)
+    if dump is None:
+        raise Error(f"{_name_of(path)} has no image")
+    dump.empty = sum(other.empty for other in dumps)
+    return dump
 
-    from vorn._vorn import Layout, _images_in
 
-    if (chip is None) != (table is None):
-        missing = "chip" if chip is None else "table"
-        raise Error(f"read_dump lacks {missing}; give table and chip, or neither")
-    layout = None if table is None or chip is None else Layout(table, chip, variant)
-    text: Union[str, bytes]
-    if hasattr(path, "read"):
-        name, text = str(getattr(path, "name", "the file")), path.read()
-    else:
-        name = os.fspath(path)
-        try:
-            with open(name, "rb") as file:
-                text = file.read()
-        except OSError as error:
-            raise Error(f"cannot read {name}: {error.strerror}") from error
-    found, images = _images_in(text, name, layout)
-    if found is None:
-        raise Error(f"{name} has no image")
-    rows = np.frombuffer(images, np.uint8).reshape(-1, found.size)
-    return Dump(rows, np.arange(len(rows)))
+def read_dumps(
+    path: Source,
+    chip: Union[str, int, None] = None,
+    table: Optional[str] = None,
+    variant: Optional[int] = None,
+    *,
+    format: str = "auto",
+    stride: Optional[int] = None,
+    first_entry: int = 0,
+    array: int = 0,
+    identifier: int = 0,
+    empty: bool = False,
+    strict: bool = False,
+) -> dict[Layout, Dump]:
+    """The same of any number of pairs, such as vorn program prints: a Dump for each layout.
+
+    >>> import io
+    >>> text = io.StringIO('''
+    ... TcamActionTable 10 0: 4523010000000000
+    ... EvecFormatTable 10 0: 05000000
+    ... ''')
+    >>> for layout, dump in vorn.read_dumps(text).items():
+    ...     print(layout.table, dump.images.shape)
+    TcamActionTable (1, 8)
+    EvecFormatTable (1, 4)
+    """
+    dumps = _dumps_in(path, locals(), many=True)
+    return {dump.layout: dump for dump in dumps if len(dump.entries) or dump.empty}

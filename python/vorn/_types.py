@@ -2,10 +2,11 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, NamedTuple
+from typing import TYPE_CHECKING, Any, Iterable, Iterator, NamedTuple, Optional
 
 if TYPE_CHECKING:
     import numpy as np
+    import pandas as pd
     from numpy.typing import NDArray
 
     from vorn._vorn import Layout
@@ -69,13 +70,57 @@ class Location(NamedTuple):
     identifier: int
 
 
-class Dump(NamedTuple):
-    """The images that a file holds, and the number of the entry that each is.
+class Dump:
+    """The entries of a pair that a file holds, and where they lie: -1 where the file doesn't say.
+
+    It is unpacked to the images and the numbers of their entries.
 
     >>> import io
-    >>> vorn.read_dump(io.StringIO("4523010000000000"), "BCM88690_B0", "TcamActionTable").images
+    >>> dump = vorn.read_dump(io.StringIO("4523010000000000"), "BCM88690_B0", "TcamActionTable")
+    >>> images, entries = dump
+    >>> images
     array([[69, 35,  1,  0,  0,  0,  0,  0]], dtype=uint8)
+    >>> dump
+    <vorn.Dump of 1 entry of vorn.Layout('TcamActionTable', 'BCM88690_B0', 0)>
     """
 
-    images: NDArray[np.uint8]  # (N, size)
-    entries: NDArray[np.int64]  # (N,)
+    def __init__(
+        self,
+        layout: Layout,
+        images: NDArray[np.uint8],
+        entries: NDArray[np.int64],
+        arrays: NDArray[np.int64],
+        identifiers: NDArray[np.int64],
+        addresses: NDArray[np.int64],
+        empty: int,
+    ) -> None:
+        self.layout = layout
+        self.images = images  # (N, size)
+        self.entries = entries  # (N,), as all that follow
+        self.arrays = arrays  # elements of the array
+        self.identifiers = identifiers  # of the instances
+        self.addresses = addresses  # of the S-channel
+        self.empty = empty  # how many entries were left out, which nobody has written
+
+    def __iter__(self) -> Iterator[Any]:
+        return iter((self.images, self.entries))
+
+    def __repr__(self) -> str:
+        count = len(self.entries)
+        entries = "1 entry" if count == 1 else f"{count} entries"
+        return f"<vorn.Dump of {entries} of {self.layout!r}>"
+
+    def frame(self, fields: Optional[Iterable[str]] = None) -> pd.DataFrame:
+        """The values as a data frame of pandas, indexed by the numbers of the entries.
+
+        >>> import io
+        >>> text = io.StringIO("entry,image\\n7,05000000\\n9,06000000\\n")
+        >>> dump = vorn.read_dump(text, "BCM88690_B0", "EvecFormatTable")
+        >>> dump.frame(fields=["tagsToRemove", "outerVidSource"])
+               tagsToRemove  outerVidSource
+        entry                              
+        7                 1               1
+        9                 2               1
+        """
+        table = self.layout.frame(self.images, fields=fields)
+        return table.set_axis(self.entries, copy=False).rename_axis("entry", copy=False)
