@@ -6,15 +6,17 @@ if( NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr" OR NOT PROJECT_IS_TOP_LEVEL OR VORN
    return()
 endif()
 
-file( STRINGS packaging/changelog newest LIMIT_COUNT 1 )
+file( STRINGS packaging/changelog.in newest LIMIT_COUNT 1 )
 if( NOT newest MATCHES "\\((${PROJECT_VERSION})-([^)]+)\\)" )
-   message( FATAL_ERROR "packaging/changelog has \"${newest}\" instead of ${PROJECT_VERSION}" )
+   message( FATAL_ERROR "packaging/changelog.in has \"${newest}\" instead of ${PROJECT_VERSION}" )
 endif()
 set( CPACK_DEBIAN_PACKAGE_RELEASE ${CMAKE_MATCH_2} )
 set( package_version ${CMAKE_MATCH_1}-${CMAKE_MATCH_2} )
 
 set( CPACK_GENERATOR DEB )
-set( CPACK_PACKAGE_CONTACT "VornTunnelKelvar maintainers <maintainers@vorntunnelkelvar.example>" )
+# The one place with the maintainers' address.
+file( STRINGS LICENSE CPACK_PACKAGE_CONTACT REGEX "^Upstream-Contact: " )
+string( REPLACE "Upstream-Contact: " "" CPACK_PACKAGE_CONTACT "${CPACK_PACKAGE_CONTACT}" )
 set( CPACK_PACKAGE_DESCRIPTION_SUMMARY "" ) # each package has its own
 set( CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
                                                  GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE )

@@ -15,18 +15,23 @@ function( document package folder )
 endfunction()
 
 set( source ${CMAKE_CURRENT_LIST_DIR}/.. )
+set( contact ${CPACK_PACKAGE_CONTACT} )
+configure_file( ${source}/packaging/changelog.in ${CPACK_TEMPORARY_DIRECTORY}/changelog @ONLY )
 set( python )
 if( EXISTS ${CPACK_TEMPORARY_DIRECTORY}/python3-vorn )
    set( python python3-vorn )
 endif()
 foreach( package libvorntunnelkelvar1 libvorntunnelkelvar-dev libvorncodec1 libvorncodec-dev vorn
          ${python} )
-   document( ${package} "" ${source}/packaging/copyright ${source}/packaging/changelog )
+   document( ${package} "" ${source}/LICENSE ${CPACK_TEMPORARY_DIRECTORY}/changelog
+             ${source}/CHANGELOG.md )
    set( share ${CPACK_TEMPORARY_DIRECTORY}/${package}/usr/share )
-   set( changelog ${share}/doc/${package}/changelog )
-   file( RENAME ${changelog} ${changelog}.Debian )
+   set( documents ${share}/doc/${package} )
+   file( RENAME ${documents}/LICENSE ${documents}/copyright )
+   file( RENAME ${documents}/changelog ${documents}/changelog.Debian )
+   file( RENAME ${documents}/CHANGELOG.md ${documents}/changelog )
    file( GLOB pages ${share}/man/man*/*.[1-9] )
-   compress( ${changelog}.Debian ${pages} )
+   compress( ${documents}/changelog.Debian ${documents}/changelog ${pages} )
 endforeach()
 
 # Where Debian's zsh looks.

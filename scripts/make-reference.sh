@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds vorn, and writes the pages of docs/reference/ anew.
+# Builds vorn, and writes the pages of docs/reference/ and the picture of the README anew.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -8,4 +8,6 @@ needPackages $buildPackages
 cmake --preset release -DVORN_BUILD_TESTS=OFF >&2
 cmake --build --preset release --target vorn >&2
 rm -f docs/reference/*.md
-build/release/tools/vorn/vorn reference docs/reference
+vorn=build/release/tools/vorn/vorn
+$vorn reference docs/reference
+$vorn layout VttInPpPortConfig0 --chip BCM88690_B0 --svg docs/entry.svg

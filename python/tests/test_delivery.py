@@ -69,7 +69,7 @@ def test_the_wheel_has_the_whole_package(tmp_path):
     pytest.importorskip("build")
     done = run("-m", "build", "--wheel", "--no-isolation", "--outdir", tmp_path, ROOT / "python")
     assert done.returncode == 0, done.stdout + done.stderr
-    (wheel,) = tmp_path.glob("vorn-1.0.0-cp311-*.whl")
+    (wheel,) = tmp_path.glob("vorn-1.1.0-cp311-*.whl")
     with zipfile.ZipFile(wheel) as archive:
         archive.extractall(tmp_path / "site")
     script = (
