@@ -1,4 +1,4 @@
-// The road of one entry: a logical interface from its name to its image and address, and back.
+// The path of one entry: a logical interface from its name to its image and address, and back.
 #include <Hardware/FieldId.h>
 #include <Hardware/LifTable.h>
 #include <Hardware/Registry.h>

@@ -1,4 +1,4 @@
-// Objects by name, whole entries, addresses, and the road of one entry, against the same by hand.
+// Objects by name, whole entries, addresses, and the path of one entry, against the same by hand.
 #include "Entries.h"
 #include "Pairs.h"
 #include "Row.h"
@@ -168,9 +168,9 @@ Programmed programByHand() {
 void addEntryRows( Rows& rows ) {
    addObjectRow( rows );
    addByHandRows( rows );
-   require( programByLibrary() == programByHand(), "road of one entry" );
+   require( programByLibrary() == programByHand(), "path of one entry" );
    rows.rows.push_back( repeated(
-      Goal::road, "road of one entry", [] { keep( programByLibrary() ); },
+      Goal::path, "path of one entry", [] { keep( programByLibrary() ); },
       [] { keep( programByHand() ); } ) );
 }
 

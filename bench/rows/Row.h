@@ -18,7 +18,7 @@ enum class Goal {
    byName,       // against one look-up in a map and the typed accessor
    object,       // against one look-up in a map and std::make_shared
    byHand,       // one fixed pair, out of line
-   road,         // from the registry to the address
+   path,         // from the registry to the address
    traces,       // against the same build without trace sites
    calls,        // all fields of a pair over primitives that aren't inline
    format,       // the accessors of one format of a class; no baseline but the class's others

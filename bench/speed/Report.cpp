@@ -150,7 +150,7 @@ constexpr Aim aims[] = {
    { "`stringObj`", "a map's look-up and `std::make_shared`", Goal::object, 1.5, false },
    { "`getSchanAddress`, `getAllFields`, `isLifTable`", "by hand for one pair", Goal::byHand, 1.5,
      false },
-   { "the road of one entry", "by hand for one pair", Goal::road, 2.0, false },
+   { "the path of one entry", "by hand for one pair", Goal::path, 2.0, false },
    { "the fields of a pair over primitives that aren't inline", "a floor that calls them too",
      Goal::calls, 2.0, false },
    { "disabled tracing, on average", "no trace sites", Goal::traces, 1.1, true },
