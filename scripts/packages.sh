@@ -17,7 +17,7 @@ needPackages() {
    apt-get install -y -qq --no-install-recommends $missing >&2
 }
 
-buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev
+buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev libzstd-dev
                pybind11-dev python3-dev python3-numpy'
 testPackages='libgtest-dev libgmock-dev clang pkg-config binutils abigail-tools xz-utils patch man-db zsh fish
               python3-pytest python3-hypothesis python3-pandas mypy

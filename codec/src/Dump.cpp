@@ -1088,6 +1088,9 @@ void DumpReader::begin( std::span<const std::string> arguments ) {
 }
 
 bool DumpReader::next() {
+   if( state_->input_ && state_->input_->hasFailed() ) {
+      state_->mode_ = State::Mode::ended;
+   }
    while( state_->mode_ != State::Mode::ended ) {
       state_->place_.clear();
       state_->said_ = {};

@@ -82,6 +82,13 @@ std::string_view ByteLines::takeRest() {
    return all;
 }
 
+std::size_t DumpSource::read( char* to, std::size_t size ) {
+   hasFailed_ = true;
+   const auto count = source_.read( to, size );
+   hasFailed_ = false;
+   return count;
+}
+
 std::string_view DumpInput::firstLine() {
    for( std::size_t at = 0;; ) {
       const auto all = rest();

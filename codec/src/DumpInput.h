@@ -9,10 +9,26 @@
 
 namespace Vorn {
 
-// The bytes and lines of a dump: those of the text without a byte order mark and comments.
-class DumpInput : public ByteLines {
+// A source that knows whether it has thrown: there is no way on then.
+class DumpSource : public ByteSource {
 public:
-   explicit DumpInput( ByteSource& source ) : ByteLines( source ), source_( source ) {}
+   explicit DumpSource( ByteSource& source ) : source_( source ) {}
+
+   std::size_t read( char* to, std::size_t size ) override;
+   std::string name() const override { return source_.name(); }
+
+   bool hasFailed() const { return hasFailed_; }
+
+private:
+   ByteSource& source_;
+   bool hasFailed_ = false;
+};
+
+// The bytes and lines of a dump: those of the text without a byte order mark and comments.
+class DumpInput : private DumpSource, public ByteLines {
+public:
+   explicit DumpInput( ByteSource& source )
+      : DumpSource( source ), ByteLines( static_cast<DumpSource&>( *this ) ) {}
 
    // The first line that isn't blank, or as much of it as tells the form. It stays to be read.
    std::string_view firstLine();
@@ -32,12 +48,12 @@ public:
    std::string place( std::size_t at ) const;
    using ByteLines::place;
 
-   std::string name() const { return source_.name(); }
+   using DumpSource::hasFailed;
+   using DumpSource::name;
 
 private:
    std::string_view withoutComment( std::string_view line ) const;
 
-   ByteSource& source_;
    std::string_view line_;
    bool isAgain_ = false;
    bool isFirst_ = true;

@@ -74,30 +74,36 @@ void Output::flush() {
 }
 
 FileBytes::FileBytes( const std::string& path, std::function<void()> beforeRead )
-   : name_( path == "-" ? "<stdin>" : shown( path ) ), beforeRead_( std::move( beforeRead ) ),
-     descriptor_( path == "-" ? STDIN_FILENO : ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) ) {
-   if( descriptor_ < 0 ) {
-      throw Error( "cannot open " + name_ + ": " + std::strerror( errno ) );
+   : raw_( path, std::move( beforeRead ) ) {}
+
+FileBytes::~FileBytes() = default;
+
+FileBytes::Raw::Raw( const std::string& path, std::function<void()> calledBeforeRead )
+   : shownPath( path == "-" ? "<stdin>" : shown( path ) ),
+     beforeRead( std::move( calledBeforeRead ) ),
+     descriptor( path == "-" ? STDIN_FILENO : ::open( path.c_str(), O_RDONLY | O_CLOEXEC ) ) {
+   if( descriptor < 0 ) {
+      throw Error( "cannot open " + shownPath + ": " + std::strerror( errno ) );
    }
-   size_ = sizeBehind( descriptor_ );
+   size = sizeBehind( descriptor );
 }
 
-FileBytes::~FileBytes() {
-   if( descriptor_ != STDIN_FILENO ) {
-      ::close( descriptor_ );
+FileBytes::Raw::~Raw() {
+   if( descriptor != STDIN_FILENO ) {
+      ::close( descriptor );
    }
 }
 
-std::size_t FileBytes::read( char* to, std::size_t size ) {
-   beforeRead_();
+std::size_t FileBytes::Raw::read( char* to, std::size_t length ) {
+   beforeRead();
    for( ;; ) {
-      const ssize_t count = ::read( descriptor_, to, size );
+      const ssize_t count = ::read( descriptor, to, length );
       if( count >= 0 ) {
-         bytesRead_ += static_cast<U64>( count );
+         bytesRead += static_cast<U64>( count );
          return static_cast<std::size_t>( count );
       }
-      if( !isToRetry( descriptor_, POLLIN ) ) {
-         throw Error( "cannot read " + name_ + ": " + std::strerror( errno ) );
+      if( !isToRetry( descriptor, POLLIN ) ) {
+         throw Error( "cannot read " + shownPath + ": " + std::strerror( errno ) );
       }
    }
 }

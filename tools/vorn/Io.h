@@ -1,6 +1,8 @@
 // Whole lines in and out: standard output through a buffer, and a file or standard input by line.
 #pragma once
 
+#include "Compression.h"
+
 #include <Vorn/Dump.h>
 
 #include <Kelvar/Types.h>
@@ -32,7 +34,8 @@ private:
    std::string pending_;
 };
 
-// The bytes of a file, or of standard input for "-". Failures to open and to read are Errors.
+// The bytes of a file, or of standard input for "-", decompressed where they are compressed.
+// Failures to open and to read are Errors.
 class FileBytes : public ByteSource {
 public:
    // `beforeRead` is called each time before more input is asked for, and may have to be waited
@@ -42,19 +45,32 @@ public:
    FileBytes( const FileBytes& ) = delete;
    FileBytes& operator=( const FileBytes& ) = delete;
 
-   std::size_t read( char* to, std::size_t size ) override;
-   std::string name() const override { return name_; }
+   std::size_t read( char* to, std::size_t size ) override { return plain_.read( to, size ); }
+   std::string name() const override { return raw_.name(); }
 
-   // How many bytes there are to read, 0 if only reading tells; and how many have been read.
-   U64 size() const { return size_; }
-   U64 bytesRead() const { return bytesRead_; }
+   // How many bytes there are to read, 0 if only reading tells; and how many have been read. They
+   // are those of the file, compressed where it is.
+   U64 size() const { return raw_.size; }
+   U64 bytesRead() const { return raw_.bytesRead; }
 
 private:
-   std::string name_;
-   std::function<void()> beforeRead_;
-   int descriptor_;
-   U64 size_ = 0;
-   U64 bytesRead_ = 0;
+   // The bytes as the file has them.
+   struct Raw : public ByteSource {
+      Raw( const std::string& path, std::function<void()> calledBeforeRead );
+      ~Raw() override;
+
+      std::size_t read( char* to, std::size_t length ) override;
+      std::string name() const override { return shownPath; }
+
+      std::string shownPath;
+      std::function<void()> beforeRead;
+      int descriptor;
+      U64 size = 0;
+      U64 bytesRead = 0;
+   };
+
+   Raw raw_;
+   PlainBytes plain_{ raw_ };
 };
 
 // The lines of such bytes.

@@ -70,33 +70,35 @@ Verb addProgram( CLI::App& commandLine ) {
       ->add_option( "--count", arguments->count,
                     "Entries to expect of a pipe, for the progress line" )
       ->type_name( "N" );
-   describe( *verb,
-             "Reads a JSON object from each line that is not blank:\n"
-             "  \"table\", \"chip\"                   names; the chip type also by number\n"
-             "  \"variant\"                         0 if not given\n"
-             "  \"entry\", \"array\", \"identifier\"  0 if not given\n"
-             "  \"fields\"                          an object of field names and values\n"
-             "  \"from\"                            an image to begin with instead of a fresh\n"
-             "                                    entry, as `vorn encode --from` takes it\n"
-             "\n"
-             "Fields are written in the order of the line; where two overlap the later one wins.\n"
-             "\n" +
-                notationsParagraphs() +
-                " In JSON, all but decimal numbers of at most 64 bits stand in quotes.\n\n"
-                "Prints for each a JSON object in one line, with the image as bytes in "
-                "hexadecimal, entry byte 0 first, and the address; \"address\", \"accessType\" and "
-                "\"destBlock\" are null where there is no address. With --output bytes or words "
-                "the line is the image alone, as those bytes or as 32-bit words.\n\n"
-                "A bad line ends the program with exit status 1. The lines before it have been "
-                "printed then, and nothing of the bad line or of any after it. A line holds at "
-                "most " +
-                std::to_string( LineReader::longest ) +
-                " bytes.\n\n"
-                "While standard error is a terminal and standard output is none, a line there "
-                "shows how far a file has come, or a pipe with --count.",
-             "  echo '{\"table\":\"TcamActionTable\",\"chip\":\"BCM88690_B0\",\"entry\":5,"
-             "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -\n"
-             "  vorn program entries.jsonl --output bytes > images.txt" );
+   describe(
+      *verb,
+      "Reads a JSON object from each line that is not blank, decompressed where gzip or zstd "
+      "has compressed the file:\n"
+      "  \"table\", \"chip\"                   names; the chip type also by number\n"
+      "  \"variant\"                         0 if not given\n"
+      "  \"entry\", \"array\", \"identifier\"  0 if not given\n"
+      "  \"fields\"                          an object of field names and values\n"
+      "  \"from\"                            an image to begin with instead of a fresh\n"
+      "                                    entry, as `vorn encode --from` takes it\n"
+      "\n"
+      "Fields are written in the order of the line; where two overlap the later one wins.\n"
+      "\n" +
+         notationsParagraphs() +
+         " In JSON, all but decimal numbers of at most 64 bits stand in quotes.\n\n"
+         "Prints for each a JSON object in one line, with the image as bytes in "
+         "hexadecimal, entry byte 0 first, and the address; \"address\", \"accessType\" and "
+         "\"destBlock\" are null where there is no address. With --output bytes or words "
+         "the line is the image alone, as those bytes or as 32-bit words.\n\n"
+         "A bad line ends the program with exit status 1. The lines before it have been "
+         "printed then, and nothing of the bad line or of any after it. A line holds at "
+         "most " +
+         std::to_string( LineReader::longest ) +
+         " bytes.\n\n"
+         "While standard error is a terminal and standard output is none, a line there "
+         "shows how far a file has come, or a pipe with --count.",
+      "  echo '{\"table\":\"TcamActionTable\",\"chip\":\"BCM88690_B0\",\"entry\":5,"
+      "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -\n"
+      "  vorn program entries.jsonl --output bytes > images.txt" );
    return { verb, [arguments]( Output& output ) { program( *arguments, output ); } };
 }
 
