@@ -20,8 +20,8 @@ COMPILERS = [
     (r'.*', r'static .* = .*|} built;', 'the guard of a static'),
     (r'platform/oru/include/Oru/String.h', r'.*\btext_?\b.*[{}]|class String {',
      'what a constructor undoes if copying the text throws'),
-    (r'src/frame/Operations.h', r'switch\( number \) {', 'numbers that no table has'),
-    (r'src/frame/Operations.h', r'if\( facts.tagCount != 0 && everyTag<C>.*',
+    (r'src/frame/FastPaths.h', r'switch\( number \) {', 'numbers that no table has'),
+    (r'src/frame/FastPaths.h', r'if\( facts.tagCount != 0 && everyTag<C>.*',
      'the instances of classes without a tag'),
 ]
 

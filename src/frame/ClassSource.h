@@ -1,7 +1,7 @@
 // All that the source file of a class needs of the frame.
 #pragma once
 
-#include "Operations.h"
+#include "FastPaths.h"
 
 #include <Hardware/FieldId.h>
 #include <Hardware/detail/View.h>

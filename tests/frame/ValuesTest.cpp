@@ -1,5 +1,5 @@
 // Values as the operations make them.
-#include "frame/Operations.h"
+#include "frame/Rules.h"
 
 #include "support/Bits.h"
 

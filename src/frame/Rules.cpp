@@ -1,5 +1,5 @@
-// The operations that need nothing of a class but its run-time data.
-#include "Operations.h"
+// The operations of the contract over run-time data.
+#include "Rules.h"
 
 namespace Hardware::Frame {
 

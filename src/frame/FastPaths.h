@@ -1,36 +1,17 @@
-// The operations of the contract, each for a class given as a type.
+// The operations of the contract for a class given as a type: fast paths with its constants, which
+// leave to the rules whatever they don't see through at once.
 //
 // The class parameter `C` is what frame/DefineView.inc makes of a description: static constants,
 // and `C::data()`, the same as run-time data.
 #pragma once
 
+#include "Rules.h"
 #include "Tables.h"
-#include "Trace.h"
-
-#include <Kelvar/BitBuf.h>
 
 #include <cstring>
 #include <utility>
 
 namespace Hardware::Frame {
-
-// A view's members as an operation finds them; passed in two registers.
-struct State {
-   U8* buf;
-   U8 chipType;
-   U8 variant;
-   U16 len;
-};
-
-// An accessor's whole contract, whatever the class: trace, cell, length, bound, primitive. A
-// narrow value is set as a U64; otherwise a value is its bytes.
-[[gnu::cold]] void getByRules( State state, const ClassData& data, Site site, U8* value );
-[[gnu::cold]] void setByRules( State state, const ClassData& data, Site site, U64 value );
-[[gnu::cold]] void setByRules( State state, const ClassData& data, Site site, const U8* value );
-[[gnu::cold]] void maskByRules( State state, const ClassData& data, Site site );
-[[gnu::cold]] U16 lenByRules( State state, const ClassData& data, Site site );
-[[gnu::cold]] U16 offsetByRules( State state, const ClassData& data, Site site );
-[[gnu::cold]] bool validByRules( State state, const ClassData& data, Site site );
 
 // Whether the platform says that its primitives are inline. If it doesn't, each access is one call
 // of the platform's own, with the view's buffer and length: a site may have replaced it.
@@ -40,7 +21,7 @@ inline constexpr bool primitivesAreInline = true;
 inline constexpr bool primitivesAreInline = false;
 #endif
 
-// The accessors proper are that contract's fast path, with the field's cells as constants. They
+// The accessors proper are the contract's fast path, with the field's cells as constants. They
 // take it only where they see at once that nothing is to be traced and nothing will fail; in all
 // other cases they leave to the rules. Nothing else is called, so they need no stack.
 
@@ -161,20 +142,6 @@ inline void mergeAt( U8* bytes, U64 bits, U64 mask ) {
    mergeAt( buf + access.first, bits << access.shift, mask << access.shift );
 }
 
-// A value with the low `width` bits set.
-template<class Value>
-constexpr Value onesOf( unsigned width ) {
-   if constexpr( std::is_integral_v<Value> ) {
-      return static_cast<Value>( ~U64{ 0 } >> ( 64 - width ) );
-   } else {
-      Value value{};
-      for( unsigned word = 0; 64 * word < width; ++word ) {
-         value.wordIs( word, onesOf<U64>( std::min( width - 64 * word, 64u ) ) );
-      }
-      return value;
-   }
-}
-
 // A state for the rules. The compiler may put its members together for the call only here, not
 // before the fast path.
 [[gnu::always_inline]] inline State forRules( State state ) {
@@ -259,11 +226,6 @@ template<class C, Cell cell, class Value>
 [[gnu::always_inline]] inline void store( State state, const Value& value ) {
    setBuf( state.buf, fastLength<C, cell>, reinterpret_cast<const U8*>( &value ),
            static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
-}
-
-// A field exactly as wide as an integer has no bound, whatever its argument type.
-constexpr bool bounded( unsigned width ) {
-   return width != 8 && width != 16 && width != 32 && width != 64;
 }
 
 template<class C, Site site, class Value>
@@ -366,44 +328,11 @@ template<class C, Site site>
    return found || validByRules( state, C::data(), site );
 }
 
-[[gnu::always_inline]] inline void traceView( const ClassData& data, Site site, State state ) {
-   if( tracedInView() ) [[unlikely]] {
-      traceCall( data, site, state.chipType, state.variant );
-   }
-}
-
-[[gnu::always_inline]] inline void traceNamed( const ClassData& data, Site site, State state,
-                                               const Oru::String& fieldName ) {
-   if( tracedInView() ) [[unlikely]] {
-      traceNamed( data, site, state.chipType, state.variant, fieldName );
-   }
-}
-
-// By identifier. Without traces nobody can tell setField64 from the call of `<f>Is()`; this is for
-// the rest.
-[[gnu::cold]] void setField64ByRules( const ClassData& data, Site site, U32 fieldId, U64 value,
-                                      State state );
-U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state );
-U16 fieldOffset( const ClassData& data, Site site, U32 fieldId, State state );
-bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state );
-
 // 64-bit word `index` of a wide value, 0 beyond it.
 template<class Value>
 U64 wordOf( const Value& value, U16 index ) {
    return index < Value::wordCount ? value.word( index ) : 0;
 }
-
-// The facts of a pair given as arguments; an invalid pair fails.
-inline const PairFacts& checkedFacts( const ClassData& data, Site site, U32 chipType, U8 variant ) {
-   const PairFacts& facts = factsOf( data, chipType, variant );
-   if( facts.format == noFormat ) [[unlikely]] {
-      failPair( data, site, chipType );
-   }
-   return facts;
-}
-
-// The two statics that trace, before they check the pair.
-const PairFacts& tracedFacts( const ClassData& data, Site site, U32 chipType, U8 variant );
 
 // The entry under the mask of its pair.
 template<class C>
@@ -433,20 +362,7 @@ Raw4096 allFieldsMask( Site site, U32 chipType, U8 variant ) {
    return mask;
 }
 
-// Where an entry is asked for.
-struct EntryIndices {
-   U32 tableEntry;
-   U16 arrayIndex;
-   U16 identifier;
-};
-
-// The contract of getSchanAddress in its order, where the fast path below has no answer: false for
-// an invalid pair, else an assertion. A table and a register differ in the texts of their tests
-// alone.
-[[gnu::cold]] bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType,
-                                           U8 variant, U32& schanAddress, EntryIndices indices );
-
-// Its fast path: a pair with an address, and nothing out of range.
+// A pair with an address, and nothing out of range.
 template<class C, Site site>
 [[gnu::always_inline]] inline bool getSchanAddress( U32 chipType, U8 variant, U32& schanAddress,
                                                     U8& accessType, U8& destBlock,
@@ -489,12 +405,8 @@ template<class C, Cell cell>
    return found == value;
 }
 
-// The constructor after the base's: checks the pair and traces it.
-void construct( const ClassData& data, Site site, State state );
-// Stamps the pair's tag into a fresh entry, verifies it in an existing one.
-void handleTag( const ClassData& data, Site site, State state, bool existingEntry );
-
-// Both in one, if the pair is valid, nothing is traced or fails, and no primitive is to be called.
+// construct and handleTag in one, if the pair is valid, nothing is traced or fails, and no
+// primitive is to be called.
 template<class C>
 [[gnu::always_inline]] inline bool constructFast( State state, bool existingEntry ) {
    const unsigned pair = pairOf( state.chipType, state.variant );
@@ -520,12 +432,8 @@ template<class C>
    } );
 }
 
-// A class's discriminator: false only for a chip type that the class lacks, or a pair whose tag
-// the buffer doesn't hold.
-[[gnu::cold]] bool holdsByRules( const ClassData& data, Site site, Hardware::ChipType chipType,
-                                 const U8* buf, U16 len, U8 variant );
-
-// Its fast path: a pair with a tag, all of it surely in the buffer, and inline primitives.
+// A class's discriminator: a pair with a tag, all of it surely in the buffer, and inline
+// primitives.
 template<class C, Site site>
 [[gnu::always_inline]] inline bool holds( Hardware::ChipType chipType, const U8* buf, U16 len,
                                           U8 variant ) {
