@@ -5,6 +5,7 @@
 #include "DumpRows.h"
 #include "ImageText.h"
 
+#include <Vorn/Bits.h>
 #include <Vorn/Locate.h>
 #include <Vorn/Pairs.h>
 #include <Vorn/Text.h>
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <map>
 #include <set>
 #include <utility>
@@ -150,6 +152,31 @@ std::vector<Piece> cellsOf( std::string_view line ) {
    }
 }
 
+// The value of each hexadecimal digit; a bit above all values for other characters.
+constexpr U8 noDigit = 0x80;
+constexpr auto digitValues = [] {
+   std::array<U8, 256> values{};
+   values.fill( noDigit );
+   for( const std::string_view digits : { "0123456789abcdef", "0123456789ABCDEF" } ) {
+      for( std::size_t i = 0; i < digits.size(); ++i ) {
+         values[static_cast<U8>( digits[i] )] = static_cast<U8>( i );
+      }
+   }
+   return values;
+}();
+
+// Whether the text is two digits for each of these bytes, which they are then.
+bool readPlainDigits( const char* text, std::span<U8> bytes ) {
+   unsigned seen = 0;
+   for( U8& byte : bytes ) {
+      const unsigned high = digitValues[static_cast<U8>( *text++ )];
+      const unsigned low = digitValues[static_cast<U8>( *text++ )];
+      seen |= high | low;
+      byte = static_cast<U8>( high << 4 | low );
+   }
+   return seen < noDigit;
+}
+
 } // namespace
 
 struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
@@ -166,11 +193,21 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    void beginBlock( Mode mode );
    bool stepBlock();
    bool feed();
+   void feedMore();
    bool feedRow();
    void feedDigits( std::string_view text );
    bool emit();
    bool finishBlock();
    void takeArguments( std::span<const std::string> arguments );
+
+   void rememberLayouts();
+   const Layout* plainLayoutOf( const U8* image ) const;
+   DumpRun ahead( Runs runs );
+   std::span<const U8> bytesAhead();
+   std::span<const U8> linesAhead();
+   void gather();
+   void cutToPlain( DumpRun& run, Runs runs );
+   void skip( std::size_t count );
 
    Candidates& candidatesOf( const Image& image );
    Candidates& candidatesAt( U64 address, const Image& image );
@@ -213,6 +250,17 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    std::size_t line_ = 1;    // of a stream
    std::size_t column_ = 0;
    bool isComment_ = false;
+
+   // What is read ahead.
+   bool isAhead_ = false;         // ahead() has been called
+   bool hasEnded_ = false;        // feed() has nothing more
+   std::exception_ptr failure_;   // of feed(), once what came before it has been handed out
+   std::size_t lineLength_ = 0;   // of the lines that are read ahead, with their ends
+   std::vector<U8> lineImages_;   // of these
+   std::size_t lineHead_ = 0;     // what has been passed over of them
+   std::vector<Field> tagFields_; // which tell the layout of an image
+   std::vector<const Layout*>
+      byTag_; // null where there is none or a doubt; empty: only next() tells
 
    std::map<std::array<std::string, 3>, Candidates> known_;
    std::map<U32, std::vector<Memory>> memories_; // by chip type
@@ -738,6 +786,8 @@ void DumpReader::State::beginBlock( Mode mode ) {
    line_ = 1;
    column_ = 0;
    isComment_ = false;
+   hasEnded_ = false;
+   failure_ = nullptr;
    if( !own_ ) {
       mode_ = Mode::ended;
       image_.at = 0;
@@ -779,6 +829,17 @@ bool DumpReader::State::feed() {
       }
       pending_.insert( pending_.end(), image_.bytes.begin(), image_.bytes.end() );
       return true;
+   }
+   if( mode_ == Mode::binary && isAhead_ ) {
+      // One entry at a time, so that those after it can be read ahead where they lie.
+      const auto wanted = skip_ + own_->layouts.front().bytes();
+      while( input_->rest().size() < wanted && input_->readMore() ) {
+      }
+      const auto bytes = input_->rest().substr( 0, wanted );
+      const auto* const begin = reinterpret_cast<const U8*>( bytes.data() );
+      pending_.insert( pending_.end(), begin, begin + bytes.size() );
+      input_->skip( bytes.size(), 0 );
+      return !bytes.empty();
    }
    const auto bytes = input_->bytes();
    if( bytes.empty() ) {
@@ -931,18 +992,25 @@ bool DumpReader::State::finishBlock() {
                          "further apart" );
 }
 
+// Feeds once. What fails is thrown when all that came before it has been handed out.
+void DumpReader::State::feedMore() {
+   try {
+      hasEnded_ = !feed();
+   } catch( const Error& ) {
+      failure_ = std::current_exception();
+   }
+}
+
 bool DumpReader::State::stepBlock() {
    while( !emit() ) {
-      bool goesOn = false;
-      try {
-         goesOn = feed();
-      } catch( const Error& ) {
+      if( failure_ ) {
          mode_ = Mode::ended;
-         throw;
+         std::rethrow_exception( std::exchange( failure_, nullptr ) );
       }
-      if( !goesOn ) {
+      if( hasEnded_ ) {
          return finishBlock();
       }
+      feedMore();
    }
    return true;
 }
@@ -1065,6 +1133,238 @@ bool DumpReader::State::step() {
    }
 }
 
+// Makes the table of what chooseVariant() says to each value of the tags.
+void DumpReader::State::rememberLayouts() {
+   constexpr unsigned mostBits = 10;
+   tagFields_.clear();
+   byTag_.clear();
+   unsigned bits = 0;
+   for( const Layout& layout : own_->layouts ) {
+      if( layout.bytes() != own_->layouts.front().bytes() ) {
+         return;
+      }
+      for( const TagField& tag : layout.tag() ) {
+         if( std::find( tagFields_.begin(), tagFields_.end(), tag.field ) == tagFields_.end() ) {
+            tagFields_.push_back( tag.field );
+            bits += tag.field.width;
+         }
+      }
+   }
+   if( bits > mostBits ) {
+      return;
+   }
+   std::vector<U8> image( own_->layouts.front().bytes() );
+   for( U64 value = 0; value < U64( 1 ) << bits; ++value ) {
+      U64 rest = value;
+      for( const Field& field : tagFields_ ) {
+         Detail::bitsAtAre( image.data(), image.size(), field.offset, field.width,
+                            rest & ~U64( 0 ) >> ( 64 - field.width ) );
+         rest >>= field.width;
+      }
+      try {
+         chooseVariant( *own_, image, false );
+         byTag_.push_back( entry_.doubt.empty() ? entry_.layout : nullptr );
+      } catch( const Error& ) {
+         byTag_.push_back( nullptr );
+      }
+      entry_.doubt = {};
+   }
+}
+
+// The layout of a whole image; null where chooseVariant() has to be asked.
+const Layout* DumpReader::State::plainLayoutOf( const U8* image ) const {
+   const std::size_t size = own_->layouts.front().bytes();
+   U64 value = 0;
+   unsigned shift = 0;
+   for( const Field& field : tagFields_ ) {
+      value |= Detail::bitsAt( image, size, field.offset, field.width ) << shift;
+      shift += field.width;
+   }
+   return byTag_[value];
+}
+
+// Feeds some entries' worth of a dump that is split.
+void DumpReader::State::gather() {
+   constexpr std::size_t enough = 1 << 15;
+   while( !failure_ && !hasEnded_ && pending_.size() - head_ < enough ) {
+      feedMore();
+   }
+}
+
+// The bytes of a dump that is split, from an entry's first one.
+std::span<const U8> DumpReader::State::bytesAhead() {
+   const auto passed = [&] {
+      const auto now = std::min( skip_, pending_.size() - head_ );
+      head_ += now;
+      skip_ -= now;
+      offset_ += now;
+   };
+   passed();
+   if( mode_ != Mode::binary || head_ < pending_.size() ) {
+      if( mode_ != Mode::binary ) {
+         gather();
+         passed();
+      }
+      return std::span( pending_ ).subspan( head_ );
+   }
+   const auto wanted = skip_ + own_->layouts.front().bytes();
+   while( input_->rest().size() < wanted && input_->readMore() ) {
+   }
+   const auto now = std::min( skip_, input_->rest().size() );
+   input_->skip( now, 0 );
+   skip_ -= now;
+   offset_ += now;
+   const auto rest = input_->rest();
+   return { reinterpret_cast<const U8*>( rest.data() ), rest.size() };
+}
+
+// The images of the lines of digits that come next, of as many as have been read.
+std::span<const U8> DumpReader::State::linesAhead() {
+   constexpr std::size_t most = 256;
+   const std::size_t bytes = own_->layouts.front().bytes();
+   if( lineHead_ < lineImages_.size() ) {
+      return std::span( lineImages_ ).subspan( lineHead_ );
+   }
+   lineImages_.clear();
+   lineHead_ = 0;
+   const bool areBytes =
+      options_.format == ImageFormat::automatic || options_.format == ImageFormat::bytes;
+   if( !areBytes || input_->isBack() ) {
+      return {};
+   }
+   auto rest = input_->rest();
+   if( rest.size() <= 2 * bytes + 1 ) {
+      input_->readMore();
+      rest = input_->rest();
+   }
+   if( rest.size() <= 2 * bytes ) {
+      return {};
+   }
+   lineLength_ = 2 * bytes + ( rest[2 * bytes] == '\r' ? 2 : 1 );
+   const std::string_view end = lineLength_ > 2 * bytes + 1 ? "\r\n" : "\n";
+   const std::size_t count = std::min( rest.size() / lineLength_, most );
+   lineImages_.resize( count * bytes );
+   std::size_t taken = 0;
+   for( ; taken < count; ++taken ) {
+      const auto line = rest.substr( taken * lineLength_, lineLength_ );
+      if( !line.ends_with( end ) ||
+          !readPlainDigits( line.data(),
+                            std::span( lineImages_ ).subspan( taken * bytes, bytes ) ) ) {
+         break;
+      }
+   }
+   lineImages_.resize( taken * bytes );
+   if( taken > 0 ) {
+      // What an image of several lines has left there doesn't go on after these.
+      reader_ = std::make_unique<ImageReader>( *input_, options_.format );
+   }
+   return lineImages_;
+}
+
+// Leaves the entries that are plain, and whose places exist.
+void DumpReader::State::cutToPlain( DumpRun& run, Runs runs ) {
+   const auto& layouts = own_->layouts;
+   const std::size_t bytes = layouts.front().bytes();
+   const U8* const images = run.images.data();
+   const auto isEmpty = [&]( const U8* image ) { return isZero( { image, bytes } ); };
+   const bool isAny = runs == Runs::ofAny && layouts.size() > 1;
+   const Layout* const first = plainLayoutOf( images );
+   std::size_t count = 0;
+   for( ; count < run.count; ++count ) {
+      const U8* const image = images + count * run.stride;
+      const Layout* const layout = plainLayoutOf( image );
+      if( ( layout != first && !isAny ) || ( !layout && !isEmpty( image ) ) ) {
+         break;
+      }
+   }
+   run.count = count;
+   run.areEmpty = !isAny && !first && count > 0;
+   run.layout = isAny ? nullptr : run.areEmpty ? &layouts.front() : first;
+   if( count == 0 || !run.first ) {
+      return;
+   }
+   U64 entries = ~U64( 0 );
+   for( const Layout& layout : layouts ) {
+      if( isAny || &layout == run.layout ) {
+         entries = std::min<U64>( entries, layout.info().entries );
+      }
+   }
+   const U64 begin = run.first->entry;
+   run.count =
+      begin < entries ? static_cast<std::size_t>( std::min<U64>( count, entries - begin ) ) : 0;
+   try {
+      for( const Layout& layout : layouts ) {
+         if( isAny || &layout == run.layout ) {
+            const auto address = layout.address( *run.first );
+            if( address && !isAny && begin + 1 < entries ) {
+               const EntryIndex next{ begin + 1, run.first->array, run.first->identifier };
+               run.address = address->schanAddress;
+               run.addressStep = layout.address( next )->schanAddress - *run.address;
+            } else if( address && !isAny ) {
+               run.address = address->schanAddress;
+            }
+         }
+      }
+   } catch( const Error& ) {
+      run.count = 0;
+   }
+}
+
+DumpRun DumpReader::State::ahead( Runs runs ) {
+   DumpRun run;
+   if( mode_ == Mode::start ) {
+      detect();
+   }
+   const bool isBlock =
+      mode_ == Mode::binary || mode_ == Mode::stream || mode_ == Mode::words || mode_ == Mode::rows;
+   if( !own_ || !( isBlock || mode_ == Mode::lines ) ) {
+      return run;
+   }
+   if( !std::exchange( isAhead_, true ) ) {
+      rememberLayouts();
+   }
+   if( byTag_.empty() ) {
+      return run;
+   }
+   const std::size_t bytes = own_->layouts.front().bytes();
+   run.images = isBlock ? bytesAhead() : linesAhead();
+   run.stride = isBlock && options_.stride > 0 ? options_.stride : bytes;
+   if( run.images.size() < bytes ) {
+      return run;
+   }
+   run.count = ( run.images.size() - bytes ) / run.stride + 1;
+   if( isBlock ) {
+      run.first = EntryIndex{ index_, options_.first.array, options_.first.identifier };
+   }
+   cutToPlain( run, runs );
+   run.images =
+      run.count > 0 ? run.images.first( ( run.count - 1 ) * run.stride + bytes ) : std::span<U8>();
+   return run;
+}
+
+void DumpReader::State::skip( std::size_t count ) {
+   if( count == 0 ) {
+      return;
+   }
+   const std::size_t bytes = own_->layouts.front().bytes();
+   if( mode_ == Mode::lines ) {
+      lineHead_ += count * bytes;
+      input_->skip( count * lineLength_, count );
+      return;
+   }
+   const std::size_t stride = options_.stride > 0 ? options_.stride : bytes;
+   const std::size_t passed = ( count - 1 ) * stride + bytes;
+   if( head_ < pending_.size() ) {
+      head_ += passed;
+   } else {
+      input_->skip( passed, 0 );
+   }
+   offset_ += passed;
+   skip_ = stride - bytes;
+   count_ += count;
+   index_ += count;
+}
+
 DumpReader::DumpReader( DumpOptions options )
    : state_( std::make_unique<State>( std::move( options ) ) ) {}
 
@@ -1073,6 +1373,8 @@ DumpReader& DumpReader::operator=( DumpReader&& other ) noexcept = default;
 DumpReader::~DumpReader() = default;
 
 void DumpReader::begin( ByteSource& bytes ) {
+   state_->lineImages_.clear();
+   state_->lineHead_ = 0;
    state_->input_ = std::make_unique<DumpInput>( bytes );
    state_->reader_ = std::make_unique<ImageReader>( *state_->input_, state_->options_.format );
    state_->mode_ = State::Mode::start;
@@ -1087,8 +1389,14 @@ void DumpReader::begin( std::span<const std::string> arguments ) {
    state_->mode_ = State::Mode::arguments;
 }
 
+DumpRun DumpReader::ahead( Runs runs ) { return state_->ahead( runs ); }
+
+void DumpReader::skip( std::size_t count ) { state_->skip( count ); }
+
 bool DumpReader::next() {
-   if( state_->input_ && state_->input_->hasFailed() ) {
+   state_->lineImages_.clear();
+   state_->lineHead_ = 0;
+   if( state_->input_ && state_->input_->hasFailed() && !state_->failure_ ) {
       state_->mode_ = State::Mode::ended;
    }
    while( state_->mode_ != State::Mode::ended ) {

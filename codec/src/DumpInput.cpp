@@ -82,6 +82,11 @@ std::string_view ByteLines::takeRest() {
    return all;
 }
 
+void ByteLines::skip( std::size_t bytes, std::size_t lines ) {
+   begin_ += bytes;
+   number_ += lines;
+}
+
 std::size_t DumpSource::read( char* to, std::size_t size ) {
    hasFailed_ = true;
    const auto count = source_.read( to, size );

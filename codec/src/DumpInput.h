@@ -43,6 +43,12 @@ public:
 
    // Hands out the last line once more.
    void back() { isAgain_ = true; }
+   bool isBack() const { return isAgain_; }
+
+   void skip( std::size_t bytes, std::size_t lines ) {
+      ByteLines::skip( bytes, lines );
+      isFirst_ = false;
+   }
 
    // The column of what begins `at` bytes after the beginning of the last line.
    std::string place( std::size_t at ) const;

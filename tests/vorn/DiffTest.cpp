@@ -28,6 +28,9 @@ std::string line( std::initializer_list<Vorn::FieldValue> values ) {
    return text + '\n';
 }
 
+const std::string csvHeader =
+   "table,chip,variant,entry,array,identifier,address,change,field,old,new\n";
+
 const std::string zeroes = std::string( 160, '0' ) + '\n';
 
 // vorn diff of a file of `before` and standard input of `after`.
@@ -86,11 +89,12 @@ TEST( Diff, jsonAndCsv ) {
    EXPECT_EQ( Json::parse( lines[2] )["after"].get<std::string>() + '\n',
               line( { { "vsi", 5 } } ) );
    EXPECT_EQ( diff( before, after, { "--csv" } ).out,
-              "table,chip,variant,entry,change,field,old,new\n"
-              "LifTable,BCM88690_B0,0,1,changed,vsi,0x1,0x2\n"
-              "LifTable,BCM88690_B0,0,2,changed,learnEnable,0x1,0x0\n"
-              "LifTable,BCM88690_B0,0,2,changed,vsi,0x7,0x8\n"
-              "LifTable,BCM88690_B0,0,4,added,,,\n" );
+              csvHeader +
+
+                 "LifTable,BCM88690_B0,0,1,,,,changed,vsi,0x1,0x2\n"
+                 "LifTable,BCM88690_B0,0,2,,,,changed,learnEnable,0x1,0x0\n"
+                 "LifTable,BCM88690_B0,0,2,,,,changed,vsi,0x7,0x8\n"
+                 "LifTable,BCM88690_B0,0,4,,,,added,,,\n" );
 }
 
 TEST( Diff, aFieldThatHoldsOthersIsLeftOut ) {
@@ -106,11 +110,76 @@ TEST( Diff, aFieldThatHoldsOthersIsLeftOut ) {
               "entries: 1 changed\n" );
 }
 
+TEST( Diff, whereEntriesLie ) {
+   const auto entry = []( int number, int vsi ) {
+      return R"({"table":"LifTable","chip":"BCM88690_B0","entry":)" + std::to_string( number ) +
+             R"(,"image":")" + line( { { "vsi", static_cast<U64>( vsi ) } } ).substr( 0, 160 ) +
+             "\"}\n";
+   };
+   // The same entries in another order, but for one that is changed, one that is gone, one more.
+   const auto outcome =
+      diff( entry( 7, 1 ) + entry( 2, 2 ) + entry( 5, 3 ) + entry( 9, 4 ),
+            entry( 5, 30 ) + entry( 3, 6 ) + entry( 7, 1 ) + entry( 9, 4 ), { "--csv" } );
+   EXPECT_EQ( outcome.out, csvHeader + "LifTable,BCM88690_B0,0,5,0,0,0x5,changed,vsi,0x3,0x1e\n"
+                                       "LifTable,BCM88690_B0,0,3,0,0,0x3,added,,,\n"
+                                       "LifTable,BCM88690_B0,0,2,0,0,0x2,removed,,,\n" );
+   // A place that occurs twice.
+   EXPECT_EQ( diff( entry( 7, 1 ) + entry( 7, 2 ), entry( 7, 1 ) + entry( 7, 3 ) ).out,
+              "entry 7 changed: LifTable on BCM88690_B0 variant 0\n   vsi: 0x2 -> 0x3\n"
+              "entries: 1 changed, 1 the same\n" );
+   // Images that don't say their place are numbered.
+   EXPECT_EQ( diff( entry( 101, 1 ) + entry( 100, 2 ),
+                    line( { { "vsi", 2 } } ) + line( { { "vsi", 1 } } ), { "--first-entry=100" } )
+                 .status,
+              0 );
+}
+
+// Two binary dumps of mixed variants, and one of them as text.
+TEST( Diff, wholeMemories ) {
+   std::string memory;
+   for( unsigned i = 0; i < 3000; ++i ) {
+      const Vorn::Layout layout( "LifTable", "BCM88690_B0", i % 3 );
+      const auto image = i % 7 == 0
+                            ? std::vector<U8>( 80 )
+                            : Vorn::compose( layout, { { "globInLif", Vorn::Value( i % 16 ) } } );
+      memory.append( image.begin(), image.end() );
+   }
+   std::string changed = memory;
+   changed[2000 * 80] = static_cast<char>( changed[2000 * 80] ^ 1 );
+   changed.replace( 2502 * 80, 80, std::string( 80, '\0' ) );
+   std::string digits;
+   for( std::size_t i = 0; i < changed.size(); i += 80 ) {
+      Vorn::appendHex( digits, std::span( reinterpret_cast<const U8*>( changed.data() ) + i, 80 ) );
+      digits += '\n';
+   }
+   const std::string expected = "entries: 1 changed, 1 removed, 2998 the same\n";
+   for( const std::string& other : { changed, digits } ) {
+      const auto outcome = diff( memory, other, { "--summary" } );
+      EXPECT_EQ( outcome.out.substr( 0, expected.size() ), expected );
+      EXPECT_EQ( outcome.err, "" );
+      EXPECT_EQ( outcome.status, 1 );
+   }
+   EXPECT_EQ( diff( memory, memory ).status, 0 );
+   EXPECT_EQ( diff( memory, memory + "left" ).err,
+              "<stdin>:0x3a980: 4 bytes are left over after 3000 entries of LifTable on "
+              "BCM88690_B0 variant 0, which have 80 bytes each; --stride says where entries lie "
+              "further apart\n" );
+}
+
+TEST( Diff, keepsGoing ) {
+   const auto outcome = diff( before, "00zz\n" + after.substr( 161 ), { "--keep-going" } );
+   EXPECT_EQ( Testing::linesOf( outcome.out ).back(),
+              "entries: 2 changed, 1 added, 1 removed, 1 the same" );
+   EXPECT_EQ( Testing::linesOf( outcome.err ).back(), "vorn: 1 error" );
+   EXPECT_EQ( outcome.status, 2 );
+}
+
 TEST( Diff, twoImages ) {
    const auto outcome = vorn( { "diff", "TcamActionTable 10 0: 0500000000000000",
                                 "TcamActionTable 10 0: 0600000000000000", "--csv" } );
-   EXPECT_EQ( outcome.out, "table,chip,variant,entry,change,field,old,new\n"
-                           "TcamActionTable,BCM88690_B0,0,0,changed,action,0x5,0x6\n" );
+   EXPECT_EQ( outcome.out, csvHeader +
+
+                              "TcamActionTable,BCM88690_B0,0,0,,,,changed,action,0x5,0x6\n" );
    EXPECT_EQ( outcome.status, 1 );
    EXPECT_EQ( vorn( { "diff", "TcamActionTable 10 0: 0500000000000000",
                       "LifTable 10 0: " + zeroes.substr( 0, 160 ) } )

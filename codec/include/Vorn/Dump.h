@@ -67,6 +67,9 @@ public:
    // Hands out all of rest(), which belongs to no line any more.
    std::string_view takeRest();
 
+   // Passes over the first bytes of rest(), and over so many lines.
+   void skip( std::size_t bytes, std::size_t lines );
+
 private:
    ByteSource& source_;
    std::vector<char> buffer_;
@@ -96,6 +99,18 @@ struct DumpEntry {
    std::optional<U32> address; // of the S-channel
    bool isEmpty = false;       // zeroes alone, which fit no tag: nobody has written it
    std::string_view doubt;     // what contradicts the layout, for a warning; else empty
+};
+
+// Entries of a dump that lie one after another in memory.
+struct DumpRun {
+   const Layout* layout = nullptr; // of all of them; null where they may be of several
+   std::span<const U8> images;     // up to the last byte of the last one
+   std::size_t stride = 0;         // bytes from one entry to the next
+   std::size_t count = 0;
+   std::optional<EntryIndex> first; // where the first one lies, and the others after it
+   std::optional<U32> address;      // the same, of the S-channel
+   U32 addressStep = 0;             // from one entry to the next
+   bool areEmpty = false;           // as DumpEntry::isEmpty
 };
 
 // Reads dumps entry by entry, in memory that doesn't grow with them.
@@ -131,6 +146,22 @@ public:
 
    // "images.txt:3:17" or "images.bin:0x550", where it begins.
    std::string place() const;
+
+   // Whether the entries of a run are of one layout, or each of its own.
+   enum class Runs { ofOneLayout, ofAny };
+
+   // The entries that come next, as far as they are plain: whole images of own()'s table, which
+   // next() would read without an Error and without a doubt. None where only next() can tell. Valid
+   // until the next call. Fails as next() does.
+   //
+   //    for( auto run = reader.ahead(); run.count > 0 || reader.next(); run = reader.ahead() ) {
+   //       ... all of run, or the one entry() ...
+   //       reader.skip( run.count );
+   //    }
+   DumpRun ahead( Runs runs = Runs::ofOneLayout );
+
+   // Passes over the first entries of the last ahead().
+   void skip( std::size_t count );
 
    // Goes on with the arguments of a command line: one image in any number of pieces, or an image
    // in each. Where both can be, next() is an Error. Their places are empty.

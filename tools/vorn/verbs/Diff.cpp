@@ -1,9 +1,12 @@
 // `vorn diff`: what has changed from one dump, or one image, to another.
 #include "Arguments.h"
 #include "CommandLine.h"
+#include "Terminal.h"
 #include "Verbs.h"
 
+#include <Vorn/Chip.h>
 #include <Vorn/Difference.h>
+#include <Vorn/Dump.h>
 #include <Vorn/Error.h>
 #include <Vorn/Images.h>
 #include <Vorn/Text.h>
@@ -13,10 +16,14 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstring>
+#include <deque>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
+#include <tuple>
 #include <utility>
 
 namespace Vorn {
@@ -31,61 +38,153 @@ struct DiffArguments {
    std::string variant;
    std::string fields;
    ImageFormat format = ImageFormat::automatic;
+   std::string stride = "0";
+   IndexText first;
+   bool isStrict = false;
+   bool keepsGoing = false;
    DiffForm form = DiffForm::text;
 };
 
-std::optional<Layout> ownLayout( const DiffArguments& arguments ) {
-   if( arguments.words.size() < 3 ) {
-      return std::nullopt;
+DumpOptions optionsOf( const DiffArguments& arguments ) {
+   DumpOptions options;
+   if( arguments.words.size() > 2 ) {
+      options.table = arguments.words[0];
    }
-   return layoutOf(
-      { arguments.words[0], arguments.chip, arguments.variant.empty() ? "0" : arguments.variant } );
+   if( !arguments.chip.empty() ) {
+      options.chip = &chipOf( arguments.chip );
+   }
+   if( !arguments.variant.empty() ) {
+      options.variant = parseIndex( arguments.variant, "variant", 0xff );
+   }
+   options.format = arguments.format;
+   options.stride = static_cast<std::size_t>( parseIndex( arguments.stride, "stride", 1 << 20 ) );
+   options.first = indexOf( arguments.first );
+   options.isStrict = arguments.isStrict;
+   return options;
 }
+
+// What two dumps are matched by: where an entry lies, or would if the images that don't say it lay
+// one after another.
+struct Key {
+   std::string_view table;
+   U8 chip;
+   EntryIndex index;
+
+   friend bool operator<( const Key& left, const Key& right ) {
+      const auto tied = []( const Key& key ) {
+         const auto& [entry, array, identifier] = key.index;
+         return std::tuple( key.table, key.chip, identifier, array, entry );
+      };
+      return tied( left ) < tied( right );
+   }
+   friend bool operator==( const Key& left, const Key& right ) {
+      return left.table == right.table && left.chip == right.chip && left.index == right.index;
+   }
+};
+
+// An entry of a dump, and where it lies as far as its dump says it.
+struct Item {
+   Key key;
+   DumpEntry entry;
+   std::vector<U8> bytes; // of its image, once it is kept
+
+   EntryState state() const { return { entry.layout, entry.image }; }
+
+   void keep() {
+      bytes.assign( entry.image.begin(), entry.image.end() );
+      entry.image = bytes;
+      entry.doubt = {};
+   }
+};
 
 // The images of a file, or the one that the command line has.
 class Side {
 public:
    Side( const std::string& word, const DiffArguments& arguments, Output& output )
-      : layouts_( ownLayout( arguments ) ) {
+      : options_( optionsOf( arguments ) ), keepsGoing_( arguments.keepsGoing ), output_( output ),
+        reader_( options_ ) {
       if( word == "-" || std::filesystem::exists( word ) ) {
-         lines_ = std::make_unique<LineReader>( word, [&output] { output.flush(); } );
-         reader_ = std::make_unique<ImageReader>( *lines_, arguments.format );
+         bytes_ = std::make_unique<FileBytes>( word, [&output] { output.flush(); } );
+         reader_.begin( *bytes_ );
          return;
       }
       try {
-         single_ = imageOf( word, arguments.format );
+         if( word.find_first_of( "{:" ) == std::string::npos ) {
+            imageOf( word, arguments.format );
+         }
       } catch( const Error& error ) {
          throw Error( "no file " + inQuotes( word ) + ", and no image: " + error.message() );
       }
+      reader_.begin( std::span( &word, 1 ) );
    }
 
-   // The next entry; none after the last.
-   EntryState next() {
-      if( reader_ ? !reader_->next() : std::exchange( isDone_, true ) ) {
-         return {};
-      }
-      const Image& image = reader_ ? reader_->image() : single_;
-      try {
-         const Layout& layout = layouts_.of( image );
-         layout.requireFields( image.bytes );
-         return { &layout, image.bytes };
-      } catch( const BadText& bad ) {
-         throw Error( place( bad.at() ), bad.message() );
-      } catch( const Error& error ) {
-         throw Error( place( image.at ), error.message() );
+   // The next entry, valid until the next call; null after the last.
+   Item* next() {
+      for( ;; ) {
+         const U64 ordinal = ordinal_++;
+         try {
+            if( !reader_.next() ) {
+               return nullptr;
+            }
+            item_.entry = reader_.entry();
+         } catch( const Error& error ) {
+            if( !keepsGoing_ ) {
+               throw;
+            }
+            output_.flush();
+            printError( error );
+            ++bad_;
+            continue;
+         }
+         const auto& [layout, image, entry, array, identifier, address, isEmpty, doubt] =
+            item_.entry;
+         const EntryIndex& first = options_.first;
+         item_.key = { layout->table(), layout->chip().number,
+                       entry ? EntryIndex{ *entry, array.value_or( 0 ), identifier.value_or( 0 ) }
+                             : EntryIndex{ first.entry + ordinal, first.array, first.identifier } };
+         if( !doubt.empty() ) {
+            warn( std::string( doubt ) );
+         }
+         return &item_;
       }
    }
+
+   // The entries that come next where they lie in memory, and the index of the first.
+   DumpRun ahead( EntryIndex& index ) {
+      const auto& [entry, array, identifier] = options_.first;
+      DumpRun run;
+      // What fails is told by next().
+      if( !keepsGoing_ ) {
+         run = reader_.ahead( DumpReader::Runs::ofAny );
+      }
+      index = run.first.value_or( EntryIndex{ entry + ordinal_, array, identifier } );
+      return run;
+   }
+   void skip( std::size_t count ) {
+      reader_.skip( count );
+      ordinal_ += count;
+   }
+
+   U64 bad() const { return bad_; }
 
 private:
-   std::string place( std::size_t at ) const {
-      return reader_ ? reader_->place( at ) : std::string();
+   void warn( const std::string& doubt ) {
+      constexpr std::size_t most = 8;
+      if( told_.size() < most && told_.insert( doubt ).second ) {
+         output_.flush();
+         printWarning( reader_.place(), doubt );
+      }
    }
 
-   ImageLayouts layouts_;
-   std::unique_ptr<LineReader> lines_;
-   std::unique_ptr<ImageReader> reader_;
-   Image single_;
-   bool isDone_ = false; // the single image has been handed out
+   DumpOptions options_;
+   bool keepsGoing_;
+   Output& output_;
+   std::unique_ptr<FileBytes> bytes_;
+   DumpReader reader_;
+   Item item_;
+   U64 ordinal_ = 0; // of the next image
+   U64 bad_ = 0;
+   std::set<std::string> told_; // doubts
 };
 
 using Json = nlohmann::ordered_json;
@@ -101,7 +200,11 @@ public:
    Diffing( const DiffArguments& arguments, Output& output )
       : comparison_( arguments.fields ), form_( arguments.form ), output_( output ) {}
 
-   void compare( U64 entry, const EntryState& before, const EntryState& after ) {
+   // Either may be missing, but not both.
+   void compare( const Item* beforeItem, const Item* afterItem ) {
+      const Item& entry = afterItem ? *afterItem : *beforeItem;
+      const EntryState before = beforeItem ? beforeItem->state() : EntryState();
+      const EntryState after = afterItem ? afterItem->state() : EntryState();
       const EntryChange change = comparison_.changeOf( before, after );
       ++counts_[change.text()];
       if( change.kind == EntryChange::Kind::none ) {
@@ -125,6 +228,9 @@ public:
          break;
       }
    }
+
+   // Takes note of entries that are the same.
+   void addSame( U64 count ) { counts_[EntryChange().text()] += count; }
 
    void finish() {
       if( form_ != DiffForm::text && form_ != DiffForm::summary ) {
@@ -158,9 +264,14 @@ private:
       return state.layout->value( state.image, field );
    }
 
-   void printText( U64 entry, const EntryChange& change, const EntryState& before,
+   void printText( const Item& entry, const EntryChange& change, const EntryState& before,
                    const EntryState& after ) {
-      std::string text = "entry " + std::to_string( entry ) + ' ' + std::string( change.text() );
+      const auto& [number, array, identifier] = entry.key.index;
+      const auto& info = layoutOf( before, after ).info();
+      std::string text = "entry " + std::to_string( number );
+      text += info.arrayElements > 1 ? " array " + std::to_string( array ) : "";
+      text += info.instanceCount > 1 ? " identifier " + std::to_string( identifier ) : "";
+      text += ' ' + std::string( change.text() );
       if( change.kind == EntryChange::Kind::replaced ) {
          text += ": " + before.layout->pairText() + " -> " + after.layout->pairText() + '\n';
       } else {
@@ -176,12 +287,19 @@ private:
       output_.write( text );
    }
 
-   void printJson( U64 entry, const EntryChange& change, const EntryState& before,
+   void printJson( const Item& entry, const EntryChange& change, const EntryState& before,
                    const EntryState& after ) {
       const Layout& layout = layoutOf( before, after );
-      Json object{ { "table", layout.table() },     { "chip", layout.chip().name },
-                   { "variant", layout.variant() }, { "entry", entry },
-                   { "change", change.text() },     { "before", imageJson( before ) },
+      const auto& [array, identifier, address] = placeOf( entry );
+      Json object{ { "table", layout.table() },
+                   { "chip", layout.chip().name },
+                   { "variant", layout.variant() },
+                   { "entry", entry.key.index.entry },
+                   { "array", array ? Json( *array ) : Json() },
+                   { "identifier", identifier ? Json( *identifier ) : Json() },
+                   { "address", address ? Json( hexOf( *address ) ) : Json() },
+                   { "change", change.text() },
+                   { "before", imageJson( before ) },
                    { "after", imageJson( after ) } };
       auto& fields = object["fields"] = Json::object();
       for( const Field& field : change.fields ) {
@@ -189,6 +307,12 @@ private:
                                                { "new", valueJson( valueIn( after, field ) ) } };
       }
       output_.write( object.dump() + '\n' );
+   }
+
+   // Where it lies besides its number, as far as its dump says it.
+   static std::tuple<std::optional<U64>, std::optional<U64>, std::optional<U32>>
+   placeOf( const Item& item ) {
+      return { item.entry.array, item.entry.identifier, item.entry.address };
    }
 
    static Json imageJson( const EntryState& state ) {
@@ -201,15 +325,21 @@ private:
       return digits;
    }
 
-   void printCsv( U64 entry, const EntryChange& change, const EntryState& before,
+   void printCsv( const Item& entry, const EntryChange& change, const EntryState& before,
                   const EntryState& after ) {
       if( !std::exchange( hasHeader_, true ) ) {
-         output_.write( "table,chip,variant,entry,change,field,old,new\n" );
+         output_.write( "table,chip,variant,entry,array,identifier,address,change,field,old,"
+                        "new\n" );
       }
       const Layout& layout = layoutOf( before, after );
-      const std::string begin = std::string( layout.table() ) + ',' + layout.chip().name + ',' +
-                                std::to_string( layout.variant() ) + ',' + std::to_string( entry ) +
-                                ',' + std::string( change.text() ) + ',';
+      const auto& [array, identifier, address] = placeOf( entry );
+      std::string begin = std::string( layout.table() ) + ',' + layout.chip().name + ',' +
+                          std::to_string( layout.variant() ) + ',' +
+                          std::to_string( entry.key.index.entry ) + ',';
+      begin += array ? std::to_string( *array ) : "";
+      begin += ',' + ( identifier ? std::to_string( *identifier ) : "" );
+      begin += ',' + ( address ? hexOf( *address ) : "" );
+      begin += ',' + std::string( change.text() ) + ',';
       for( const Field& field : change.fields ) {
          output_.write( begin + std::string( field.name ) + ',' +
                         hexOf( valueIn( before, field ) ) + ',' + hexOf( valueIn( after, field ) ) +
@@ -229,25 +359,139 @@ private:
    bool hasHeader_ = false;
 };
 
+// Finds the entry of the one dump for each of the other. Where a place occurs again, the n-th time
+// in one dump is matched with the n-th in the other.
+class Matching {
+public:
+   Matching( Side& before, Side& after, Diffing& diffing )
+      : before_( before ), after_( after ), diffing_( diffing ) {}
+
+   void run() {
+      while( skipSame() || step() ) {
+      }
+   }
+
+private:
+   using Kept = std::map<Key, std::deque<Item>>;
+
+   // Passes over entries that are the same bytes; whether there are any.
+   bool skipSame() {
+      if( !keptBefore_.empty() || !keptAfter_.empty() ) {
+         return false;
+      }
+      EntryIndex begin;
+      EntryIndex otherBegin;
+      const DumpRun run = before_.ahead( begin );
+      const DumpRun other = after_.ahead( otherBegin );
+      const std::size_t most = std::min( run.count, other.count );
+      if( most == 0 || begin != otherBegin || run.stride != other.stride ) {
+         return false;
+      }
+      const std::size_t bytes = run.images.size() - ( run.count - 1 ) * run.stride;
+      const auto isSame = [&]( std::size_t from, std::size_t size ) {
+         return std::memcmp( run.images.data() + from, other.images.data() + from, size ) == 0;
+      };
+      std::size_t count = 0;
+      if( isSame( 0, ( most - 1 ) * run.stride + bytes ) ) {
+         count = most;
+      } else {
+         while( count < most && isSame( count * run.stride, bytes ) ) {
+            ++count;
+         }
+      }
+      before_.skip( count );
+      after_.skip( count );
+      diffing_.addSame( count );
+      return count > 0;
+   }
+
+   // Compares the next entries; false at the end.
+   bool step() {
+      Item* const before = hasBefore_ ? before_.next() : nullptr;
+      Item* const after = hasAfter_ ? after_.next() : nullptr;
+      if( before && after && before->key == after->key && keptBefore_.empty() &&
+          keptAfter_.empty() ) {
+         diffing_.compare( before, after );
+         return true;
+      }
+      if( before ) {
+         if( auto other = taken( keptAfter_, before->key ) ) {
+            diffing_.compare( before, &*other );
+         } else {
+            keep( keptBefore_, *before );
+         }
+      }
+      if( after ) {
+         if( auto other = taken( keptBefore_, after->key ) ) {
+            diffing_.compare( &*other, after );
+         } else {
+            keep( keptAfter_, *after );
+         }
+      }
+      hasBefore_ = before != nullptr;
+      hasAfter_ = after != nullptr;
+      // What is kept has no counterpart where the other dump has ended.
+      if( !before ) {
+         giveUp( keptAfter_, [&]( const Item& item ) { diffing_.compare( nullptr, &item ); } );
+      }
+      if( !after ) {
+         giveUp( keptBefore_, [&]( const Item& item ) { diffing_.compare( &item, nullptr ); } );
+      }
+      return before || after;
+   }
+
+   static std::optional<Item> taken( Kept& kept, const Key& key ) {
+      const auto found = kept.find( key );
+      if( found == kept.end() ) {
+         return std::nullopt;
+      }
+      std::optional<Item> item( std::move( found->second.front() ) );
+      item->entry.image = item->bytes;
+      found->second.pop_front();
+      if( found->second.empty() ) {
+         kept.erase( found );
+      }
+      return item;
+   }
+
+   static void keep( Kept& kept, const Item& item ) {
+      auto& items = kept[item.key];
+      items.push_back( item );
+      items.back().keep();
+   }
+
+   template<class Do>
+   static void giveUp( Kept& kept, Do compare ) {
+      for( const auto& [key, items] : kept ) {
+         std::for_each( items.begin(), items.end(), compare );
+      }
+      kept.clear();
+   }
+
+   Side& before_;
+   Side& after_;
+   Diffing& diffing_;
+   bool hasBefore_ = true;
+   bool hasAfter_ = true;
+   Kept keptBefore_; // those that the other dump hasn't had yet
+   Kept keptAfter_;
+};
+
 void diff( const DiffArguments& arguments, Output& output ) {
    const auto& words = arguments.words;
    Diffing diffing( arguments, output );
    Side before( words[words.size() - 2], arguments, output );
    Side after( words.back(), arguments, output );
-   for( U64 entry = 0;; ++entry ) {
-      const EntryState one = before.next();
-      const EntryState other = after.next();
-      if( !one.layout && !other.layout ) {
-         break;
-      }
-      try {
-         diffing.compare( entry, one, other );
-      } catch( const BadText& bad ) {
-         throw Error( "--fields:" + std::to_string( columnOf( arguments.fields, bad.at() ) ),
-                      bad.message() );
-      }
+   try {
+      Matching( before, after, diffing ).run();
+   } catch( const BadText& bad ) {
+      throw Error( "--fields:" + std::to_string( columnOf( arguments.fields, bad.at() ) ),
+                   bad.message() );
    }
    diffing.finish();
+   if( const U64 bad = before.bad() + after.bad() ) {
+      throw Error( std::to_string( bad ) + ( bad == 1 ? " error" : " errors" ) );
+   }
    if( diffing.isDifferent() ) {
       throw HasDifferences();
    }
@@ -265,8 +509,8 @@ void checkUsage( const DiffArguments& arguments ) {
    if( words.size() == 3 && arguments.chip.empty() ) {
       throw CLI::RequiredError( "--chip" );
    }
-   if( words.size() == 2 && !( arguments.chip.empty() && arguments.variant.empty() ) ) {
-      throw CLI::RequiresError( arguments.chip.empty() ? "--variant" : "--chip", "TABLE" );
+   if( words.size() == 2 && arguments.chip.empty() && !arguments.variant.empty() ) {
+      throw CLI::RequiresError( "--variant", "TABLE" );
    }
    if( words[words.size() - 2] == "-" && words.back() == "-" ) {
       throw CLI::ValidationError( "AFTER", "standard input can be one of BEFORE and AFTER only" );
@@ -283,11 +527,27 @@ Verb addDiff( CLI::App& commandLine ) {
                      "Name of the table, and two files or images; - for standard input" );
    verb->add_option( "--chip", arguments->chip, "Chip type, by name or number" )
       ->type_name( "NAME|NUMBER" );
-   verb->add_option( "--variant", arguments->variant, "Variant of the table, 0 if not given" )
+   verb
+      ->add_option( "--variant", arguments->variant,
+                    "Variant of the table, by the tag if not given" )
       ->type_name( "V" );
    verb->add_option( "--fields", arguments->fields, "Compare these alone; * and ? may stand" )
       ->type_name( "NAME,..." );
    addImageFormat( *verb, arguments->format );
+   verb->add_option( "--stride", arguments->stride, "Bytes from an entry of a dump to the next" )
+      ->type_name( "BYTES" );
+   verb
+      ->add_option( "--first-entry", arguments->first.entry,
+                    "First entry of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb->add_option( "--array", arguments->first.array, "Array element of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb
+      ->add_option( "--identifier", arguments->first.identifier,
+                    "Instance of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after a bad image" );
+   verb->add_flag( "--strict", arguments->isStrict, "Take warnings for errors" );
    const auto add = [&]( const char* name, DiffForm form, const char* text ) {
       return verb->add_flag_callback(
          name, [arguments, form] { arguments->form = form; }, text );
@@ -298,20 +558,26 @@ Verb addDiff( CLI::App& commandLine ) {
    json->excludes( csv )->excludes( summary );
    csv->excludes( summary );
    verb->final_callback( [arguments] { checkUsage( *arguments ); } );
-   describe( *verb,
-             "Compares two files of images entry by entry, or two images. BEFORE and AFTER are "
-             "files where there are such, else images. The images are those that `vorn decode` "
-             "takes; where they don't say their pair, TABLE and --chip do.\n\n"
-             "An entry is added or removed where one side has none, or zeroes alone that have not "
-             "its tag; replaced where it is of another pair; changed where fields differ. A field "
-             "that holds narrower ones, such as mdbEntry, is left out where the change lies in "
-             "these, unless --fields names it. With --fields, what differs elsewhere is no "
-             "difference.\n\n"
-             "In JSON, numbers beyond 53 bits are strings.\n\n"
-             "The exit status is 0 without a difference, 1 with one, and 2 for bad input.\n\n" +
-                chipTypesParagraph(),
-             "  vorn diff LifTable --chip BCM88690_B0 before.txt after.txt\n"
-             "  vorn diff --summary before.jsonl after.jsonl" );
+   describe(
+      *verb,
+      "Compares two dumps entry by entry, or two images. BEFORE and AFTER are files where "
+      "there are such, else images, each in any form that `vorn decode` takes; where they "
+      "don't say their pair, TABLE and --chip do.\n\n"
+      "Entries are matched by where they lie: entry, array, identifier or address. Images "
+      "that don't say it are numbered in their order, from --first-entry on. Where a place "
+      "occurs again, the second time is matched with the second in the other dump.\n\n"
+      "An entry is added or removed where one side has none, or zeroes alone that have not "
+      "its tag; replaced where it is of another pair; changed where fields differ. A field "
+      "that holds narrower ones, such as mdbEntry, is left out where the change lies in "
+      "these, unless --fields names it. With --fields, what differs elsewhere is no "
+      "difference. Entries that only one dump has come where the other ends.\n\n"
+      "In JSON, numbers beyond 53 bits are strings.\n\n"
+      "The exit status is 0 without a difference, 1 with one, and 2 for bad input, also with "
+      "--keep-going.\n\n" +
+         chipTypesParagraph(),
+      "  vorn diff LifTable --chip BCM88690_B0 before.txt after.txt\n"
+      "  vorn diff LifTable --chip BCM88690_B0 --json before.bin.gz after.hexdump\n"
+      "  vorn diff --summary before.jsonl after.jsonl" );
    return { verb, [arguments]( Output& output ) {
               try {
                  diff( *arguments, output );
