@@ -29,6 +29,10 @@ struct Image {
 #define END_PAIR }
 #include "Pairs.def"
 
+// What a call costs.
+FLOOR_API void nothingIs( const void* view, U32 value );
+FLOOR_API U32 nothing( const void* view );
+
 // The rest of what can be asked of an entry, for LifTable on chip type 10, variant 0.
 namespace LifTable_10_0 {
 FLOOR_API void stampTag( const Image& image );

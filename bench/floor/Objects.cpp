@@ -6,6 +6,9 @@
 
 namespace Floor {
 
+void nothingIs( const void* /*view*/, U32 /*value*/ ) {}
+U32 nothing( const void* /*view*/ ) { return 0; }
+
 Object::Object( U8 chipType, U8 variant )
    : words_( storage_ ), chipType_( chipType ), variant_( variant ),
      length_( sizeof storage_ ), storage_{} {}

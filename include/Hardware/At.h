@@ -51,7 +51,7 @@ class AtEntry;
 //
 // At::View has what reads alone, over a const entry, and an At is one. At::Fields is a struct of
 // the pair's settable fields: `fields()` reads them all, `compose( fields )` writes the whole
-// entry, tag included, after one test of all bounds. Where fields share bits, the narrower one
+// entry, tag included, once every bound has been tested. Where fields share bits, the narrower one
 // holds, of equally wide ones the one declared later.
 template<class Table, ChipType chipTypeNumber, unsigned variantNumber>
 requires HasPair<Table, chipTypeNumber, variantNumber>
