@@ -8,6 +8,7 @@ cd "$(dirname "$0")/.."
 needPackages $buildPackages libbenchmark-dev valgrind gnuplot-nox
 
 build=${VORN_BENCH_BUILD:-build/bench}
+export VORN_BENCH_BUILD="$build"
 cmake --preset release -B "$build" -DVORN_BUILD_BENCH=ON -DVORN_BUILD_TESTS=OFF \
    -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF >&2
 cmake --build "$build" --target vornBench vornColumnsBench >&2
@@ -22,6 +23,8 @@ gnuplot -e "growth='$build/growth.dat'; chart='docs/performance-growth.svg'" \
 
 "$build/bench/vornColumnsBench" "$build/columns.md" --benchmark_repetitions=21 \
    --benchmark_min_time=0.02 --benchmark_enable_random_interleaving=true
+
+bench/python/run.sh >"$build/python.md"
 
 # replace MARK FILE: the measured part of the document is all that lies between the mark and the end.
 replace() {
@@ -42,4 +45,5 @@ replace() {
 }
 replace measured "$build/tables.md"
 replace columns "$build/columns.md"
-cat "$build/tables.md" "$build/columns.md"
+replace python "$build/python.md"
+cat "$build/tables.md" "$build/columns.md" "$build/python.md"

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <span>
 #include <string>
@@ -55,8 +56,46 @@ std::vector<py::ssize_t> shapeOf( const Field& field, std::size_t rows ) {
    return { length };
 }
 
-// Makes the columns of a batch. Those of a large one share a block of huge pages: touching new
-// memory page by page takes longer than decoding into it.
+constexpr std::size_t hugePage = std::size_t{ 2 } << 20;
+
+// A block of huge pages for the columns of a large batch: touching new memory page by page takes
+// longer than decoding into it. The largest one that was given back is kept for the next batch; the
+// system may take its pages until then. Made and given back with the GIL held.
+struct Block {
+   U8* data = nullptr;
+   std::size_t bytes = 0;
+
+   static Block& kept() {
+      static Block block;
+      return block;
+   }
+
+   static py::object make( std::size_t bytes ) {
+      bytes = ( bytes + hugePage - 1 ) / hugePage * hugePage;
+      auto block = std::make_unique<Block>();
+      if( kept().bytes >= bytes && kept().bytes / 2 <= bytes ) {
+         *block = std::exchange( kept(), {} );
+      } else {
+         *block = { static_cast<U8*>( std::aligned_alloc( hugePage, bytes ) ), bytes };
+         if( !block->data ) {
+            throw std::bad_alloc();
+         }
+         madvise( block->data, bytes, MADV_HUGEPAGE ); // where there are none, others do
+      }
+      const py::capsule owner( block.get(), []( void* given ) {
+         const std::unique_ptr<Block> own( static_cast<Block*>( given ) );
+         if( own->bytes > kept().bytes ) {
+            std::swap( *own, kept() );
+            madvise( kept().data, kept().bytes, MADV_FREE );
+         }
+         std::free( own->data );
+      } );
+      block.release();
+      return owner;
+   }
+};
+
+// Makes the columns of a batch, those of a large one in one block.
 class ColumnMaker {
 public:
    ColumnMaker( std::span<const Field* const> fields, std::size_t rows ) : rows_( rows ) {
@@ -67,13 +106,8 @@ public:
       if( bytes < 2 * hugePage ) {
          return;
       }
-      bytes = ( bytes + hugePage - 1 ) / hugePage * hugePage;
-      next_ = static_cast<U8*>( std::aligned_alloc( hugePage, bytes ) );
-      if( !next_ ) {
-         throw std::bad_alloc();
-      }
-      block_ = py::capsule( next_, []( void* memory ) { std::free( memory ); } );
-      madvise( next_, bytes, MADV_HUGEPAGE ); // where there are none, others do
+      block_ = Block::make( bytes );
+      next_ = py::reinterpret_borrow<py::capsule>( block_ ).get_pointer<Block>()->data;
    }
 
    py::array make( const Field& field ) {
@@ -86,7 +120,6 @@ public:
    }
 
 private:
-   static constexpr std::size_t hugePage = std::size_t{ 2 } << 20;
    static constexpr std::size_t cacheLine = 64;
 
    std::size_t bytesOf( const Field& field ) const {
@@ -128,7 +161,11 @@ const PairLayout::Names& PairLayout::names() const {
          made.append( make( keys.back(), interned( field.hardwareName ), field.identifier,
                             field.offset, field.width, field.readOnly ) );
       }
-      names_ = { std::move( keys ), py::tuple( made ) };
+      py::dict all;
+      for( const py::object& key : keys ) {
+         put( all, key, py::none() );
+      }
+      names_ = { std::move( keys ), py::tuple( made ), std::move( all ) };
    }
    return *names_;
 }
@@ -196,17 +233,22 @@ py::dict PairLayout::decode( py::handle image, py::handle names ) const {
    const Buffer buffer( image, "the image" );
    const auto bytes = buffer.bytes();
    const auto& keys = this->names().keys;
-   py::dict result;
    if( names.is_none() ) {
       layout_.requireFields( bytes );
+      // A copy that has the keys needs not grow.
+      auto result = py::reinterpret_steal<py::dict>( PyDict_Copy( this->names().all.ptr() ) );
+      if( !result ) {
+         throw py::error_already_set();
+      }
       const auto fields = layout_.fields();
       for( std::size_t i = 0; i < fields.size(); ++i ) {
          put( result, keys[i], valueIn( bytes, fields[i] ) );
       }
-   } else {
-      for( const Field* const field : fieldsOf( names, layout_ ) ) {
-         put( result, keys[positionOf( *field )], valueIn( bytes, *field ) );
-      }
+      return result;
+   }
+   py::dict result;
+   for( const Field* const field : fieldsOf( names, layout_ ) ) {
+      put( result, keys[positionOf( *field )], valueIn( bytes, *field ) );
    }
    return result;
 }

@@ -51,6 +51,7 @@ private:
    struct Names {
       std::vector<py::object> keys; // the interned names
       py::tuple fields;             // of vorn.Field
+      py::dict all;                 // None for each key
    };
    const Names& names() const;
 

@@ -86,6 +86,19 @@ def test_dumps_that_do_not_divide_are_refused(dump, stride, message):
         assert message in str(caught.value)
 
 
+def test_large_batches_share_no_memory():
+    rows = 300_000  # columns of more than a few pages
+    dumps = [np.full((rows, 80), byte, np.uint8) for byte in (0x11, 0x22, 0x33)]
+    fields = ["vsi", "destination", "eei", "statObjectId"]
+    expected = [LIF.decode(dump[0], fields) for dump in dumps]
+    kept = [LIF.decode_batch(dump, fields) for dump in dumps]
+    last = kept.pop()["vsi"]
+    again = LIF.decode_batch(dumps[0], fields)
+    assert (last == expected[2]["vsi"]).all()
+    for columns, values in zip([*kept, again], [*expected[:2], expected[0]], strict=True):
+        assert all((columns[name] == values[name]).all() for name in fields)
+
+
 def test_columns_of_any_integers_are_encoded():
     wanted = LIF.encode_batch({"vsi": np.array([1, 2, 3], "u2"), "eei": [7, 8, 9]})
     for values in ([1, 2, 3], range(1, 4), (1, 2, 3), np.array([1, 2, 3], "i8"),
