@@ -224,7 +224,8 @@ const std::vector<Refused> badInput{
 };
 
 const std::string verbs =
-   "tables, field, layout, encode, decode, diff, program, identify, address, locate, reference";
+   "tables, field, layout, encode, decode, diff, program, identify, address, locate, export, "
+   "reference";
 
 const std::vector<Refused> wrongUsage{
    { "no verb", {}, "a verb is required; allowed: " + verbs + ", trace" },

@@ -84,6 +84,8 @@ TEST( Complete, options ) {
               ( Words{ "--help", "--chip", "--variant", "--entry", "--array", "--identifier",
                        "--json" } ) );
    EXPECT_EQ( candidates( { "locate", "--d" } ), Words{ "--dest-block" } );
+   EXPECT_EQ( candidates( { "export", "--format", "" } ),
+              ( Words{ "c-header", "json-schema", "csv" } ) );
    EXPECT_EQ( candidates( { "--v" } ), Words{ "--version" } );
    EXPECT_EQ( candidates( { "trace", "locate", "--d" } ), Words{ "--dest-block" } );
 }

@@ -16,7 +16,7 @@ void expectWrongUsage( const std::vector<std::string>& arguments, const std::str
 
 TEST( Usage, helpOfEveryVerbHasAnExample ) {
    for( const std::string verb : { "tables", "layout", "encode", "decode", "program", "identify",
-                                   "address", "locate", "reference", "trace" } ) {
+                                   "address", "locate", "export", "reference", "trace" } ) {
       const auto outcome = Testing::vorn( { verb, "--help" } );
       EXPECT_NE( outcome.out.find( "Usage: vorn " + verb ), std::string::npos ) << outcome.out;
       EXPECT_NE( outcome.out.find( "Example:\n  " ), std::string::npos ) << outcome.out;
@@ -54,11 +54,11 @@ TEST( Usage, helpAndVersionOnAFullDevice ) {
 TEST( Usage, verbs ) {
    expectWrongUsage( {},
                      "a verb is required; allowed: tables, field, layout, encode, decode, diff, "
-                     "program, identify, address, locate, reference, trace" );
+                     "program, identify, address, locate, export, reference, trace" );
    expectWrongUsage( { "tabels" }, "unknown verb \"tabels\"; did you mean tables?" );
    expectWrongUsage( { "frob", "tables" },
                      "unknown verb \"frob\"; allowed: tables, field, layout, encode, decode, diff, "
-                     "program, identify, address, locate, reference, trace" );
+                     "program, identify, address, locate, export, reference, trace" );
 }
 
 TEST( Usage, options ) {

@@ -19,8 +19,8 @@ namespace {
 
 // The verbs, in the order in which the help lists them.
 constexpr AddVerb addVerbs[] = {
-   addTables,  addField,    addLayout,  addEncode, addDecode,    addDiff,
-   addProgram, addIdentify, addAddress, addLocate, addReference,
+   addTables,  addField,    addLayout,  addEncode, addDecode, addDiff,
+   addProgram, addIdentify, addAddress, addLocate, addExport, addReference,
 };
 
 using Names = std::vector<std::string>;

@@ -34,6 +34,7 @@ Verb addLocate( CLI::App& commandLine );
 Verb addIdentify( CLI::App& commandLine );
 Verb addLayout( CLI::App& commandLine );
 Verb addReference( CLI::App& commandLine );
+Verb addExport( CLI::App& commandLine );
 
 using AddVerb = Verb ( * )( CLI::App& commandLine );
 
