@@ -64,6 +64,29 @@ std::vector<FieldValue> decompose( const Layout& layout, std::span<const U8> ima
    return values;
 }
 
+std::vector<FieldValue> settingsOf( const Layout& layout, std::span<const U8> image ) {
+   layout.requireEntry( image );
+   std::vector<const Field*> fields;
+   for( const Field& field : layout.fields() ) {
+      if( !field.readOnly ) {
+         fields.push_back( &field );
+      }
+   }
+   std::stable_sort( fields.begin(), fields.end(), []( const Field* left, const Field* right ) {
+      return left->width < right->width;
+   } );
+   std::vector<U8> composed = layout.blank();
+   std::vector<FieldValue> settings;
+   for( const Field* const field : fields ) {
+      const Value value = layout.value( image, *field );
+      if( layout.value( composed, *field ) != value ) {
+         layout.set( composed, *field, value );
+         settings.push_back( { field->name, value } );
+      }
+   }
+   return settings;
+}
+
 Composer::Composer( Layout layout, Overlap overlap )
    : layout_( std::move( layout ) ), overlap_( overlap ), blank_( layout_.blank() ),
      image_( blank_ ) {}

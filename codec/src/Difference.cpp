@@ -6,6 +6,7 @@
 #include <Vorn/Fields.h>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace Vorn {
 
@@ -89,13 +90,18 @@ bool isUnwritten( const EntryState& state ) {
           state.layout->wrongTag( state.image );
 }
 
+bool areSame( std::span<const U8> left, std::span<const U8> right ) {
+   return std::equal( left.begin(), left.end(), right.begin(), right.end() );
+}
+
 // The bits of the field but, unless all count, those of narrower fields that lie within it.
 std::vector<Difference::Bits> bitsOf( const Layout& layout, const Field& field, bool all ) {
    std::vector<bool> counts( field.width, true );
    for( const Field& other : layout.fields() ) {
       if( !all && other.width < field.width && other.offset >= field.offset &&
           other.end() <= field.end() ) {
-         std::fill_n( counts.begin() + ( other.offset - field.offset ), other.width, false );
+         std::fill_n( counts.begin() + static_cast<std::ptrdiff_t>( other.offset - field.offset ),
+                      other.width, false );
       }
    }
    std::vector<Difference::Bits> bits;
@@ -151,7 +157,7 @@ EntryChange EntryComparison::changeOf( EntryState before, EntryState after ) {
    }
    const bool isSamePair = before.layout && after.layout &&
                            ( before.layout == after.layout || *before.layout == *after.layout );
-   if( isSamePair && std::ranges::equal( before.image, after.image ) ) {
+   if( isSamePair && areSame( before.image, after.image ) ) {
       return {};
    }
    const bool was = before.layout && !isUnwritten( before );
@@ -175,9 +181,9 @@ EntryChange EntryComparison::changeOf( EntryState before, EntryState after ) {
       }
    }
    const std::size_t common = std::min( before.image.size(), after.image.size() );
-   const bool isChanged = !change.fields.empty() ||
-                          ( list_.empty() && !std::ranges::equal( before.image.first( common ),
-                                                                  after.image.first( common ) ) );
+   const bool isChanged =
+      !change.fields.empty() ||
+      ( list_.empty() && !areSame( before.image.first( common ), after.image.first( common ) ) );
    change.kind = isChanged ? Kind::changed : Kind::none;
    return change;
 }

@@ -196,6 +196,15 @@ std::vector<Field> fieldsIn( std::string_view list, const Layout& layout ) {
    return fields;
 }
 
+std::string typeOf( std::string_view table, U32 identifier ) {
+   for( const auto& field : Hardware::classFields( table ) ) {
+      if( field.identifier == identifier ) {
+         return ( field.valueBits > 64 ? "Raw" : "U" ) + std::to_string( field.valueBits );
+      }
+   }
+   return {};
+}
+
 std::string_view hardwareNameOf( U32 identifier ) {
    const auto& catalogue = Hardware::fieldCatalogue();
    const auto found = std::lower_bound(

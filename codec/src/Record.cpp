@@ -356,4 +356,24 @@ void RecordComposer::setField( Composer& composer, const Record::FieldValue& giv
    }
 }
 
+std::string recordOf( const Layout& layout, const EntryIndex& index, std::span<const U8> image ) {
+   nlohmann::ordered_json record{
+      { "table", layout.table() },     { "chip", layout.chip().name },
+      { "variant", layout.variant() }, { "entry", index.entry },
+      { "array", index.array },        { "identifier", index.identifier },
+   };
+   const auto settings = settingsOf( layout, image );
+   if( const auto composed = compose( layout, settings, Overlap::laterHolds );
+       !std::equal( composed.begin(), composed.end(), image.begin(), image.end() ) ) {
+      std::string from;
+      appendHex( from, image );
+      record["from"] = from;
+   }
+   auto& fields = record["fields"] = nlohmann::ordered_json::object();
+   for( const FieldValue& setting : settings ) {
+      fields[std::string( setting.name )] = hexOf( setting.value );
+   }
+   return record.dump();
+}
+
 } // namespace Vorn

@@ -118,4 +118,12 @@ void appendHex( std::string& text, std::span<const U8> bytes, std::string_view b
    }
 }
 
+void appendWords( std::string& text, std::span<const U8> bytes ) {
+   for( std::size_t i = 0; i + 4 <= bytes.size(); i += 4 ) {
+      const U8 word[] = { bytes[i + 3], bytes[i + 2], bytes[i + 1], bytes[i] };
+      text += i > 0 ? " 0x" : "0x";
+      appendHex( text, word );
+   }
+}
+
 } // namespace Vorn

@@ -277,8 +277,9 @@ std::strong_ordering Value::compared( const Value& other ) const {
    if( bits_ != other.bits_ ) {
       return bits_ <=> other.bits_;
    }
-   return std::lexicographical_compare_three_way( words_.rbegin(), words_.rend(),
-                                                  other.words_.rbegin(), other.words_.rend() );
+   const auto [own, theirs] =
+      std::mismatch( words_.rbegin(), words_.rend(), other.words_.rbegin() );
+   return own == words_.rend() ? std::strong_ordering::equal : *own <=> *theirs;
 }
 
 std::optional<Value> numberIn( std::string_view text ) {

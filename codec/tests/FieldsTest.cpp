@@ -88,4 +88,11 @@ TEST( Record, ComposesAnEntry ) {
    EXPECT_EQ( composer.column(), wrong.find( "\"actoin" ) + 1 );
 }
 
+TEST( Fields, HaveTheTypeOfTheirGetter ) {
+   EXPECT_EQ( Vorn::typeOf( "EgressPerPortTable", 351 ), "U16" );
+   EXPECT_EQ( Vorn::typeOf( "LifTable", 243 ), "Raw256" );
+   EXPECT_EQ( Vorn::typeOf( "LifTable", 351 ), "" );
+   EXPECT_EQ( Vorn::typeOf( "LifTabel", 351 ), "" );
+}
+
 } // namespace

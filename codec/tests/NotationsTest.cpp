@@ -1,5 +1,6 @@
 // Numbers of up to 512 bits: every notation they are written in, printing, and what is no number.
 #include <Vorn/Error.h>
+#include <Vorn/Notation.h>
 #include <Vorn/Value.h>
 
 #include <gtest/gtest.h>
@@ -166,6 +167,66 @@ constexpr Row noAddresses[] = {
    { "ones", anyValue },
    { "", anyValue },
 };
+
+constexpr auto ones512 =
+   "134078079299425970995740249982058461274793658205923933777235614437217640300735469768018742981"
+   "66903427690031858186486050853753882811946569946433649006084095";
+
+TEST( Notations, WriteWhatTheyRead ) {
+   using Vorn::Notation;
+   using Vorn::textOf;
+   const struct {
+      std::string_view value;
+      Notation notation;
+      std::string_view expected;
+   } rows[] = {
+      { "0", Notation::decimal, "0" },
+      { "2000", Notation::decimal, "2000" },
+      { "0xffffffffffffffff", Notation::decimal, "18446744073709551615" },
+      { "0x10000000000000000", Notation::decimal, "18446744073709551616" },
+      // Digits that are zeroes where the number is taken apart.
+      { "1000000000000000000000000007", Notation::decimal, "1000000000000000000000000007" },
+      { "0xabcdef", Notation::hexadecimal, "0xabcdef" },
+      { "0", Notation::binary, "0b0" },
+      { "10", Notation::binary, "0b1010" },
+      { "0x8000000000000001", Notation::binary,
+        "0b1000000000000000000000000000000000000000000000000000000000000001" },
+      { "0x0a000001", Notation::ipv4, "10.0.0.1" },
+      { "0x20010db8000000000000000000000001", Notation::ipv6, "2001:db8::1" },
+      { "0x001c73000001", Notation::mac, "00:1c:73:00:00:01" },
+   };
+   for( const auto& row : rows ) {
+      EXPECT_EQ( textOf( parseValue( row.value, "f" ), row.notation ), row.expected );
+      EXPECT_EQ( parseValue( row.expected, "f" ), parseValue( row.value, "f" ) ) << row.expected;
+   }
+   EXPECT_EQ( textOf( Value::onesOf( 512 ), Notation::decimal ), ones512 );
+}
+
+TEST( Notations, AreThoseThatFitAField ) {
+   const auto textFor = []( unsigned width ) {
+      std::string text;
+      for( const auto notation : Vorn::notationsOf( width ) ) {
+         text += std::string( Vorn::notationNames()[static_cast<std::size_t>( notation )] ) + ' ';
+      }
+      return text;
+   };
+   EXPECT_EQ( textFor( 15 ), "decimal hexadecimal binary " );
+   EXPECT_EQ( textFor( 32 ), "decimal hexadecimal binary IPv4 " );
+   EXPECT_EQ( textFor( 48 ), "decimal hexadecimal binary MAC " );
+   EXPECT_EQ( textFor( 128 ), "decimal hexadecimal binary IPv6 " );
+   EXPECT_EQ( Vorn::notationNamed( "MAC" ), Vorn::Notation::mac );
+   EXPECT_EQ(
+      refusalOf( []( auto text, auto ) { return Value( int( Vorn::notationNamed( text ) ) ); },
+                 "ipv4" ),
+      "unknown notation \"ipv4\"; did you mean IPv4?" );
+   EXPECT_EQ( refusalOf(
+                 []( auto, auto ) -> Value {
+                    return Value(
+                       Vorn::textOf( Value( 0x100000000 ), Vorn::Notation::ipv4 ).size() );
+                 },
+                 "" ),
+              "0x100000000 is no IPv4 address, which has 32 bits" );
+}
 
 } // namespace
 

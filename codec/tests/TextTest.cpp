@@ -7,6 +7,13 @@ namespace {
 
 std::string ranges( std::vector<U32> numbers ) { return Vorn::rangesOf( numbers ); }
 
+TEST( Text, WordsHaveTheLowestByteFirst ) {
+   const U8 bytes[] = { 0xa0, 0x0f, 0, 0, 1, 2, 3, 4 };
+   std::string text = "words: ";
+   Vorn::appendWords( text, bytes );
+   EXPECT_EQ( text, "words: 0x00000fa0 0x04030201" );
+}
+
 } // namespace
 
 TEST( Text, shownIsOneShortLine ) {

@@ -3,10 +3,11 @@
 #include "RunVorn.h"
 
 #include "Pairs.h"
-#include "forms/BitOrder.h"
-#include "forms/DrawingSvg.h"
 #include "forms/DrawingText.h"
 #include "verbs/Layout.h"
+
+#include <Vorn/BitOrder.h>
+#include <Vorn/DrawingSvg.h>
 
 #include <Hardware/FieldId.h>
 #include <Hardware/Registry.h>
@@ -62,14 +63,14 @@ Vorn::LayoutArguments argumentsOf( const Vorn::Layout& layout ) {
    return arguments;
 }
 
-void expectRoom( const Vorn::Cell& cell, const Vorn::Room& room ) {
+void expectRoom( const Vorn::DrawingCell& cell, const Vorn::DrawingRoom& room ) {
    EXPECT_LE( cell.label.size(), std::max( room.lines, std::size_t( 1 ) ) );
    for( const auto& line : cell.label ) {
       EXPECT_LE( line.size(), room.columns( cell.bits() ) ) << line;
    }
 }
 
-void expectWholeDrawing( const Vorn::Layout& layout, const Vorn::Room& room ) {
+void expectWholeDrawing( const Vorn::Layout& layout, const Vorn::DrawingRoom& room ) {
    const Vorn::BitOrder format( layout );
    const Vorn::Drawing drawing( format, room );
    const Bits covered = coverage( layout );

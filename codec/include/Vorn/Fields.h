@@ -8,6 +8,7 @@
 
 #include <Kelvar/Types.h>
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -48,6 +49,10 @@ VORN_API std::vector<FieldPlace> placesOf( const FieldUse& use );
 // * and ? stand for other characters. What the pair lacks, a name that is given twice and an empty
 // one are BadTexts.
 VORN_API std::vector<Field> fieldsIn( std::string_view list, const Layout& layout );
+
+// The type that the getter of the table's field has: "U16", or "Raw128" for a wide one; empty where
+// the table has no such field.
+VORN_API std::string typeOf( std::string_view table, U32 identifier );
 
 // The name of the field with this identifier in the hardware's documents; empty where there is no
 // such field.

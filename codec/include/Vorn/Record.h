@@ -122,4 +122,9 @@ private:
    std::map<PairKey, Composer>::iterator last_ = composers_.end();
 };
 
+// The record that composes the entry, as a line without its end: its settingsOf(), and as "from"
+// the image itself where bits of no field are set. An image that isn't one of the pair is an Error.
+VORN_API std::string recordOf( const Layout& layout, const EntryIndex& index,
+                               std::span<const U8> image );
+
 } // namespace Vorn

@@ -33,4 +33,8 @@ VORN_API std::string rangesOf( std::span<const U32> numbers );
 VORN_API void appendHex( std::string& text, std::span<const U8> bytes,
                          std::string_view between = {} );
 
+// Appends the 32-bit words of an entry, the lowest byte of each first: "0x00000fa0 0x00000000". The
+// bytes are whole words.
+VORN_API void appendWords( std::string& text, std::span<const U8> bytes );
+
 } // namespace Vorn

@@ -25,7 +25,7 @@ public:
    explicit Boxes( std::size_t lines ) : lines_( lines, Line( columnOf( 0 ) + 3 ) ) {}
 
    // A box around the cell whose rules are at the lines `top` and `bottom`, with its label.
-   void draw( const Cell& cell, std::size_t top, std::size_t bottom );
+   void draw( const DrawingCell& cell, std::size_t top, std::size_t bottom );
 
    std::string line( std::size_t number, BoxLines style ) const;
 
@@ -53,7 +53,7 @@ private:
    std::vector<Line> lines_;
 };
 
-void Boxes::draw( const Cell& cell, std::size_t top, std::size_t bottom ) {
+void Boxes::draw( const DrawingCell& cell, std::size_t top, std::size_t bottom ) {
    const std::size_t left = columnOf( cell.left() );
    const std::size_t right = columnOf( cell.right() ) + 2;
    for( std::size_t column = left; column < right; ++column ) {
@@ -94,9 +94,9 @@ std::string Boxes::line( std::size_t number, BoxLines style ) const {
    return text;
 }
 
-std::size_t heightOf( const std::vector<Cell>& strip ) {
+std::size_t heightOf( const std::vector<DrawingCell>& strip ) {
    std::size_t height = 1;
-   for( const Cell& cell : strip ) {
+   for( const DrawingCell& cell : strip ) {
       height = std::max( height, cell.label.size() );
    }
    return height;
@@ -131,7 +131,7 @@ std::string bitNumbers( std::size_t wordColumns, std::size_t margin ) {
 
 std::string drawnAsText( const Drawing& drawing, BoxLines style ) {
    std::size_t count = 1;
-   for( const Row& row : drawing.rows() ) {
+   for( const DrawingRow& row : drawing.rows() ) {
       for( const auto& strip : row.strips ) {
          count += heightOf( strip ) + 1;
       }
@@ -140,11 +140,11 @@ std::string drawnAsText( const Drawing& drawing, BoxLines style ) {
    std::vector<Margin> margins( count );
    std::size_t top = 0;
    std::size_t wordColumns = 4;
-   for( const Row& row : drawing.rows() ) {
+   for( const DrawingRow& row : drawing.rows() ) {
       wordColumns = std::max( wordColumns, row.wordText().size() );
       for( const auto& strip : row.strips ) {
          const std::size_t bottom = top + heightOf( strip ) + 1;
-         for( const Cell& cell : strip ) {
+         for( const DrawingCell& cell : strip ) {
             boxes.draw( cell, top, bottom );
          }
          margins[( top + bottom ) / 2] =
@@ -183,10 +183,10 @@ struct ListLine {
 
 std::vector<ListLine> listLines( const Drawing& drawing ) {
    const BitOrder& format = drawing.format();
-   const auto hasDot = []( const Row& row ) {
+   const auto hasDot = []( const DrawingRow& row ) {
       const auto& strip = row.strips.front();
       return std::any_of( strip.begin(), strip.end(),
-                          []( const Cell& cell ) { return cell.label.empty(); } );
+                          []( const DrawingCell& cell ) { return cell.label.empty(); } );
    };
    const bool dots = std::any_of( drawing.rows().begin(), drawing.rows().end(), hasDot );
    std::vector<ListLine> lines{ { "bit", "width", "key", "id", "field", "hardware name" } };
@@ -280,7 +280,7 @@ std::string fieldList( const Drawing& drawing, Listed listed ) {
    return withLastColumn( starts, lines );
 }
 
-Room textRoom() {
+DrawingRoom textRoom() {
    return { []( unsigned bits ) -> std::size_t { return 2 * bits - 1; }, 3 };
 }
 

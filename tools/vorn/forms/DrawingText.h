@@ -1,7 +1,7 @@
 // An entry's format as text of at most 80 columns: the drawing, and the list of its fields.
 #pragma once
 
-#include "forms/Drawing.h"
+#include <Vorn/Drawing.h>
 
 #include <string>
 
@@ -21,6 +21,6 @@ enum class Listed {
 std::string fieldList( const Drawing& drawing, Listed listed );
 
 // What fits into the cells of drawnAsText().
-Room textRoom();
+DrawingRoom textRoom();
 
 } // namespace Vorn

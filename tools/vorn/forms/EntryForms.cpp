@@ -27,13 +27,8 @@ void appendBytes( std::string& text, const Composed& entry ) {
    text += '\n';
 }
 
-void appendWords( std::string& text, const Composed& entry ) {
-   const auto image = entry.image;
-   for( std::size_t i = 0; i < image.size(); i += 4 ) {
-      const U8 bytes[] = { image[i + 3], image[i + 2], image[i + 1], image[i] };
-      text += i > 0 ? " 0x" : "0x";
-      appendHex( text, bytes );
-   }
+void appendWordLine( std::string& text, const Composed& entry ) {
+   appendWords( text, entry.image );
    text += '\n';
 }
 
@@ -41,7 +36,7 @@ void appendText( std::string& text, const Composed& entry ) {
    text += "image: ";
    appendHex( text, entry.image, " " );
    text += "\nwords: ";
-   appendWords( text, entry );
+   appendWordLine( text, entry );
    if( !entry.address ) {
       text += "address: none\n";
       return;
@@ -94,7 +89,7 @@ struct NamedForm {
 
 constexpr NamedForm forms[] = { { "text", appendText },
                                 { "bytes", appendBytes },
-                                { "words", appendWords },
+                                { "words", appendWordLine },
                                 { "json", appendJson } };
 
 } // namespace

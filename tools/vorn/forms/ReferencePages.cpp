@@ -1,9 +1,9 @@
 // The reference of all tables and registers, as pages of Markdown.
 #include "forms/ReferencePages.h"
 
-#include "forms/BitOrder.h"
 #include "forms/DrawingText.h"
 
+#include <Vorn/BitOrder.h>
 #include <Vorn/Chip.h>
 #include <Vorn/Difference.h>
 #include <Vorn/Fields.h>
@@ -173,8 +173,7 @@ std::string fields( std::string_view table ) {
    std::vector<Cells> rows{ { "field", "identifier", "hardware name", "type",
                               "chip types: variants" } };
    for( const auto& field : Hardware::classFields( table ) ) {
-      const std::string type =
-         ( field.valueBits > 64 ? "`Raw" : "`U" ) + std::to_string( field.valueBits ) + '`';
+      const std::string type = '`' + typeOf( table, field.identifier ) + '`';
       rows.push_back( { '`' + std::string( field.name ) + '`', std::to_string( field.identifier ),
                         '`' + std::string( hardwareNameOf( field.identifier ) ) + '`',
                         type + ( field.readOnly ? ", read-only" : "" ),

@@ -5,12 +5,12 @@
 #include "Files.h"
 #include "Text.h"
 #include "Verbs.h"
-#include "forms/BitOrder.h"
 #include "forms/DifferenceForms.h"
-#include "forms/DrawingSvg.h"
 #include "forms/DrawingText.h"
 
+#include <Vorn/BitOrder.h>
 #include <Vorn/Difference.h>
+#include <Vorn/DrawingSvg.h>
 #include <Vorn/Error.h>
 #include <Vorn/Layout.h>
 #include <Vorn/Suggest.h>

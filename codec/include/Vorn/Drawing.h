@@ -1,9 +1,8 @@
 // What a drawing of an entry shows, whatever it is drawn with: rows of 32 bits, cut into cells.
 #pragma once
 
-#include "forms/BitOrder.h"
-
-#include <Vorn/Text.h>
+#include <Vorn/BitOrder.h>
+#include <Vorn/Export.h>
 
 #include <cstddef>
 #include <span>
@@ -14,7 +13,7 @@
 namespace Vorn {
 
 // The bits of one field, or of none, in one row. Bits are counted in the entry.
-struct Cell {
+struct DrawingCell {
    const BitOrder::Field* field; // null for bits that belong to no field
    unsigned low;
    unsigned high;
@@ -28,29 +27,29 @@ struct Cell {
 
 // One or more words of the entry: several where each of them has the same to show, which is that
 // the whole word belongs to one field or to none.
-struct Row {
+struct DrawingRow {
    unsigned firstWord;
    unsigned lastWord;
-   std::vector<std::vector<Cell>> strips; // one reading of the bits each; ascending bits
+   std::vector<std::vector<DrawingCell>> strips; // one reading of the bits each; ascending bits
 
-   std::string wordText() const; // "0", "6-19"
+   VORN_API std::string wordText() const; // "0", "6-19"
    unsigned low() const { return firstWord * 32; }
    unsigned high() const { return lastWord * 32 + 31; }
 };
 
 // How much of a label fits into a cell.
-struct Room {
+struct DrawingRoom {
    std::size_t ( *columns )( unsigned bits );
    std::size_t lines;
 };
 
-class Drawing {
+class VORN_API Drawing {
 public:
    // The format must outlive the drawing.
-   Drawing( const BitOrder& format, const Room& room );
+   Drawing( const BitOrder& format, const DrawingRoom& room );
 
    const BitOrder& format() const { return format_; }
-   std::span<const Row> rows() const { return rows_; }
+   std::span<const DrawingRow> rows() const { return rows_; }
 
    // What stands for the field's name where that doesn't fit; empty where it does everywhere.
    const std::string& key( const BitOrder::Field& field ) const { return keys_[indexOf( field )]; }
@@ -58,15 +57,16 @@ public:
 private:
    std::size_t indexOf( const BitOrder::Field& field ) const;
    void cut();
-   void label( const Room& room );
+   void label( const DrawingRoom& room );
 
    const BitOrder& format_;
-   std::vector<Row> rows_;
+   std::vector<DrawingRow> rows_;
    std::vector<std::string> keys_; // of each field
 };
 
 // `name` in at most so many lines of at most so many columns, broken where a new word of it begins;
 // nothing if it doesn't fit.
-std::vector<std::string> broken( std::string_view name, std::size_t columns, std::size_t lines );
+VORN_API std::vector<std::string> broken( std::string_view name, std::size_t columns,
+                                          std::size_t lines );
 
 } // namespace Vorn

@@ -1,5 +1,5 @@
 // The fields of an entry in bit order, and the bits that belong to none.
-#include "forms/BitOrder.h"
+#include <Vorn/BitOrder.h>
 
 #include <Vorn/Text.h>
 

@@ -1,7 +1,8 @@
 // An entry's format as a picture for documents.
 #pragma once
 
-#include "forms/Drawing.h"
+#include <Vorn/Drawing.h>
+#include <Vorn/Export.h>
 
 #include <string>
 
@@ -9,9 +10,9 @@ namespace Vorn {
 
 // The drawing as a whole SVG file under this title. It needs no more than a monospaced font. Each
 // cell is a group whose own title, which a browser shows, says all about the field.
-std::string drawnAsSvg( const Drawing& drawing, const std::string& title );
+VORN_API std::string drawnAsSvg( const Drawing& drawing, const std::string& title );
 
 // What fits into the cells of drawnAsSvg().
-Room svgRoom();
+VORN_API DrawingRoom svgRoom();
 
 } // namespace Vorn

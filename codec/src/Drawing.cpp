@@ -1,5 +1,5 @@
 // What a drawing of an entry shows, whatever it is drawn with: rows of 32 bits, cut into cells.
-#include "forms/Drawing.h"
+#include <Vorn/Drawing.h>
 
 #include <algorithm>
 
@@ -26,7 +26,7 @@ std::size_t wordEnd( std::string_view name, std::size_t begin ) {
    return end;
 }
 
-std::vector<std::string> labelOf( const Cell& cell, const Room& room ) {
+std::vector<std::string> labelOf( const DrawingCell& cell, const DrawingRoom& room ) {
    const std::size_t columns = room.columns( cell.bits() );
    if( !cell.field ) {
       return broken( "unused", columns, 1 );
@@ -54,15 +54,16 @@ std::vector<std::string> stacked( std::string_view key, std::size_t columns ) {
 }
 
 // Adds what of these bits the row has to its first strip in which they are free.
-void addPart( Row& row, const BitOrder::Field* field, unsigned offset, unsigned width ) {
+void addPart( DrawingRow& row, const BitOrder::Field* field, unsigned offset, unsigned width ) {
    const unsigned low = std::max( offset, row.low() );
    const unsigned end = std::min( offset + width, row.high() + 1 );
    if( low >= end ) {
       return;
    }
    auto strip = std::find_if( row.strips.begin(), row.strips.end(), [&]( const auto& cells ) {
-      return std::all_of( cells.begin(), cells.end(),
-                          [&]( const Cell& cell ) { return cell.high < low || cell.low >= end; } );
+      return std::all_of( cells.begin(), cells.end(), [&]( const DrawingCell& cell ) {
+         return cell.high < low || cell.low >= end;
+      } );
    } );
    if( strip == row.strips.end() ) {
       strip = row.strips.emplace( strip );
@@ -71,25 +72,25 @@ void addPart( Row& row, const BitOrder::Field* field, unsigned offset, unsigned 
 }
 
 // Whether the two have the same to show: one field, or none, over all of each strip.
-bool continues( const Row& row, const Row& next ) {
-   const auto isWhole = []( const std::vector<Cell>& strip ) {
+bool continues( const DrawingRow& row, const DrawingRow& next ) {
+   const auto isWhole = []( const std::vector<DrawingCell>& strip ) {
       return strip.size() == 1 && strip.front().bits() == 32;
    };
-   return std::equal( row.strips.begin(), row.strips.end(), next.strips.begin(), next.strips.end(),
-                      [&]( const std::vector<Cell>& left, const std::vector<Cell>& right ) {
-                         return isWhole( left ) && isWhole( right ) &&
-                                left.front().field == right.front().field;
-                      } );
+   return std::equal(
+      row.strips.begin(), row.strips.end(), next.strips.begin(), next.strips.end(),
+      [&]( const std::vector<DrawingCell>& left, const std::vector<DrawingCell>& right ) {
+         return isWhole( left ) && isWhole( right ) && left.front().field == right.front().field;
+      } );
 }
 
 } // namespace
 
-std::string Row::wordText() const {
+std::string DrawingRow::wordText() const {
    return std::to_string( firstWord ) +
           ( lastWord > firstWord ? '-' + std::to_string( lastWord ) : "" );
 }
 
-Drawing::Drawing( const BitOrder& format, const Room& room )
+Drawing::Drawing( const BitOrder& format, const DrawingRoom& room )
    : format_( format ), keys_( format.fields().size() ) {
    cut();
    label( room );
@@ -109,7 +110,7 @@ void Drawing::cut() {
                         return left->lane < right->lane;
                      } );
    for( unsigned word = 0; word < format_.words(); ++word ) {
-      Row row{ word, word, {} };
+      DrawingRow row{ word, word, {} };
       for( const BitOrder::Field* const field : fields ) {
          addPart( row, field, field->offset, field->width );
       }
@@ -118,7 +119,9 @@ void Drawing::cut() {
       }
       for( auto& strip : row.strips ) {
          std::sort( strip.begin(), strip.end(),
-                    []( const Cell& left, const Cell& right ) { return left.low < right.low; } );
+                    []( const DrawingCell& left, const DrawingCell& right ) {
+                       return left.low < right.low;
+                    } );
       }
       if( rows_.empty() || !continues( rows_.back(), row ) ) {
          rows_.push_back( std::move( row ) );
@@ -131,12 +134,12 @@ void Drawing::cut() {
    }
 }
 
-void Drawing::label( const Room& room ) {
+void Drawing::label( const DrawingRoom& room ) {
    std::vector<bool> needsKey( keys_.size() );
-   std::vector<Cell*> unlabelled;
-   for( Row& row : rows_ ) {
+   std::vector<DrawingCell*> unlabelled;
+   for( DrawingRow& row : rows_ ) {
       for( auto& strip : row.strips ) {
-         for( Cell& cell : strip ) {
+         for( DrawingCell& cell : strip ) {
             cell.label = labelOf( cell, room );
             if( cell.field && cell.label.empty() ) {
                needsKey[indexOf( *cell.field )] = true;
@@ -151,7 +154,7 @@ void Drawing::label( const Room& room ) {
          keys_[i] = keyNumber( number++ );
       }
    }
-   for( Cell* const cell : unlabelled ) {
+   for( DrawingCell* const cell : unlabelled ) {
       cell->label = stacked( key( *cell->field ), room.columns( cell->bits() ) );
    }
 }

@@ -1,5 +1,5 @@
 // An entry's format as a picture for documents.
-#include "forms/DrawingSvg.h"
+#include <Vorn/DrawingSvg.h>
 
 #include <algorithm>
 
@@ -37,7 +37,7 @@ constexpr Kind again{ "#eaf6e6", "#34495e", "another reading of the bits above" 
 constexpr Kind fixed{ "#fdeccb", "#34495e", "tag, read-only" };
 constexpr Kind none{ "#f4f4f4", "#a0a0a0", "unused" };
 
-const Kind& kindOf( const Cell& cell, bool isFirst ) {
+const Kind& kindOf( const DrawingCell& cell, bool isFirst ) {
    if( !cell.field ) {
       return none;
    }
@@ -97,7 +97,7 @@ std::string bitsText( unsigned low, unsigned high ) {
                       : "bits " + std::to_string( low ) + " to " + std::to_string( high );
 }
 
-std::string tooltip( const Cell& cell ) {
+std::string tooltip( const DrawingCell& cell ) {
    if( !cell.field ) {
       return bitsText( cell.low, cell.high ) + " belong to no field";
    }
@@ -114,9 +114,9 @@ public:
    std::string make( const std::string& title );
 
 private:
-   void addRow( const Row& row );
-   void addStrip( const std::vector<Cell>& strip, bool isFirst, const std::string& name );
-   void addCell( const Cell& cell, const Kind& kind, unsigned height );
+   void addRow( const DrawingRow& row );
+   void addStrip( const std::vector<DrawingCell>& strip, bool isFirst, const std::string& name );
+   void addCell( const DrawingCell& cell, const Kind& kind, unsigned height );
    void addKeys();
    void addKinds();
 
@@ -132,7 +132,7 @@ std::string Picture::make( const std::string& title ) {
    body_ += text( border, 46,
                   "Each row is a 32-bit word of the entry, its most significant bit at the left. "
                   "Bit 0 is the least significant bit of byte 0." );
-   for( const Row& row : drawing_.rows() ) {
+   for( const DrawingRow& row : drawing_.rows() ) {
       addRow( row );
    }
    addKeys();
@@ -148,7 +148,7 @@ std::string Picture::make( const std::string& title ) {
           attribute( "height", height ) + " fill=\"#ffffff\"/>\n" + body_ + "</svg>\n";
 }
 
-void Picture::addRow( const Row& row ) {
+void Picture::addRow( const DrawingRow& row ) {
    const std::string name = ( row.lastWord > row.firstWord ? "words " : "word " ) + row.wordText();
    for( const auto& strip : row.strips ) {
       const bool isFirst = &strip == &row.strips.front();
@@ -157,21 +157,22 @@ void Picture::addRow( const Row& row ) {
    top_ += rowGap;
 }
 
-void Picture::addStrip( const std::vector<Cell>& strip, bool isFirst, const std::string& name ) {
+void Picture::addStrip( const std::vector<DrawingCell>& strip, bool isFirst,
+                        const std::string& name ) {
    std::size_t lines = 1;
-   for( const Cell& cell : strip ) {
+   for( const DrawingCell& cell : strip ) {
       lines = std::max( lines, cell.label.size() );
    }
    const auto height = static_cast<unsigned>( lines ) * lineHeight + 2 * boxPadding;
    top_ += numbersHeight;
    body_ += text( rowsLeft - 8, top_ + ( height + fontSize ) / 2 - 1, name, anchor( "end" ) );
-   for( const Cell& cell : strip ) {
+   for( const DrawingCell& cell : strip ) {
       addCell( cell, kindOf( cell, isFirst ), height );
    }
    top_ += height;
 }
 
-void Picture::addCell( const Cell& cell, const Kind& kind, unsigned height ) {
+void Picture::addCell( const DrawingCell& cell, const Kind& kind, unsigned height ) {
    const unsigned left = rowsLeft + ( 31 - cell.left() ) * bitWidth;
    const unsigned width = cell.bits() * bitWidth;
    const unsigned middle = left + width / 2;
@@ -241,7 +242,7 @@ std::string drawnAsSvg( const Drawing& drawing, const std::string& title ) {
    return Picture( drawing ).make( title );
 }
 
-Room svgRoom() {
+DrawingRoom svgRoom() {
    return { []( unsigned bits ) -> std::size_t {
               return ( bits * bitWidth - 4 ) * 10 / ( fontSize * 6 + 2 );
            },

@@ -1,6 +1,7 @@
 // The fields of an entry in bit order, and the bits that belong to none.
 #pragma once
 
+#include <Vorn/Export.h>
 #include <Vorn/Layout.h>
 
 #include <cstddef>
@@ -10,7 +11,9 @@
 
 namespace Vorn {
 
-class BitOrder {
+//    const Vorn::BitOrder order( Vorn::Layout( "LifTable", 10 ) );
+//    for( const auto& field : order.fields() ) { ... field.offset, field.lane ... }
+class VORN_API BitOrder {
 public:
    struct Field : Vorn::Field {
       std::size_t lane; // fields in one lane don't overlap; the one with the most fields is 0
