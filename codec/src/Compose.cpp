@@ -76,13 +76,16 @@ std::vector<FieldValue> settingsOf( const Layout& layout, std::span<const U8> im
       return left->width < right->width;
    } );
    std::vector<U8> composed = layout.blank();
+   std::erase_if( fields, [&]( const Field* field ) {
+      const Value value = layout.value( image, *field );
+      const bool isSaid = layout.value( composed, *field ) == value;
+      layout.set( composed, *field, value );
+      return isSaid;
+   } );
+   std::sort( fields.begin(), fields.end() ); // as they are declared
    std::vector<FieldValue> settings;
    for( const Field* const field : fields ) {
-      const Value value = layout.value( image, *field );
-      if( layout.value( composed, *field ) != value ) {
-         layout.set( composed, *field, value );
-         settings.push_back( { field->name, value } );
-      }
+      settings.push_back( { field->name, layout.value( image, *field ) } );
    }
    return settings;
 }

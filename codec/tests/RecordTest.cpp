@@ -25,7 +25,7 @@ TEST( RecordOf, IsALineThatComposesTheEntry ) {
    EXPECT_NE( record.find( R"("from":"a00f)" ), std::string::npos ) << record;
    image.pop_back();
    EXPECT_EQ( errorOf( [&] { Vorn::recordOf( lif, {}, image ); } ),
-              "the image has 79 bytes; an entry of LifTable on BCM88690_B0 has 80" );
+              "the image has 79 bytes; an entry of LifTable on BCM88690_B0 variant 0 has 80" );
 }
 
 TEST( RecordOf, ComposesTheSameImageOnEveryPair ) {
