@@ -18,7 +18,7 @@ TEST( RecordOf, IsALineThatComposesTheEntry ) {
    auto image = Vorn::compose( lif, { { "vsi", 2000 }, { "vlanEditVid1", 100 } } );
    EXPECT_EQ( Vorn::recordOf( lif, { .entry = 4097 }, image ),
               R"({"table":"LifTable","chip":"BCM88690_B0","variant":0,"entry":4097,"array":0,)"
-              R"("identifier":0,"fields":{"vsi":"0x7d0","vlanEditVid1":"0x64"}})" );
+              R"("identifier":0,"fields":{"vlanEditVid1":"0x64","vsi":"0x7d0"}})" );
    // Bit 639 belongs to no field.
    image.back() = 0x80;
    const auto record = Vorn::recordOf( lif, {}, image );

@@ -47,9 +47,9 @@ VORN_API std::vector<U8> compose( const Layout& layout, std::span<const U8> from
 // An image that doesn't reach to the end of the last field is an Error.
 VORN_API std::vector<FieldValue> decompose( const Layout& layout, std::span<const U8> image );
 
-// Fields and values that compose the image from a fresh entry, no more of them than need be: a
-// field that holds narrower ones is left out where these say all of it. What bits of no field hold
-// isn't among them. An image that isn't one of the pair is an Error.
+// Fields and values that compose the image from a fresh entry, in declared order and no more of
+// them than need be: a field that holds narrower ones is left out where these say all of it. What
+// bits of no field hold isn't among them. An image that isn't one of the pair is an Error.
 VORN_API std::vector<FieldValue> settingsOf( const Layout& layout, std::span<const U8> image );
 
 // Images of one pair, each composed field by field in memory that is allocated once.
