@@ -180,6 +180,29 @@ def test_files_that_are_open(tmp_path):
         vorn.read_dump(text, CHIP, "LifTable")
 
 
+def compressed(name, data):
+    if name == "gzip":
+        return gzip.compress(data)
+    return pytest.importorskip("zstandard").ZstdCompressor(write_checksum=True).compress(data)
+
+
+@pytest.mark.parametrize("name", ["gzip", "zstd"])
+def test_what_is_compressed(tmp_path, name):
+    data = compressed(name, DATA)
+    assert read(data).images.tolist() == ROWS
+    assert read(data + data).entries.tolist() == [0, 1, 2, 3, 4, 5]
+    path = tmp_path / "dump.hex"
+    images = LIF.encode_batch({"vsi": np.arange(20_000)})
+    path.write_bytes(compressed(name, images.tobytes()))
+    assert (vorn.read_dump(path, CHIP, "LifTable").images == images).all()
+    for cut_off in (data[:4], data[: len(data) // 2], data[:-1], data + data[:-1]):
+        with pytest.raises(vorn.Error, match=f"^the file: the {name} data is cut off$"):
+            read(cut_off)
+    for damaged in (data[:-6] + bytes(6), data + b"hello"):
+        with pytest.raises(vorn.Error, match=f"^the file: the {name} data is damaged: "):
+            read(damaged)
+
+
 def test_a_dump_pickles():
     dump = pickle.loads(pickle.dumps(read(hexdump(DATA))))
     assert dump.layout == ACTION and dump.images.tolist() == ROWS and dump.entries.tolist() == [0, 1, 2]

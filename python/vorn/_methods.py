@@ -277,6 +277,74 @@ def _name_of(path: Source) -> str:
         raise Error(f"the path is {article} {kind}; give a path or a file") from None
 
 
+class _Begun:
+    """A file of which the first bytes have been read already."""
+
+    def __init__(self, first: Any, file: Any) -> None:
+        self.first = first
+        self.file = file
+
+    def read(self, size: int) -> Any:
+        piece, self.first = self.first[:size], self.first[size:]
+        return piece or self.file.read(size)
+
+
+class _Decompressed:
+    """What is compressed in a file, in one frame after another."""
+
+    PIECE = 8192  # bytes that are decompressed at a time, which may become many
+
+    def __init__(self, file: Any, name: str, format: str, make: Any, error: Any) -> None:
+        self.file = file
+        self.name = name
+        self.format = format
+        self.make = make
+        self.error = error
+        self.frame: Any = None
+
+    def read(self, size: int) -> bytes:
+        while True:
+            between = self.frame is None or self.frame.eof
+            rest = self.frame.unused_data if self.frame and between else b""
+            rest = rest or self.file.read(self.PIECE)
+            if not rest:
+                if between:
+                    return b""
+                raise Error(f"{self.name}: the {self.format} data is cut off")
+            if between:
+                self.frame = self.make()
+            try:
+                piece: bytes = self.frame.decompress(rest)
+            except self.error as error:
+                raise Error(
+                    f"{self.name}: the {self.format} data is damaged: {error}"
+                ) from None
+            if piece:
+                return piece
+
+
+def _decompressed(file: Any, name: str) -> Any:
+    """The file, or what gzip or zstd has compressed in it."""
+    first = file.read(4)
+    if not isinstance(first, (bytes, str)):
+        return _Begun(b"", file)
+    begun = _Begun(first, file)
+    if first[:2] == b"\x1f\x8b":
+        import zlib
+
+        return _Decompressed(begun, name, "gzip", lambda: zlib.decompressobj(31), zlib.error)
+    if first == b"\x28\xb5\x2f\xfd":
+        try:
+            import zstandard
+        except ImportError:
+            raise Error(
+                f"{name}: is compressed with zstd; install python3-zstandard, or decompress it"
+            ) from None
+        make = zstandard.ZstdDecompressor().decompressobj
+        return _Decompressed(begun, name, "zstd", make, zstandard.ZstdError)
+    return begun
+
+
 def _dumps_in(path: Source, options: Mapping[str, Any], many: bool) -> list[Dump]:
     """The dumps of the layouts that have images in a file, each checked by the codec."""
     import warnings
@@ -287,10 +355,10 @@ def _dumps_in(path: Source, options: Mapping[str, Any], many: bool) -> list[Dump
     options = {**options, "empty": bool(options["empty"]), "strict": bool(options["strict"])}
     try:
         if hasattr(path, "read"):
-            made, doubts = _read_dumps(path, name, options, many)
+            made, doubts = _read_dumps(_decompressed(path, name), name, options, many)
         else:
             with open(path, "rb") as file:
-                made, doubts = _read_dumps(file, name, options, many)
+                made, doubts = _read_dumps(_decompressed(file, name), name, options, many)
     except OSError as error:
         raise Error(f"cannot read {name}: {error.strerror or error}") from error
     except UnicodeError as error:
@@ -317,7 +385,7 @@ def read_dump(
     """The entries of one pair in a file, or in a file that is open: what vorn decode reads.
 
     The form is that of the first line: hexdump, xxd, lines of digits, JSON, CSV, bytes; or say it
-    as vorn's --image-format does. Table and chip need not be given where the images say them. The
+    as vorn's --image-format does. What gzip or zstd has compressed is decompressed. Table and chip need not be given where the images say them. The
     variant is that of the tag if it isn't given. Entries that nobody has written, of zeroes that
     fit no tag, are left out and counted unless empty is true. A tag that contradicts the variant is
     a warning, or an Error if strict.
