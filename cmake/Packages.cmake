@@ -104,6 +104,15 @@ dictionary, many as NumPy arrays, pandas data frames or Arrow streams." )
    set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_RECOMMENDS python3-pandas )
 endif()
 
+if( TARGET vornsqlite )
+   vornPackage( vorn-sqlite database "packet processor table entries in SQLite"
+"A loadable extension of SQLite: fields of the entries of packet processor
+tables in queries, views and indexes. The document sql.md shows how." )
+   set( CPACK_DEBIAN_VORN-SQLITE_PACKAGE_DEPENDS
+        "libvorncodec1 (>= ${PROJECT_VERSION}), libsqlite3-0 (>= 3.31)" )
+   set( CPACK_DEBIAN_VORN-SQLITE_PACKAGE_RECOMMENDS sqlite3 )
+endif()
+
 include( CPack )
 cpack_add_component( library GROUP libvorntunnelkelvar1 )
 cpack_add_component( platform GROUP libvorntunnelkelvar1 )
@@ -114,4 +123,7 @@ cpack_add_component( codecDevelopment GROUP libvorncodec-dev )
 cpack_add_component( vorn GROUP vorn )
 if( TARGET VornPython )
    cpack_add_component( python GROUP python3-vorn )
+endif()
+if( TARGET vornsqlite )
+   cpack_add_component( sqlite GROUP vorn-sqlite )
 endif()

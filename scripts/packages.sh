@@ -18,7 +18,7 @@ needPackages() {
 }
 
 buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev libzstd-dev
-               pybind11-dev python3-dev python3-numpy'
+               pybind11-dev python3-dev python3-numpy libsqlite3-dev'
 testPackages='libgtest-dev libgmock-dev clang pkg-config binutils abigail-tools xz-utils patch man-db zsh fish
-              python3-jsonschema python3-pytest python3-hypothesis python3-pandas mypy
+              sqlite3 gdb python3-jsonschema python3-pytest python3-hypothesis python3-pandas mypy
               python3-zstandard python3-matplotlib python3-distributed python3-build python3-setuptools python3-wheel'

@@ -56,7 +56,7 @@ expectAnswer( ${prefix} "1.0;REQUIRED;COMPONENTS;At" "" )
 expectAnswer( ${prefix} "1;REQUIRED;OPTIONAL_COMPONENTS;Sql" "" )
 expectAnswer( ${prefix} "1;REQUIRED;COMPONENTS;Library;codec"
               "no component \"codec\"; allowed: Library, Codec, At" )
-foreach( version 1.1 2 0.9 )
+foreach( version 1.99 2 0.9 )
    expectAnswer( ${prefix} "${version};REQUIRED"
                  "compatible with requested version \"${version}\"" )
 endforeach()
