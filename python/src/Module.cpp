@@ -131,20 +131,45 @@ True
          const auto name = self.layout().table();
          return py::str( name.data(), name.size() );
       },
-      "Name of the table." );
+      R"(Name of the table.
+
+>>> vorn.Layout("LifTable", 10).table
+'LifTable'
+)" );
    layout.def_property_readonly(
       "chip", []( const PairLayout& self ) { return self.layout().chip().name; },
-      "Name of the chip type." );
+      R"(Name of the chip type.
+
+>>> vorn.Layout("LifTable", 10).chip
+'BCM88690_B0'
+)" );
    layout.def_property_readonly(
       "chip_number", []( const PairLayout& self ) { return self.layout().chip().number; },
-      "Number of the chip type." );
+      R"(Number of the chip type.
+
+>>> vorn.Layout("LifTable", "BCM88690_B0").chip_number
+10
+)" );
    layout.def_property_readonly(
-      "variant", []( const PairLayout& self ) { return self.layout().variant(); }, "The variant." );
+      "variant", []( const PairLayout& self ) { return self.layout().variant(); },
+      R"(The variant.
+
+>>> vorn.Layout("LifTable", "BCM88690_B0").variant
+0
+)" );
    layout.def_property_readonly(
       "size", []( const PairLayout& self ) { return self.layout().bytes(); },
-      "Bytes of an entry." );
+      R"(Bytes of an entry.
+
+>>> vorn.Layout("LifTable", "BCM88690_B0").size
+80
+)" );
    layout.def_property_readonly( "fields", &PairLayout::fields,
-                                 "The fields of the pair in declared order, as a list of Field." );
+                                 R"(The fields of the pair in declared order, as a list of Field.
+
+>>> [field.name for field in vorn.Layout("EvecFormatTable", 10).fields][:2]
+['outerVidSource', 'innerPcpDeiSource']
+)" );
    layout.def_property_readonly(
       "tag", &PairLayout::tag, R"(The values by which an entry is told from those of other variants.
 
@@ -159,8 +184,24 @@ The field with this name.
 >>> vorn.Layout("LifTable", "BCM88690_B0")["vsi"].width
 15
 )" );
-   layout.def( "__contains__", &PairLayout::has, "name"_a );
-   layout.def( "__iter__", []( const PairLayout& self ) { return py::iter( self.keys() ); } );
+   layout.def( "__contains__", &PairLayout::has, "name"_a, R"(__contains__(self, name, /)
+--
+
+Whether the pair has a field with this name.
+
+>>> "vsi" in vorn.Layout("LifTable", "BCM88690_B0")
+True
+)" );
+   layout.def(
+      "__iter__", []( const PairLayout& self ) { return py::iter( self.keys() ); },
+      R"(__iter__(self, /)
+--
+
+The names of the fields in declared order.
+
+>>> list(vorn.Layout("EvecFormatTable", 10))[:2]
+['outerVidSource', 'innerPcpDeiSource']
+)" );
    layout.def( "encode", &PairLayout::encode, "values"_a, "base"_a = py::none(), py::kw_only(),
                "strict"_a = true, R"(encode(self, values, base=None, *, strict=True)
 --
@@ -265,9 +306,33 @@ void addArrow( py::module_& module ) {
 )" );
    table.def(
       "__arrow_c_stream__", []( const ArrowTable& self, py::handle ) { return self.stream(); },
-      "requested_schema"_a = py::none() );
-   table.def( "__arrow_c_schema__", &ArrowTable::schema );
-   table.def( "__len__", &ArrowTable::rows );
+      "requested_schema"_a = py::none(), R"(__arrow_c_stream__(self, requested_schema=None)
+--
+
+A capsule with an ArrowArrayStream, which begins at the first entry. The schema is as it is.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> lif.arrow(lif.encode({})).__arrow_c_stream__()  # doctest: +ELLIPSIS
+<capsule object "arrow_array_stream" at 0x...>
+)" );
+   table.def( "__arrow_c_schema__", &ArrowTable::schema, R"(__arrow_c_schema__(self)
+--
+
+A capsule with an ArrowSchema.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> lif.arrow(lif.encode({})).__arrow_c_schema__()  # doctest: +ELLIPSIS
+<capsule object "arrow_schema" at 0x...>
+)" );
+   table.def( "__len__", &ArrowTable::rows, R"(__len__(self, /)
+--
+
+How many entries there are.
+
+>>> lif = vorn.Layout("LifTable", "BCM88690_B0")
+>>> len(lif.arrow(lif.encode({}) * 3))
+3
+)" );
 }
 
 } // namespace

@@ -165,7 +165,10 @@ const PairLayout::Names& PairLayout::names() const {
       for( const py::object& key : keys ) {
          put( all, key, py::none() );
       }
-      names_ = { std::move( keys ), py::tuple( made ), std::move( all ) };
+      // Another thread may have made them meanwhile, and look at them.
+      if( !names_ ) {
+         names_ = { std::move( keys ), py::tuple( made ), std::move( all ) };
+      }
    }
    return *names_;
 }

@@ -79,3 +79,22 @@ def test_the_wheel_has_the_whole_package(tmp_path):
     assert init.startswith(str(tmp_path)) and module.startswith(str(tmp_path)) and size == "80"
     for file in ("py.typed", "_vorn.pyi"):
         assert (tmp_path / "site/vorn" / file).exists()
+
+
+def test_another_interpreter_on_the_path_changes_nothing(tmp_path):
+    other = tmp_path / "bin" / "python3"
+    other.parent.mkdir()
+    other.write_text("#!/bin/sh\nexit 1\n")
+    other.chmod(0o755)
+    for name in ("python", "python3.11", "python3.12"):
+        other.with_name(name).symlink_to(other)
+    options = [f"-DVORN_BUILD_{name}=OFF" for name in ("TESTS", "TOOLS", "EXAMPLES")]
+    done = subprocess.run(
+        ["cmake", "--preset", "release", "-S", ROOT, "-B", tmp_path / "tree", *options],
+        capture_output=True, text=True, cwd=ROOT,
+        env={**os.environ, "PATH": f"{other.parent}:{os.environ['PATH']}"},
+    )
+    assert done.returncode == 0, done.stdout + done.stderr
+    cache = (tmp_path / "tree/CMakeCache.txt").read_text().splitlines()
+    assert "VORN_PYTHON:BOOL=ON" in cache
+    assert "Python3_EXECUTABLE:FILEPATH=/usr/bin/python3" in cache

@@ -157,9 +157,17 @@ def documented():
     yield "vorn", vorn.__doc__
     for name in vorn.__all__:
         yield name, getattr(vorn, name).__doc__
-    for name in ("encode", "decode", "decode_batch", "encode_batch", "frame", "arrow", "address"):
-        yield f"Layout.{name}", getattr(vorn.Layout, name).__doc__
-    yield "Dump.frame", vorn.Dump.frame.__doc__
+    special = {"__getitem__", "__contains__", "__iter__", "__arrow_c_stream__", "__arrow_c_schema__"}
+    for owner in (vorn.Layout, vorn.ArrowTable, vorn.Dump):
+        for name, member in vars(owner).items():
+            if name[0] != "_" or owner is not vorn.Dump and name in special:
+                yield f"{owner.__name__}.{name}", member.__doc__
+
+
+def test_all_that_is_public_is_documented():
+    names = {name for name, _ in documented()}
+    assert len(names) == len(list(documented())) and len(names) > 35
+    assert {"Layout.size", "Layout.encode_batch", "Dump.frame", "read_dumps"} < names
 
 
 @pytest.mark.parametrize("name, text", documented())
