@@ -53,7 +53,7 @@ TEST( Reference, thePagesOfTheRepositoryAreCurrent ) {
    ASSERT_EQ( outcome.status, 0 );
    const auto now = filesOf( made );
    const auto before = filesOf( VORN_REFERENCE );
-   EXPECT_EQ( now.size(), Hardware::classNames().size() + 1 );
+   EXPECT_EQ( now.size(), Hardware::classNames().size() + 2 ); // and two indexes
    for( const auto& [file, text] : now ) {
       ASSERT_TRUE( before.count( file ) ) << file;
       EXPECT_TRUE( before.at( file ) == text ) << file << " is not current";
@@ -84,11 +84,14 @@ TEST( Reference, aTable ) {
    expectLine( table, "| 10,12: 0 | 0x1100000 | 1 | 2048 | 0: 4 / 6, 1: 6 / 6 |" );
    expectLine( table, "| 14: 0 | 0x1100000 | 1 | 2048 | 0: 16 / 36, 1: 18 / 36 |" );
 
-   expectLine( table, "| `action` | 3 | `ACTION` | `U32` | 2-8,10,12-16: 0 |" );
+   expectLine( table, "| `action` | 3 | `ACTION` | `U32` | "
+                      "0-19 on 2,3: 0<br>0-23 on 4-8: 0<br>0-31 on 10,12-16: 0 |" );
    expectLine( table, "| [1](#format-1) | 2,3: 0 | 1 | 12 |" );
    expectLine( table, "| [2](#format-2) | 4-8: 0 | 1 | 8 |" );
    expectLine( table, "| [3](#format-3) | 10,12-16: 0 | 1 | 32 |" );
-   expectLine( table, "### Format 2\n\nChip types and variants 4-8: 0\n\n```text" );
+   expectLine( table, "### Format 2\n\nChip types and variants 4-8: 0\n\n"
+                      "Differs least from [format 1](#format-1), [format 3](#format-3), each in "
+                      "1 field.\n\n```text" );
    expectLine( table, "bit  width  field\n  0     24  action\n 24      8  unused\n```" );
    EXPECT_EQ( pageOf( table ).find( "## Tags" ), std::string::npos );
 }
@@ -99,17 +102,19 @@ TEST( Reference, aTableWithTagsAndWithoutAnAddress ) {
    expectLine( table, "| 2,3: 0-4,6 | 0x1070000 | 1 | 16384 | 0 / 52 |" );
    expectLine( table, "| 10,12: 0-4,6-11 | 0x0 | 1 | - | 10 / 1 |" );
    expectLine( table, "| 10,12-16: 3 | `resultType` 0x25 |" );
-   expectLine( table, "| `resultType` | 296 | `RESULT_TYPE` | `U8`, read-only | 10,12-16: "
-                      "0-4,6-11; 21: 0 |" );
-   expectLine( table, "| `mdbEntry` | 243 | `MDB_ENTRY` | `Raw256` | 10,12-16: 0-4,6-11; 21: 0 |" );
-   expectLine( table, "### Format 31\n\nChip types and variants 21: 0\n\n```text" );
+   expectLine( table,
+               "| `resultType` | 296 | `RESULT_TYPE` | `U8`, read-only | 174-179 on 10,12-16: "
+               "0-4,6-11; 21: 0 |" );
+   expectLine( table, "| `mdbEntry` | 243 | `MDB_ENTRY` | `Raw256` | 0-179 on 10,12-16: 0-4,6-11; "
+                      "21: 0 |" );
+   expectLine( table, "### Format 31\n\nChip types and variants 21: 0\n" );
    EXPECT_EQ( pageOf( table ).find( "resultType` 0x0" ), std::string::npos );
    EXPECT_EQ( pageOf( table ).find( "### Format 32" ), std::string::npos );
 }
 
 TEST( Reference, aRegister ) {
    expectLine( "FheiIveSizeReg", "| `pphFheiIveSize` | 284 | `PPH_FHEI_IVE_SIZE` | `Raw128` | "
-                                 "2-8: 0 |" );
+                                 "0-127 on 2-8: 0 |" );
    const auto index = Vorn::referencePages().front();
    EXPECT_EQ( index.file, "index.md" );
    EXPECT_NE(
@@ -119,6 +124,17 @@ TEST( Reference, aRegister ) {
                                "10,12-16: 0-4,6-11; 21: 0 |\n" ),
               std::string::npos );
    EXPECT_NE( index.text.find( "\n| 12 | `BCM88690_V6_B0` |\n" ), std::string::npos );
+}
+
+TEST( Reference, fieldsByName ) {
+   const auto page = Vorn::referencePages()[1];
+   EXPECT_EQ( page.file, "fields.md" );
+   EXPECT_NE( page.text.find( "| `vlanDomain` | 351 | `VLAN_DOMAIN` | "
+                              "[EgressPerPortTable](EgressPerPortTable.md#fields), " ),
+              std::string::npos );
+   EXPECT_EQ( std::count( page.text.begin(), page.text.end(), '\n' ), 4 + 2 + 332 ) << page.text;
+   EXPECT_LT( page.text.find( "| `actionProfileIdx` |" ),
+              page.text.find( "| `bypassFiltering` |" ) );
 }
 
 // The pages state two steps; every address is to follow from them.

@@ -13,6 +13,8 @@
 #include <Vorn/Value.h>
 
 #include <algorithm>
+#include <cctype>
+#include <map>
 #include <optional>
 #include <span>
 #include <utility>
@@ -22,6 +24,7 @@ namespace Vorn {
 namespace {
 
 constexpr auto indexFile = "index.md";
+constexpr auto fieldsFile = "fields.md";
 
 std::vector<Layout> layoutsOf( std::string_view table ) {
    std::vector<Layout> layouts;
@@ -33,7 +36,7 @@ std::vector<Layout> layoutsOf( std::string_view table ) {
    return layouts;
 }
 
-// A fact, and the pairs it holds for.
+// A fact, and the pairs that it holds for.
 template<class Fact>
 struct Group {
    Fact fact;
@@ -47,7 +50,7 @@ struct Group {
    }
 };
 
-// What `factOf` says of each pair, with the pairs that it says the same of side by side.
+// What `factOf` returns for each pair, with the pairs that have the same fact grouped.
 template<class FactOf>
 auto grouped( std::span<const Layout> layouts, FactOf factOf ) {
    std::vector<Group<decltype( factOf( layouts.front() ) )>> groups;
@@ -86,8 +89,7 @@ std::string tableOf( const std::vector<Cells>& rows ) {
    return text;
 }
 
-// A row for each kind of cells that `cellsOf` makes of the pairs, if any, after the pairs it is
-// for.
+// A row for each distinct result of `cellsOf` that isn't empty, after its pairs.
 template<class CellsOf>
 std::string tableOf( std::span<const Layout> layouts, const Cells& headings, CellsOf cellsOf ) {
    std::vector<Cells> rows;
@@ -169,33 +171,96 @@ std::string tags( std::span<const Layout> layouts ) {
    return any ? "## Tags\n\n" + tableOf( layouts, { "tag" }, tagCells ) + '\n' : "";
 }
 
+// "0-19 on 2,3: 0<br>0-23 on 4-8: 0"
+std::string placesText( std::string_view table, const Hardware::FieldInfo& field ) {
+   std::string text;
+   for( const FieldPlace& place :
+        placesOf( { table, field.name, hardwareNameOf( field.identifier ), field.identifier,
+                    field.readOnly, pairsWithField( table, field.identifier ) } ) ) {
+      text.append( text.empty() ? "" : "<br>" ).append( std::to_string( place.offset ) );
+      if( place.width > 1 ) {
+         text.append( "-" ).append( std::to_string( place.offset + place.width - 1 ) );
+      }
+      text.append( " on " ).append( textOf( place.pairs ) );
+   }
+   return text;
+}
+
 std::string fields( std::string_view table ) {
    std::vector<Cells> rows{ { "field", "identifier", "hardware name", "type",
-                              "chip types: variants" } };
+                              "bits on chip types: variants" } };
    for( const auto& field : Hardware::classFields( table ) ) {
       const std::string type = '`' + typeOf( table, field.identifier ) + '`';
       rows.push_back( { '`' + std::string( field.name ) + '`', std::to_string( field.identifier ),
                         '`' + std::string( hardwareNameOf( field.identifier ) ) + '`',
                         type + ( field.readOnly ? ", read-only" : "" ),
-                        textOf( pairsWithField( table, field.identifier ) ) } );
+                        placesText( table, field ) } );
    }
    return "## Fields\n\n" + tableOf( rows );
+}
+
+std::string formatLink( std::size_t number, std::string_view words = "" ) {
+   const std::string text = std::to_string( number );
+   return std::string( "[" ).append( words ).append( text ) + "](#format-" + text + ')';
+}
+
+// The formats that differ from one of them in the fewest fields, by their first pairs.
+std::string nearest( std::span<const Layout> formats, std::size_t one ) {
+   std::vector<std::size_t> others;
+   Difference least;
+   for( std::size_t other = 0; other < formats.size(); ++other ) {
+      if( other == one ) {
+         continue;
+      }
+      Difference difference = differenceOf( formats[one], formats[other] );
+      if( others.empty() || difference.fields.size() < least.fields.size() ) {
+         others.clear();
+         least = std::move( difference );
+      } else if( difference.fields.size() > least.fields.size() ) {
+         continue;
+      }
+      others.push_back( other );
+   }
+   std::string text;
+   for( const std::size_t other : others ) {
+      text.append( text.empty() ? "Differs least from " : ", " );
+      text.append( formatLink( other + 1, "format " ) );
+   }
+   if( text.empty() ) {
+      return text;
+   }
+   const auto count = least.fields.size();
+   text.append( others.size() > 1 ? ", each in " : " in " ).append( std::to_string( count ) );
+   text.append( count == 1 ? " field" : " fields" );
+   if( others.size() == 1 && count <= 6 ) {
+      for( const auto& field : least.fields ) {
+         text.append( &field == &least.fields.front() ? ": `" : ", `" );
+         text.append( field.name ).append( "`" );
+      }
+   }
+   return text + ".\n\n";
 }
 
 std::string formats( std::span<const Layout> layouts ) {
    const auto groups =
       grouped( layouts, []( const Layout& layout ) { return BitOrder( layout ); } );
+   std::vector<Layout> firsts;
+   for( const auto& group : groups ) {
+      firsts.emplace_back( layouts.front().table(), U64( group.pairs.front().chip ),
+                           group.pairs.front().variants.front() );
+   }
    std::vector<Cells> rows{ { "format", "chip types: variants", "fields", "unused bits" } };
    std::string drawings;
    for( const auto& group : groups ) {
       const std::string number = std::to_string( rows.size() );
       const std::string pairs = textOf( group.pairs );
       const Drawing drawing( group.fact, textRoom() );
-      rows.push_back( { '[' + number + "](#format-" + number + ')', pairs,
+      rows.push_back( { formatLink( rows.size() ), pairs,
                         std::to_string( group.fact.fields().size() ),
                         std::to_string( group.fact.unusedBits() ) } );
-      drawings += "\n### Format " + number + "\n\nChip types and variants " + pairs +
-                  "\n\n```text\n" + drawnAsText( drawing, BoxLines::ascii ) + '\n' +
+      drawings += "\n### Format " + number + "\n\nChip types and variants " + pairs + "\n\n" +
+                  nearest( firsts, rows.size() - 2 ) + "```text\n" +
+                  drawnAsText( drawing, BoxLines::ascii ) + '\n' +
                   fieldList( drawing, Listed::places ) + "```\n";
    }
    return "## Formats\n\n" + tableOf( rows ) + drawings;
@@ -207,6 +272,32 @@ std::string pageOf( std::string_view table ) {
           "), with what the words on this page mean.\n\n" + memory( layouts ) + '\n' +
           addresses( layouts ) + '\n' + tags( layouts ) + fields( table ) + '\n' +
           formats( layouts );
+}
+
+std::string fieldsPage() {
+   std::map<std::string, Cells> byName; // in alphabetical order, ignoring case
+   for( const FieldUse& use : usesOf( "*" ) ) {
+      std::string key( use.name );
+      std::transform( key.begin(), key.end(), key.begin(), []( unsigned char letter ) {
+         return static_cast<char>( std::tolower( letter ) );
+      } );
+      const auto row =
+         byName
+            .try_emplace( key, Cells{ '`' + std::string( use.name ) + '`',
+                                      std::to_string( use.identifier ),
+                                      '`' + std::string( use.hardwareName ) + '`', "" } )
+            .first;
+      std::string& tables = row->second.back();
+      tables.append( tables.empty() ? "[" : ", [" ).append( use.table ).append( "](" );
+      tables.append( use.table ).append( ".md#fields)" );
+   }
+   std::vector<Cells> rows{ { "field", "identifier", "hardware name", "tables" } };
+   for( auto& [key, cells] : byName ) {
+      rows.push_back( std::move( cells ) );
+   }
+   return std::string(
+             "# Fields\n\nAll fields by name, with the tables that have them. [Tables " ) +
+          "and registers](" + indexFile + ").\n\n" + tableOf( rows );
 }
 
 std::string indexPage() {
@@ -224,33 +315,36 @@ std::string indexPage() {
    for( const Chip& chip : allChips() ) {
       chips.push_back( { std::to_string( chip.number ), '`' + chip.name + '`' } );
    }
-   return "# Tables and registers\n\n"
-          "What the library knows of each. `vorn reference` has written these pages.\n\n" +
-          tableOf( tables ) + "\n## Chip types\n\n" + tableOf( chips ) +
+   return std::string(
+             "# Tables and registers\n\nWhat the library knows about each; [all fields by "
+             "name](" ) +
+          fieldsFile + "). Written by `vorn reference`.\n\n" + tableOf( tables ) +
+          "\n## Chip types\n\n" + tableOf( chips ) +
           R"(
 ## How to read the pages
-- **Chip types and variants.** `2,3: 0-4,6; 4-8: any` are the chip types 2 and 3 with the variants 0
-  to 4 and 6, and the chip types 4 to 8, which don't look at the variant.
-- **Memory.** An entry has so many 32-bit words. Of each of the memory's instances, each array
-  element has so many entries.
+- **Chip types and variants.** `2,3: 0-4,6; 4-8: any` means chip types 2 and 3 with variants 0 to 4
+  and 6, and chip types 4 to 8, which ignore the variant.
+- **Memory.** The size of an entry in 32-bit words, the entries of each array element, the array
+  elements of each instance, and the instances.
 - **Addresses.** An entry lies at base + entry * entry step + array element * array step. The
-  identifier, which selects the instance, changes `accessType` and `destBlock` alone.
-- **Tags.** The values of the read-only fields, by which the format of an entry is told. Pairs that
+  identifier selects the instance and changes only `accessType` and `destBlock`.
+- **Tags.** The values of the read-only fields, which identify the format of an entry. Pairs that
   aren't listed have no tag.
+- **Fields.** `48-59 on 2-8: 0-2` means bits 48 to 59 of the entry on chip types 2 to 8 with variants
+  0 to 2.
 - **Formats.** Pairs with the same fields at the same bits share a format. Each row of a drawing is a
-  32-bit word of the entry, or several words that would look alike, with the most significant bit at
-  the left; bit 0 of an entry is the least significant bit of byte 0. The numbers beside a row are
-  its highest and its lowest bit. Fields beside "or" share bits with those above them. Where a name
-  doesn't fit, a key stands for it, which the list below the drawing explains. The cell `vsi[5:0]`
-  holds the bits 5 to 0 of the field `vsi`. Bits of no field are `unused`, or a dot where that
-  doesn't fit.
+  32-bit word of the entry, or several words that look alike, with the most significant bit at the
+  left; bit 0 of an entry is the least significant bit of byte 0. The numbers beside a row are its
+  highest and lowest bit. Fields beside "or" share bits with those above them. If a name doesn't fit,
+  a key stands for it, which the list below the drawing explains. The cell `vsi[5:0]` holds bits 5 to
+  0 of the field `vsi`. Bits of no field are `unused`, or a dot if that doesn't fit.
 )";
 }
 
 } // namespace
 
 std::vector<Page> referencePages() {
-   std::vector<Page> pages{ { indexFile, indexPage() } };
+   std::vector<Page> pages{ { indexFile, indexPage() }, { fieldsFile, fieldsPage() } };
    for( const auto table : Hardware::classNames() ) {
       pages.push_back( { std::string( table ) + ".md", pageOf( table ) } );
    }

@@ -11,7 +11,8 @@ struct Page {
    std::string text;
 };
 
-// The index first, then a page for each table or register in registry order.
+// The indexes by table and by field first, then a page for each table or register in registry
+// order.
 std::vector<Page> referencePages();
 
 } // namespace Vorn

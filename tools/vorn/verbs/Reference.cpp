@@ -18,7 +18,7 @@ namespace Vorn {
 
 namespace {
 
-// A folder, made with those above it. Those that were not there go again unless they are kept.
+// A folder, made with those above it. New ones are removed again unless they are kept.
 class NewFolder {
 public:
    explicit NewFolder( const std::filesystem::path& path ) {
@@ -68,10 +68,10 @@ Verb addReference( CLI::App& commandLine ) {
    const auto folder = std::make_shared<std::string>();
    verb->add_option( "DIR", *folder, "Folder of the pages, made if there is none" )->required();
    describe( *verb,
-             "Writes a page of Markdown for each table or register, and index.md, into the folder: "
-             "chip types and variants, dimensions, addresses, tags, fields, and a drawing of each "
-             "format. Pages of these names that are there already are replaced, all of them or "
-             "none; other files are left alone.",
+             "Writes a page of Markdown for each table or register into the folder: chip types and "
+             "variants, dimensions, addresses, tags, fields, and a drawing of each format; and the "
+             "indexes index.md by table and fields.md by field. Existing pages of these names are "
+             "replaced, all of them or none; other files are left alone.",
              "  vorn reference reference" );
    return { verb, [folder]( Output& ) { writeReference( *folder ); } };
 }
