@@ -9,10 +9,31 @@ install( TARGETS VornTunnelKelvar VornAt EXPORT VornTunnelKelvarTargets
          ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development )
 install( DIRECTORY include/Hardware DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
          COMPONENT development )
+# Each class's accessors written out with comments, for editors. A class whose datasheet isn't current
+# goes without.
+find_program( AWK awk )
+mark_as_advanced( AWK )
+file( STRINGS include/Hardware/detail/Classes.def classes REGEX "^HARDWARE_CLASS" )
+foreach( class ${classes} )
+   string( REGEX REPLACE ".*\\( (.*) \\).*" "\\1" class "${class}" )
+   set( fields ${PROJECT_SOURCE_DIR}/include/Hardware/fields/${class}.def )
+   set( datasheet ${PROJECT_SOURCE_DIR}/docs/reference/${class}.md )
+   if( AWK AND EXISTS ${datasheet} )
+      set_property( DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${fields} ${datasheet} )
+      execute_process( COMMAND ${AWK} -v form=header -f ${PROJECT_SOURCE_DIR}/docs/accessors.awk
+                               ${fields} ${datasheet}
+                       OUTPUT_VARIABLE accessors RESULT_VARIABLE differs )
+      if( NOT differs )
+         file( CONFIGURE OUTPUT accessors/Hardware/accessors/${class}.inc CONTENT "${accessors}" @ONLY )
+         install( FILES ${PROJECT_BINARY_DIR}/accessors/Hardware/accessors/${class}.inc
+                  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Hardware/accessors COMPONENT development )
+      endif()
+   endif()
+endforeach()
 install( EXPORT VornTunnelKelvarTargets NAMESPACE Vorn:: DESTINATION ${package_folder}
          COMPONENT development )
 
-# Targets of its own, since it may be missing where the library is.
+# A target file of its own, since the codec may be missing where the library is installed.
 install( TARGETS VornCodec EXPORT VornCodecTargets
          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
                  COMPONENT codec NAMELINK_COMPONENT codecDevelopment
@@ -31,13 +52,13 @@ install( FILES ${PROJECT_BINARY_DIR}/VornTunnelKelvarConfig.cmake
                cmake/SitePlatform.cmake
          DESTINATION ${package_folder} COMPONENT development )
 
-# The platform's flags, where it isn't in the same prefix.
+# The platform's flags, if it isn't in the same prefix.
 if( VORN_PLATFORM )
    set( platform_cflags "-I${VORN_PLATFORM}/include" )
    get_filename_component( platform_library_folder ${VORN_Kelvar_LIBRARY} DIRECTORY )
    set( platform_libs "-L${platform_library_folder}" )
 endif()
-# From where the pkg-config files lie, so that the tree can be installed anywhere.
+# Relative to the pkg-config files, so that the tree can be installed anywhere.
 file( RELATIVE_PATH up_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX} )
 function( installPkgConfig name component )
    configure_file( cmake/${name}.pc.in ${name}.pc @ONLY )

@@ -1,52 +1,12 @@
 # Doxygen's input filter: prints a public header with documentation in place of its comments, and
-# with the text that it includes into its class written out, where Doxygen would leave it out. The
-# accessors' own macros stay; each field's row becomes a group of members with the field's names.
+# with the text that it includes into its class, which Doxygen would leave out. The accessors have a
+# page of their own for each class (docs/accessors.awk), which the class links.
 #
-#    awk -v include=include -f docs/doxygen-filter.awk include/Hardware/LifTable.h
+#    awk -v folder=include -f docs/doxygen-filter.awk include/Hardware/LifTable.h
 
-# "HARDWARE_FIELD( U8, vsi, Vsi )": its arguments into argument[1] and on.
-function splitRow( row ) {
-   sub( /^[A-Z_]+\( /, "", row )
-   sub( / \).*/, "", row )
-   split( row, argument, /, / )
-}
-
-function readCatalogue(   file, row ) {
-   file = include "/Hardware/fields/Catalogue.def"
-   while( ( getline row < file ) > 0 ) {
-      if( row ~ /^HARDWARE_FIELD_ID\(/ ) {
-         splitRow( row )
-         catalogue[++catalogueRows] = row " ///< `" argument[3] "`"
-         names[argument[2]] = "`" argument[3] "`, identifier " argument[1]
-      }
-   }
-   close( file )
-}
-
-function printCatalogue(   number ) {
-   for( number = 1; number <= catalogueRows; ++number ) {
-      print catalogue[number]
-   }
-}
-
-function printFields(   file, row ) {
-   file = include "/" fields
-   while( ( getline row < file ) > 0 ) {
-      if( row ~ /^HARDWARE_(FIELD|WIDE|TAG)\(/ ) {
-         splitRow( row )
-         print "/// @name " argument[2]
-         print "/// " names[argument[2]] ( row ~ /^HARDWARE_TAG/ ? ", read-only." : "." )
-         print "/// @{"
-         print row
-         print "/// @}"
-      }
-   }
-   close( file )
-}
-
-# The comment gathered before `line`. What a header begins with is about the file; what stands in
-# included text before nothing, or before a macro, is about the class, but for the first paragraph,
-# which speaks to the header that includes it.
+# The comment before `line`. The first comment of a header is about the file. In included text, a
+# comment before an empty line or a macro is about the class, except for the first paragraph, which
+# is about the inclusion.
 function printComment( line, atTop, isHeader ) {
    if( comment == "" ) {
       return
@@ -70,7 +30,10 @@ function printFile( file, isHeader,   line, atTop ) {
          continue
       }
       if( sub( /^ *\/\//, "&/", line ) ) {
-         sub( /\/\/\/   /, "& ", line ) # code, which Doxygen wants indented by four
+         if( !sub( /\/\/\/   /, "& ", line ) ) { # code, which Doxygen wants indented by four
+            gsub( /<Hardware\/[a-zA-Z\/]*<Class>[.]h>/, "`&`", line )
+            gsub( /``/, "`", line )
+         }
          comment = comment line "\n"
          continue
       }
@@ -78,16 +41,19 @@ function printFile( file, isHeader,   line, atTop ) {
       atTop = 0
       if( line ~ /^#define HARDWARE_VIEW / ) {
          view = substr( line, 23 )
-      } else if( line ~ /^#define HARDWARE_FIELDS / ) {
-         fields = substr( line, 26, length( line ) - 26 )
       } else if( line == "#include <Hardware/detail/DeclareFields.inc>" ) {
          continue # once more the same fields, as types
       } else if( line ~ /^#include <.*\.inc>$/ ) {
-         printFile( include "/" substr( line, 11, length( line ) - 11 ), 0 )
-      } else if( line == "#include HARDWARE_FIELDS" ) {
-         printFields()
-      } else if( line == "#include <Hardware/fields/Catalogue.def>" ) {
-         printCatalogue()
+         if( line !~ /AtClass/ ) {
+            printFile( folder "/" substr( line, 11, length( line ) - 11 ), 0 )
+         }
+      } else if( line ~ /^#include <Hardware\/(fields\/Catalogue|detail\/Classes)[.]def>/ ) {
+         continue # listed in docs/reference/
+      } else if( line ~ /^#define HARDWARE_WRITTEN_OUT/ ) {
+         print "/// @class Hardware::" view "\n/// @details"
+         print "/// All fields with their accessors and places: @ref " view "-accessors."
+         while( line !~ /^#undef HARDWARE_WRITTEN_OUT/ && ( getline line < file ) > 0 ) {
+         }
       } else {
          gsub( /HARDWARE_VIEW/, view, line )
          sub( /[;,] +\/\//, "&/<", line )
@@ -98,7 +64,6 @@ function printFile( file, isHeader,   line, atTop ) {
 }
 
 BEGIN {
-   readCatalogue()
    printFile( ARGV[1], 1 )
    exit
 }

@@ -1,4 +1,4 @@
-# Sourced: needPackages PACKAGE... sees to it that the Debian packages are there. Run as root it
+# Sourced: needPackages PACKAGE... ensures that the Debian packages are installed. As root it
 # installs the missing ones; otherwise it names them and ends the script.
 needPackages() {
    missing=''
@@ -19,6 +19,6 @@ needPackages() {
 
 buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev libzstd-dev
                pybind11-dev python3-dev python3-numpy libsqlite3-dev'
-testPackages='libgtest-dev libgmock-dev clang pkg-config binutils abigail-tools xz-utils patch man-db zsh fish
+testPackages='libgtest-dev libgmock-dev clang clangd pkg-config binutils abigail-tools xz-utils patch man-db zsh fish
               sqlite3 gdb python3-jsonschema python3-pytest python3-hypothesis python3-pandas mypy
               python3-zstandard python3-matplotlib python3-distributed python3-build python3-setuptools python3-wheel'
