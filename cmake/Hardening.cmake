@@ -1,4 +1,4 @@
-# What makes a mistake in a program harder to exploit, for all that is built from here on.
+# Measures that make a mistake harder to exploit, for everything built from here on.
 option( VORN_HARDENING "Build with stack protectors, checked calls and the like" ON )
 
 # A sanitizer watches more closely, and replaces what would be checked.
@@ -6,7 +6,7 @@ if( NOT VORN_HARDENING OR VORN_BUILD_FUZZERS OR CMAKE_CXX_FLAGS MATCHES "-fsanit
    return()
 endif()
 
-# Returns and jumps go only where the program means them to, by what the machine has for that.
+# Returns and jumps go only to marked targets, with the machine's own protection.
 if( CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i.86)$" )
    set( vorn_x86 TRUE )
    add_compile_options( -fcf-protection=full )
@@ -16,7 +16,7 @@ endif()
 add_compile_options( -fstack-protector-strong )
 string( TOUPPER "${CMAKE_BUILD_TYPE}" build_type )
 if( "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${build_type}}" MATCHES "-O[123s]" )
-   # The checks fold to nothing without optimisation, and the headers warn of that.
+   # The checks need optimisation; without it the headers warn.
    add_compile_options( -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 )
    set( vorn_fully_hardened TRUE )
 endif()

@@ -17,7 +17,7 @@ int main() {
    }
    const std::shared_ptr<Kelvar::AsicBase> view = Hardware::stringObj( "LifTable", chip, variant );
 
-   // By name, by identifier, and, on the view as what it is, by type.
+   // By name, by identifier, and, on the view's own class, by typed setter.
    view->stringFieldIs( "vlanEditVid1", 100 );
    view->setField64( Hardware::FieldId::vlanEditVid2, 200 );
    auto& lif = dynamic_cast<Hardware::LifTable&>( *view );

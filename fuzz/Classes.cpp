@@ -7,7 +7,7 @@ namespace Fuzz {
 
 namespace {
 
-// A view whose members can be set behind its back.
+// A view whose members can be set directly.
 template<class V>
 struct Probe : V {
    using V::V;

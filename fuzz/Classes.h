@@ -39,7 +39,7 @@ struct Class {
 
    std::unique_ptr<View> ( *make )( Hardware::ChipType, U8* buf, U16 len, bool existingEntry,
                                     U8 variant );
-   // Of a view from `make`: sets its members behind its back.
+   // Sets the members of a view from `make` directly.
    void ( *pairIs )( View&, U8 chipType, U8 variant );
    Bits ( *getAllFields )( const View& );
    // The discriminator; null where the class has none.

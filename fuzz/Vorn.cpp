@@ -133,7 +133,7 @@ std::string linesBefore( const std::string& error, const std::string& input ) {
    if( std::sscanf( error.c_str(), "<stdin>:%zu:%zu: ", &number, &column ) != 2 ) {
       found( "the error has no place: " + error );
    }
-   // The place may be the end of the input, behind the last line.
+   // The place may be the end of the input, after the last line.
    auto lines = linesOf( input );
    lines.emplace_back();
    if( number < 1 || number > lines.size() || column < 1 ||

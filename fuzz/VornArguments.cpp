@@ -1,5 +1,5 @@
-// Any lines as the arguments of vorn, and what stands behind an empty one as its standard input.
-// The first byte chooses the verb, as few texts have one.
+// Any lines as the arguments of vorn, and what follows an empty line as its standard input. The
+// first byte chooses the verb, as few texts have one.
 //
 // Wrong usage prints nothing but its error, JSON is valid, and a traced verb prints the same as one
 // that isn't. Left out are arguments by which files would be written or read.

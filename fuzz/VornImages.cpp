@@ -227,7 +227,7 @@ std::string asDump( const Image& image, FuzzedDataProvider& ) {
 
 std::string asArray( const Image& image, FuzzedDataProvider& ) { return Json( image ).dump(); }
 
-// Any images: of the own pair, or of any pairs behind their names.
+// Any images: of the own pair, or of any pairs after their names.
 void runWritten( const DecodeArguments& arguments, FuzzedDataProvider& input ) {
    constexpr std::string ( *ways[] )( const Image&, FuzzedDataProvider& ) = { asDigits, asWords,
                                                                               asDump, asArray };
@@ -273,7 +273,7 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    arguments.paths = { "-" };
    arguments.form = Vorn::DecodeForm::json;
    arguments.printsEmpty = true; // each image has its line
-   // The choices are in the last bytes, behind the text.
+   // The choices are in the last bytes, after the text.
    if( input.ConsumeBool() ) {
       arguments.pair = Fuzz::somePair( input );
    }

@@ -265,7 +265,7 @@ void runMade( FuzzedDataProvider& input ) {
 
 extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    FuzzedDataProvider input( data, size );
-   // The choice is in the last byte, behind the text.
+   // The choice is in the last byte, after the text.
    if( input.ConsumeBool() ) {
       Fuzz::runMade( input );
    } else {

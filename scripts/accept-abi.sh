@@ -1,5 +1,5 @@
 #!/bin/sh
-# Makes what programs depend on now the baselines in abi/. Only for changes that are meant.
+# Updates the baselines in abi/ to the present libraries. Only for intended changes.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the library in many ways and holds the results against each other: the same test programs
-# pass over each, and vornDump prints the same bytes. And two builds of one tree in different
-# folders are the same, byte for byte.
+# Builds the library in many ways and compares the results: the same test programs pass over each,
+# and vornDump prints the same bytes. Two builds of one tree in different folders are the same, byte
+# for byte.
 #    check-builds.sh            all of it, which takes long
 #    check-builds.sh NAME...    some: {gcc,clang}-O{0,1,2,3}[-ndebug], {gcc,clang}-lto,
 #                               {gcc,clang}-static, {gcc,clang}-lto-static, aarch64, reproducible
@@ -25,7 +25,7 @@ if [ $# -eq 0 ]; then
    names+=(aarch64 reproducible)
 fi
 
-# Configures, builds and is quiet unless that fails: make FOLDER "TARGET..." ARGUMENT...
+# Configures and builds, quietly unless that fails: make FOLDER "TARGET..." ARGUMENT...
 make() {
    local folder=$1 targets=$2
    shift 2
@@ -49,7 +49,7 @@ check() {
    unset LD_LIBRARY_PATH
 }
 
-# The programs are those of the release build; what it prints is what all others must print.
+# The programs are those of the release build; all others must print what it prints.
 make "$base" "${libraries[*]} ${programs[*]} vorn" -DVORN_BUILD_TESTS=ON
 "$base/tests/hardening/vornDump" >"$work/dump"
 
@@ -65,7 +65,7 @@ reproducible() {
    done
 }
 
-# For the other machine that the library is for, with the tests that run nothing of this one, and
+# For the other supported machine, without the tests that run programs of this one, and with
 # GoogleTest from its sources.
 aarch64() {
    needPackages g++-aarch64-linux-gnu qemu-user-static googletest
@@ -118,7 +118,7 @@ for name in "${names[@]}"; do
    fi
    arguments+=("-DCMAKE_CXX_FLAGS_RELEASE=$flags")
    [[ $name != *-lto* ]] || arguments+=(-DCMAKE_INTERPROCEDURAL_OPTIMIZATION=ON)
-   # Without NDEBUG or with it, ccache sees one and the same source.
+   # With and without NDEBUG, ccache sees the same source.
    ! command -v ccache >/dev/null || arguments+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
    rm -rf "$folder"
    if [[ $name == *-static ]]; then

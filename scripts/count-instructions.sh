@@ -1,7 +1,7 @@
 #!/bin/sh
 # Counts with callgrind the instructions that each row of the benchmarks takes for one operation,
 # and prints them: library, baseline, row.
-#    --check    compares them with bench/counts/baseline.txt instead, and fails where the library
+#    --check    compares them with bench/counts/baseline.txt instead, and fails if the library
 #               takes over a tenth more
 #    --accept   makes them the new bench/counts/baseline.txt
 # The counts repeat exactly on one machine with one compiler.

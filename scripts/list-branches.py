@@ -31,7 +31,7 @@ def branches_of(line, functions):
     taken = [branch['count'] > 0 for branch in line['branches'] if not branch['throw']]
     if 'function_name' in line:
         return [taken]
-    # Those of all instances of a template, one behind the other.
+    # Those of all instances of a template, in order.
     starts = [function['start_line'] for function in functions
               if function['start_line'] <= line['line_number'] <= function['end_line']]
     size = len(taken) // (starts.count(max(starts)) if starts else 1)
@@ -56,7 +56,7 @@ def counters(root, build):
 
 def main():
     root, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
-    # By file, line and number of branches, as instances may differ in that: whether it was taken.
+    # Whether it was taken, by file, line and number of branches, in which instances may differ.
     taken = collections.defaultdict(list)
     for name, number, branches in counters(root, build):
         known = taken[name, number, len(branches)]

@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 needPackages $buildPackages $testPackages gcovr
 
 build=${VORN_COVERAGE_BUILD:-build/coverage}
-# What is inlined even without optimisation would count its branches again in each caller.
+# Code that is inlined even without optimisation would count its branches again in each caller.
 cmake --preset debug -B "$build" -DCMAKE_CXX_COMPILER=g++ -DVORN_BUILD_TESTS=ON \
    -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF \
    -DCMAKE_CXX_FLAGS='--coverage -fprofile-update=atomic -Dalways_inline=unused' >&2

@@ -1,7 +1,7 @@
 #!/bin/sh
-# Builds the fuzzers and lets each run for some seconds, 20 if not given, one after the other. Ends
-# with another status than 0 at a finding, whose input lies in build/fuzz/findings then. What the
-# inputs have reached is kept in build/fuzz/corpus, and the next run goes on from there.
+# Builds the fuzzers and runs each for some seconds, 20 if not given. Fails at a finding, whose
+# input is then in build/fuzz/findings. The corpus is kept in build/fuzz/corpus, and the next run
+# continues from there.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -21,7 +21,8 @@ for fuzzer in $fuzzers; do
    echo "== $fuzzer"
    corpus=$build/corpus/$fuzzer
    mkdir -p "$corpus"
-   # A sequence of operations is as long as its input, from the beginning; coverage hardly guides it.
+   # Inputs of full length from the beginning, since a sequence of operations is as long as its
+   # input and coverage hardly guides it.
    set -- -len_control=0 -entropic=0 "$corpus"
    if [ -d "fuzz/seeds/$fuzzer" ]; then
       set -- -dict=fuzz/vorn.dict "$corpus" "fuzz/seeds/$fuzzer"

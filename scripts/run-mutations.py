@@ -25,7 +25,7 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# How many mutants of each hundred are drawn from where.
+# How many of a hundred mutants are drawn from each place.
 SHARES = {'classes': 66, 'frame': 20, 'platform': 9, 'registry': 5}
 
 Mutant = collections.namedtuple('Mutant', 'file kind begin end text')
@@ -65,7 +65,7 @@ def one_more_or_less(rng, match, least=0):
     return changed_number(match, rng.choice([1, -1] if value > least else [1]))
 
 
-# The numbers of a row, behind its chip types and variants.
+# The numbers of a row, after its chip types and variants.
 ROW_KINDS = {
     'dimensions': ['width', 'entries', 'array elements', 'instance count', 'max identifier',
                    'address stride'],
@@ -162,7 +162,7 @@ OPERATORS = {
 }
 OPERATOR = re.compile(r'(?<=[\w)\]}] )(?:' + '|'.join(
     sorted(map(re.escape, OPERATORS), key=len, reverse=True)) + r')(?= [\w(~!"\'-])')
-# Nothing that runs: the compiler's own checks, hints to it, and prose for people.
+# Lines that don't run: the compiler's own checks, hints to it, and text for people.
 NOT_CODE = re.compile(r'static_assert|#\s*(include|pragma|error)|template<|__attribute__|'
                       r'static_cast<void>|^\s*(friend|using|namespace|struct|class|enum)\b')
 
@@ -260,7 +260,7 @@ def drawn(tree, count, seed):
 
 # --- Building and testing -------------------------------------------------------------------------
 
-# What the tests concerned are, and what they stand on.
+# The tests concerned, and what they depend on.
 TARGETS = ('src/libVornTunnelKelvar.so', 'platform/libKelvar.so', 'platform/libOru.so',
            'platform/libHwVornFennTypes.so', 'platform/kelvarTest', 'platform/oruTest',
            'platform/hwVornFennTypesTest', 'tests/frameTest', 'tests/registryTest',
@@ -298,7 +298,7 @@ class Bench:
         self.sources = {}
         for command in commands:
             words = shlex.split(command['command'])
-            # A mutant is compiled once: no use in keeping it.
+            # A mutant is compiled once, so ccache needn't keep it.
             words = words[1:] if words[0].endswith('ccache') else words
             name = words[words.index('-o') + 1]
             self.compile[name] = words
@@ -366,7 +366,7 @@ class Bench:
         except subprocess.TimeoutExpired:
             raise Killed('test: without end')
         if result.returncode != 0:
-            # Of a crash, the test that was running.
+            # The test that was running at a crash.
             failed = re.findall(r'^\[ +(?:RUN|FAILED) +\] ([\w./]+)', result.stdout, re.M)
             raise Killed('test: ' + (failed[-1] if failed else 'crash'))
 

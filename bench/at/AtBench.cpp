@@ -1,6 +1,6 @@
-// What At costs beside views of one fixed layout, written out by hand, beside a memcpy of the
-// entry, and for pairs known at run time beside the typed accessors; and those beside a call of an
-// empty function. Prints ratios of one run:
+// The cost of At against hand-written views of one fixed layout, against a memcpy of the entry,
+// and, for pairs known at run time, against the typed accessors; and the cost of these against a
+// call of an empty function. Prints ratios from one run:
 //
 //    vornAtBench
 #include "floor/Floor.h"
@@ -24,7 +24,7 @@
 
 namespace {
 
-// A view of one fixed layout as one writes it: inline, bounds checked, on 64-bit words.
+// A hand-written view of one fixed layout: inline, bounds checked, on 64-bit words.
 template<unsigned offset, unsigned width, unsigned bytes>
 struct ByHand {
    static constexpr unsigned first = offset / 64 * 8;
@@ -69,7 +69,7 @@ constexpr unsigned entryCount = 256;
 constexpr unsigned rounds = 40;
 constexpr unsigned fieldLimit = 80;
 
-// Entries one after the other, and the values that go into their fields.
+// Consecutive entries, and the values for their fields.
 struct Work {
    std::vector<U8> entries = std::vector<U8>( entryCount * 80 );
    std::vector<U8> copies = std::vector<U8>( entryCount * 80 );
@@ -93,7 +93,7 @@ double secondsOf( const Action& action ) {
    return std::chrono::duration<double>( std::chrono::steady_clock::now() - begin ).count();
 }
 
-// The least of many runs, all ways in turn.
+// The minimum of many runs, alternating between all ways.
 template<class... Actions>
 std::vector<double> leastOf( Actions... actions ) {
    std::vector<double> least( sizeof...( actions ), 1e9 );
@@ -252,6 +252,6 @@ int main() {
    OfTcamActionTable::print( work );
    printMixed( work );
    printTyped( work );
-   // What was read is used.
+   // Uses the values that were read.
    return work.sum == 1 ? EXIT_FAILURE : EXIT_SUCCESS;
 }

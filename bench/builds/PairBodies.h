@@ -1,4 +1,4 @@
-// What the modules over the builds of the library yield.
+// What the modules over the builds of the library provide.
 #pragma once
 
 #include <functional>

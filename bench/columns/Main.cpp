@@ -28,7 +28,7 @@ constexpr std::size_t imageBytes = View::storageSize;
 constexpr auto chip = static_cast<Hardware::ChipType>( Pair::chipType );
 constexpr U8 variant = Pair::variant;
 
-// So many that they stay in a cache, or not.
+// Numbers that fit into a cache, and one that doesn't.
 constexpr std::size_t few = 1000;
 constexpr std::size_t many = 1'000'000;
 
@@ -76,7 +76,7 @@ private:
    Vorn::Columns columns_;
 };
 
-// The same by typed accessors, in columns of the getters' types.
+// The same with typed accessors, in columns of the getters' types.
 class Typed {
 public:
    explicit Typed( std::size_t rows ) : data_( rows, false, false ) {
@@ -115,7 +115,7 @@ public:
 private:
    U8* imageAt( std::size_t row ) { return data_.images().data() + row * imageBytes; }
 
-   // Views are made beforehand where they stay in the cache, too.
+   // Views are made beforehand if they fit into the cache, too.
    template<class Act>
    void forEachRow( const Act& act ) {
       for( std::size_t row = 0; row < views_.size(); ++row ) {
@@ -180,7 +180,7 @@ void addRows( std::size_t rows ) {
    } );
 }
 
-// What it takes to make columns of all fields of a given layout.
+// The cost of making columns of all fields of a given layout.
 void addSetUp() {
    const auto layout = std::make_shared<Vorn::Layout>( "LifTable", Pair::chipType, Pair::variant );
    const auto array = std::make_shared<U64>();

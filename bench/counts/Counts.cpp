@@ -1,5 +1,5 @@
-// vornCounts, under callgrind: performs each row a fixed number of times and has the instructions
-// of each of its sides dumped apart. A dump's description is side, operations and row, by tabs.
+// vornCounts, under callgrind: performs each row a fixed number of times and dumps the instructions
+// of each side separately. A dump's description is side, operations and row, separated by tabs.
 #include "rows/Row.h"
 
 #include <valgrind/callgrind.h>

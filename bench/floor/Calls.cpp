@@ -1,5 +1,5 @@
-// The floor over primitives that aren't inline: the same functions with the same checks, and each
-// calls its primitive. A library of its own, which the rows of such a platform are held against.
+// The floor over primitives that aren't inline: the same functions with the same checks, each of
+// which calls its primitive. A library of its own, the baseline for rows over such a platform.
 #include "Require.h"
 
 #include <Kelvar/BitBuf.h>

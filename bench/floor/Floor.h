@@ -1,5 +1,6 @@
-// What a good engineer would write by hand for one fixed layout: a function out of line for each
-// field and operation, with the checks of length and bound, but no pair to look up and no trace.
+// What a good engineer would write by hand for one fixed layout: an out-of-line function for each
+// field and operation, with the checks of length and bound, but without a look-up of the pair and
+// without traces.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -29,11 +30,11 @@ struct Image {
 #define END_PAIR }
 #include "Pairs.def"
 
-// What a call costs.
+// Empty functions, to measure a call.
 FLOOR_API void nothingIs( const void* view, U32 value );
 FLOOR_API U32 nothing( const void* view );
 
-// The rest of what can be asked of an entry, for LifTable on chip type 10, variant 0.
+// The other operations on an entry, for LifTable on chip type 10, variant 0.
 namespace LifTable_10_0 {
 FLOOR_API void stampTag( const Image& image );
 FLOOR_API bool hasTag( const U8* buf, U16 len );

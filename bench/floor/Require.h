@@ -3,7 +3,7 @@
 
 #include "Floor.h"
 
-// The C library's, which <cassert> declares in debug builds alone.
+// The C library's, which <cassert> declares only in debug builds.
 extern "C" [[noreturn]] void __assert_fail( const char* expression, const char* file, unsigned line,
                                             const char* function );
 

@@ -17,7 +17,7 @@ constexpr unsigned settable = entryCount * NarrowFields<Pair>::settable;
 // Wide fields included.
 constexpr unsigned all = entryCount * static_cast<unsigned>( std::size( Pair::names ) );
 
-// Views as the registry hands them out, of which a caller knows the base class alone.
+// Views from the registry, of which a caller knows only the base class.
 class Objects {
 public:
    Objects( unsigned chipType, unsigned variant ) {
@@ -85,7 +85,7 @@ void addIdentifierRows( Rows& rows ) {
    rows.rows.push_back( offset );
 }
 
-// The map of a caller who would rather not have the library compare names.
+// The map of a caller that compares names without the library.
 int numberOf( std::string_view name ) {
    static const std::unordered_map<std::string_view, int> numbers = [] {
       std::unordered_map<std::string_view, int> map;

@@ -1,5 +1,5 @@
-// The library in other builds: one whose trace sites are compiled out, which tells what disabled
-// tracing costs, and one over primitives that aren't inline, against a floor that calls them too.
+// The library in other builds: one without trace sites, which shows the cost of disabled tracing,
+// and one over primitives that aren't inline, against a floor that calls them too.
 #include "Row.h"
 #include "builds/PairBodies.h"
 
@@ -10,8 +10,8 @@
 namespace Bench {
 namespace {
 
-// All builds have the same symbols. So each is loaded with a module of its own, which looks them
-// up among its own libraries first.
+// All builds have the same symbols, so each is loaded with a module of its own, which looks them up
+// in its own libraries first.
 std::vector<PairBody> bodiesOf( const char* module ) {
    void* const handle = dlopen( module, RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND );
    auto* const pairBodies =

@@ -1,4 +1,4 @@
-// Entries to measure on: a few, so that no access waits for the one before it.
+// Entries to measure on: a few, so that no access waits for the previous one.
 #pragma once
 
 #include "floor/Floor.h"
@@ -13,8 +13,8 @@ namespace Bench {
 
 inline constexpr unsigned entryCount = 8;
 
-// Calls `act` with each of a few things, one after the other and without a loop, whose own
-// instructions would count on both sides.
+// Calls `act` with each of a few things in order, without a loop, whose own instructions would
+// count on both sides.
 template<class Things, class Act>
 [[gnu::always_inline]] inline void forEach( Things& things, const Act& act ) {
    [&things, &act ]<std::size_t... number>( std::index_sequence<number...> ) {
@@ -23,8 +23,8 @@ template<class Things, class Act>
    ( std::make_index_sequence<entryCount>() );
 }
 
-// All that is compared lies at the same place in its page: the processor tells by that, at first,
-// whether a load has to wait for a store.
+// Everything that is compared lies at the same place in its page: the processor first decides by
+// that whether a load has to wait for a store.
 inline constexpr std::size_t page = 4096;
 
 // Views of one pair, each with an entry of its own.

@@ -1,4 +1,4 @@
-// Objects by name, whole entries, addresses, and the path of one entry, against the same by hand.
+// Objects by name, whole entries, addresses, and the path of one entry, against hand-written code.
 #include "Entries.h"
 #include "Pairs.h"
 #include "Row.h"
@@ -17,7 +17,7 @@ using Pair = Floor::LifTable_10_0::Pair;
 constexpr auto chip = static_cast<Hardware::ChipType>( Pair::chipType );
 constexpr auto variant = static_cast<U8>( Pair::variant );
 
-// Keeps a result, so that its making can't be left out.
+// Keeps a result, so that its computation can't be optimised away.
 template<class Value>
 void keep( const Value& value ) {
    __asm__ volatile( "" : : "r"( &value ) : "memory" );

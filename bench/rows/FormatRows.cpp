@@ -1,4 +1,5 @@
-// The accessors of every format of every class, and what a class's cost is drawn against.
+// The accessors of every format of every class, and the facts that a class's cost is plotted
+// against.
 #include "Accessors.h"
 #include "Row.h"
 
@@ -14,8 +15,8 @@ namespace {
 template<class View>
 using Calls = std::vector<void ( * )( Views<View>& )>;
 
-// Each accessor for itself, as in the rows of the fields: a format isn't slower for having more of
-// them, which all need room in the processor's caches of instructions and branches.
+// Each accessor by itself, as in the rows of the fields: otherwise a format with more fields would
+// appear slower, because they all need room in the processor's caches of instructions and branches.
 constexpr unsigned callsInARow = 32;
 
 template<class View>

@@ -1,4 +1,4 @@
-// What is measured: rows of a thing that the library does beside the same done otherwise.
+// What is measured: rows of an operation of the library and a baseline for it.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -9,7 +9,7 @@
 
 namespace Bench {
 
-// What a row counts for.
+// The goal that a row counts for.
 enum class Goal {
    field,        // one accessor, over many entries
    pair,         // all fields of a pair in declared order, entry by entry
@@ -51,7 +51,7 @@ struct Rows {
 // the library.
 Rows allRows();
 
-// The parts of it.
+// Its parts.
 void addFieldRows( Rows& rows );
 void addPairRows( Rows& rows );
 void addWideRows( Rows& rows );

@@ -14,8 +14,7 @@
 namespace Bench {
 namespace {
 
-// What is compared with each other, and measured in turns: whatever else the machine does
-// meanwhile, it does to all of them.
+// Rows that are compared take turns: other load on the machine affects all of them.
 struct Group {
    std::string name;
    std::map<std::string, std::function<void()>> sides;
@@ -53,7 +52,7 @@ std::vector<Group> groupsOf( const Rows& rows ) {
    return groups;
 }
 
-// Nanoseconds that this thread has had a processor.
+// Processor time of this thread in nanoseconds.
 double processorTime() {
    timespec time;
    clock_gettime( CLOCK_THREAD_CPUTIME_ID, &time );
@@ -68,7 +67,7 @@ double timeOf( const std::function<void()>& body, unsigned calls ) {
    return processorTime() - begin;
 }
 
-// Nanoseconds of a turn: so many that reading the clock takes none of it.
+// Nanoseconds of a turn: long enough that reading the clock doesn't count.
 constexpr double turn = 1e5;
 
 void measure( const Group& group, benchmark::State& state ) {
@@ -96,7 +95,7 @@ void measure( const Group& group, benchmark::State& state ) {
    }
 }
 
-// Gathers the time of each side in each repetition.
+// Collects the time of each side in each repetition.
 class Gatherer : public benchmark::BenchmarkReporter {
 public:
    bool ReportContext( const Context& ) override { return true; }

@@ -1,4 +1,4 @@
-// Medians of what was measured, and the tables made of them.
+// Medians of the measurements, and the tables made from them.
 #pragma once
 
 #include "rows/Row.h"

@@ -12,7 +12,7 @@ set grid ytics linecolor rgb '#dddddd'
 set border 3
 set tics nomirror
 
-# A class's name stands on the axis below its two points.
+# A class's name is on the axis below its two points.
 named( class ) = class eq 'TcamActionTable' || class eq 'IsemMgmtReq' || class eq 'LifTable'
 below( class, x ) = named( class ) ? x : NaN
 

@@ -70,7 +70,7 @@ struct Candidates {
    std::vector<Layout> layouts;
    std::vector<std::size_t> needed; // up to the last field, for each of them
    bool isSaid = false;             // by the variant, too
-   std::set<std::size_t> others;    // those that have been told to fit a tag as well
+   std::set<std::size_t> others;    // those already reported to fit a tag as well
 
    void add( Layout layout ) {
       needed.push_back( neededBy( layout ) );

@@ -123,7 +123,7 @@ bool DumpRows::take( std::string_view line, std::size_t at, std::vector<U8>& byt
    if( !isEnd ) {
       takeBytes( row, at + static_cast<std::size_t>( row.rest.data() - line.data() ), bytes );
       if( bytes.empty() ) {
-         throw BadText( at + row.offset.size(), "no bytes behind the offset" );
+         throw BadText( at + row.offset.size(), "no bytes after the offset" );
       }
       lastBytes_ = bytes.size();
       firstBytes_ = isFirst ? lastBytes_ : firstBytes_;
@@ -162,7 +162,7 @@ void DumpRows::takeBytes( const Row& row, std::size_t at, std::vector<U8>& bytes
 
 void DumpRows::finish( std::size_t at ) const {
    if( isRepeated_ ) {
-      throw BadText( at, "no offset behind \"*\"; a hexdump ends in the offset of its end" );
+      throw BadText( at, "no offset after \"*\"; a hexdump ends in the offset of its end" );
    }
    if( kind_ != Kind::xxd && !isComplete_ ) {
       throw BadText( at, "the hexdump is cut off: it ends without the offset of its end" );

@@ -1,4 +1,4 @@
-// Bad input, told in one line for a person.
+// Bad input, reported in one line for a person.
 #include <Vorn/Error.h>
 
 namespace Vorn {

@@ -169,7 +169,7 @@ private:
    std::size_t lastWord_ = 0;
 };
 
-// A character of a JSON text. It leaves behind how far the parser has read.
+// A character of a JSON text. It records how far the parser has read.
 class Cursor {
 public:
    using iterator_category = std::input_iterator_tag;

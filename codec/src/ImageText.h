@@ -14,7 +14,7 @@ namespace Vorn {
 
 constexpr bool isBlank( char c ) { return c == ' ' || ( c >= '\t' && c <= '\r' ); }
 
-// Where the text goes on behind blanks, which may be its end.
+// Where the text goes on after blanks, which may be its end.
 constexpr std::size_t skipBlanks( std::string_view text, std::size_t begin ) {
    while( begin < text.size() && isBlank( text[begin] ) ) {
       ++begin;
@@ -31,8 +31,8 @@ constexpr std::string_view firstPiece( std::string_view text ) {
    return text.substr( 0, end );
 }
 
-// Calls take( piece, at ) for the pieces of `text` that stand between blanks. The text begins
-// `at` bytes behind the beginning of its line, here and below.
+// Calls take( piece, at ) for the pieces of `text` between blanks. The text begins `at` bytes after
+// the beginning of its line, here and below.
 template<typename Take>
 void forEachPiece( std::string_view text, std::size_t at, Take take ) {
    for( auto begin = skipBlanks( text, 0 ); begin < text.size(); ) {
@@ -48,10 +48,10 @@ bool isDigits( std::string_view text );
 // The number that at most 16 hexadecimal digits write.
 U64 numberOf( std::string_view digits );
 
-// Reads the image that `text` writes in digits, which is of no bytes where all is blank.
+// Reads the image that `text` writes in digits; it is empty if all is blank.
 void readDigits( std::string_view text, std::size_t at, ImageFormat format, Image& image );
 
-// What a JSON object or a row of CSV says of the place of its image.
+// What a JSON object or a row of CSV says about the place of its image.
 struct PlaceText {
    std::optional<U64> entry;
    std::optional<U64> array;
@@ -60,7 +60,7 @@ struct PlaceText {
    std::size_t at = 0; // of the last of them
 };
 
-// Reads the image from JSON, and what a JSON object says of its pair and, if `place` is there, of
+// Reads the image from JSON, and what a JSON object says about its pair and, if `place` isn't null,
 // its place.
 void readJson( std::string_view text, std::size_t at, ImageFormat format, Image& image,
                PlaceText* place = nullptr );

@@ -38,8 +38,8 @@ public:
       return isForced_ || ( line.ends_with( '|' ) && rowOf( line ).isSure );
    }
 
-   // Takes a trimmed text that begins `at` bytes behind the beginning of its line; false if it is
-   // no part of the dump.
+   // Takes a trimmed text that begins `at` bytes after the beginning of its line; false if it is no
+   // part of the dump.
    bool take( std::string_view text, std::size_t at, Image& image ) {
       if( text == "*" && rowBytes_ > 0 ) {
          isRepeated_ = true;
@@ -64,7 +64,7 @@ public:
    // To be called where the dump has no more lines.
    void finish( std::size_t at ) const {
       if( isRepeated_ ) {
-         throw BadText( at, "no offset behind \"*\"; a hexdump ends in the offset of its end" );
+         throw BadText( at, "no offset after \"*\"; a hexdump ends in the offset of its end" );
       }
    }
 
@@ -137,7 +137,7 @@ private:
       } );
       rowBytes_ = image.bytes.size() - before;
       if( rowBytes_ == 0 ) {
-         throw BadText( at, "no bytes behind the offset" );
+         throw BadText( at, "no bytes after the offset" );
       }
       due_ += rowBytes_;
       requireRoom( at, image, 0 );
@@ -157,13 +157,13 @@ private:
    std::size_t rowBytes_ = 0; // bytes of the last line
 };
 
-// Where `vorn encode` prints the image, and what it prints behind that.
+// Where `vorn encode` prints the image, and what it prints after it.
 constexpr std::string_view imageLabel = "image";
 constexpr std::string_view wordsLabel = "words";
 constexpr std::array<std::string_view, 4> otherLabels{ wordsLabel, "address", "accessType",
                                                        "destBlock" };
 
-// The colon behind what a trimmed text has before its image: such a label, or the pair.
+// The colon after what a trimmed text has before its image: such a label, or the pair.
 std::size_t colonIn( std::string_view text ) {
    const auto colon = text.find( ':' );
    if( colon == none || isJson( text ) || text.find( '|' ) < colon ) {
@@ -176,7 +176,7 @@ std::size_t colonIn( std::string_view text ) {
 // Reads the pair from what stands before the colon.
 void readPair( std::string_view head, std::size_t at, Image& image ) {
    if( image.table.isGiven ) {
-      throw BadText( at, "a second pair, and no image behind the first" );
+      throw BadText( at, "a second pair, and no image after the first" );
    }
    constexpr std::array pieces{ &Image::table, &Image::chip, &Image::variant };
    std::size_t count = 0;
@@ -329,7 +329,7 @@ bool ImageReader::next() {
       }
    }
    if( !beginning_.empty() ) {
-      throw Error( beginning_, "no image behind the colon" );
+      throw Error( beginning_, "no image after the colon" );
    }
    return false;
 }

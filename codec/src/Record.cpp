@@ -201,7 +201,7 @@ public:
    }
 
 private:
-   // An invalid token may be found out by what stands behind it.
+   // An invalid token may be recognised only by what follows it.
    std::size_t beginOfWrongToken( std::size_t position, bool isInvalid ) const {
       const auto line = record_.line_;
       if( isInvalid && ( position > line.size() || contains( delimiters, line[position - 1] ) ) ) {

@@ -1,4 +1,4 @@
-// Dumps: every pair of every table in every form, and what is told of a bad one.
+// Dumps: every pair of every table in every form, and the messages for bad ones.
 #include "Pairs.h"
 
 #include <Vorn/Dump.h>

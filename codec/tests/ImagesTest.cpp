@@ -157,7 +157,7 @@ TEST( Images, argumentsThatAreNone ) {
    EXPECT_EQ( refusalOf( "00000000  00  |.|\n12\n" ),
               "the line \"12\" is no part of the hexdump before it" );
    EXPECT_EQ( refusalOf( "00000000  00  |.|\n*\n" ),
-              "no offset behind \"*\"; a hexdump ends in the offset of its end" );
+              "no offset after \"*\"; a hexdump ends in the offset of its end" );
    EXPECT_EQ( refusalOf( "{} {}" ), "missing key \"image\"" );
 }
 

@@ -300,7 +300,7 @@ TEST( Notations, whatIsNoNumber ) {
                  "bad number \"" + std::string( row.text ) + "\" for f" +
                     std::string( row.expected.empty() ? anyNumber : row.expected ) );
    }
-   // A digit that is wrong behind more than 512 bits' worth of right ones.
+   // A wrong digit after more than 512 bits' worth of right ones.
    EXPECT_EQ( refusalOf( parseNumber, std::string( 200, '1' ) + 'x' ),
               "bad number \"" + std::string( 60, '1' ) + "...\" for f" + anyNumber );
 }

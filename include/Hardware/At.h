@@ -1,5 +1,5 @@
-// Views over entries of a pair of chip type and variant that the compiler knows: all that a view of
-// the class can do with an entry, at the price of the shifts and masks alone.
+// Views over entries of a pair of chip type and variant that is known at compile time: everything
+// that a view of the class can do with an entry, at the cost of the shifts and masks alone.
 //
 //    #include <Hardware/at/LifTable.h>
 //
@@ -11,15 +11,15 @@
 // Header-only, C++20, everything constexpr, without a library to link. A field that the pair lacks,
 // and a pair that the class lacks, don't compile; both are constraints, so generic code can ask
 // with a `requires` expression. Names, values, checks and the texts of assertions are those of the
-// views; assertions end in the C library's __assert_fail. Nothing traces, and the bits are moved
-// here: no primitive of the platform is called.
+// views; assertions call the C library's __assert_fail. Nothing traces, and no primitive of the
+// platform is called.
 #pragma once
 
 #include <Hardware/detail/AtPair.h>
 
 namespace Hardware {
 
-// Whether a class has a pair. Needs <Hardware/at/<Class>.h>, like all below.
+// Whether a class has a pair. Needs <Hardware/at/<Class>.h>, like everything below.
 template<class Table, unsigned chipType, unsigned variant>
 concept HasPair = Detail::hasPair<Table>( chipType, variant );
 
@@ -39,20 +39,20 @@ class AtEntry;
 
 } // namespace Detail
 
-// A view over an entry that stays the caller's, made of an array, a std::array, a std::span or
-// pointer and length. It must have the pair's `width()` in words at least: an array that is shorter
-// doesn't compile, anything else is the assertion "len_ >= N". Unlike the views of
-// <Hardware/<Class>.h> it doesn't touch the entry when it is made: blank() and compose() stamp the
-// pair's tag, holdsTag() looks for it.
+// A view over an entry that stays the caller's, made from an array, a std::array, a std::span, or
+// pointer and length. The entry must have at least the pair's `width()` in words: a shorter array
+// doesn't compile, any other shorter entry is the assertion "len_ >= N". Unlike the views of
+// <Hardware/<Class>.h> making it doesn't touch the entry: blank() and compose() stamp the pair's
+// tag, holdsTag() looks for it.
 //
-// Of each field `f` that the pair has: `f()`, `fIs( value )`, `fMask()`, `fLen()`, `fOffset()`; and
-// `isFValid()` of each field of the class. A setter takes no argument that could lose bits on its
-// way into the field's type; a constant that fits is fine.
+// For each field `f` that the pair has: `f()`, `fIs( value )`, `fMask()`, `fLen()`, `fOffset()`;
+// and `isFValid()` for each field of the class. A setter accepts no argument that could lose bits
+// in the conversion to the field's type; a constant that fits is fine.
 //
-// At::View has what reads alone, over a const entry, and an At is one. At::Fields is a struct of
-// the pair's settable fields: `fields()` reads them all, `compose( fields )` writes the whole
-// entry, tag included, once every bound has been tested. Where fields share bits, the narrower one
-// holds, of equally wide ones the one declared later.
+// At::View only reads, over a const entry; an At is one. At::Fields is a struct of the pair's
+// settable fields: `fields()` reads them all, `compose( fields )` writes the whole entry, tag
+// included, once every bound has been tested. If fields share bits, the narrower one wins; among
+// equally wide ones, the one declared later.
 template<class Table, ChipType chipTypeNumber, unsigned variantNumber>
 requires HasPair<Table, chipTypeNumber, variantNumber>
 class At : public Detail::AtEntry<Table, chipTypeNumber, variantNumber> {
@@ -119,8 +119,8 @@ public:
 };
 
 // Calls `act` with a pair that is known at run time, as a value whose type has the `At` of the
-// pair's format: all of the above but what differs between pairs of one format, metadata and
-// addresses. `act` is instantiated once a distinct format, so this is asked once an entry:
+// pair's format: all of the above except what differs between pairs of one format, metadata and
+// addresses. `act` is instantiated once for each distinct format. Use it once for each entry:
 //
 //    Hardware::withPair<Hardware::LifTable>( chipType, variant, [&]( auto pair ) {
 //       typename decltype( pair )::At lif( entry );
@@ -129,7 +129,7 @@ public:
 //       }
 //    } );
 //
-// With chip types as further arguments of the template, only over their pairs. False, without a
+// Chip types as further template arguments restrict it to their pairs. Returns false, without a
 // call, for any other pair.
 template<class Table, ChipType... chipTypes, class Act>
 constexpr bool withPair( ChipType chipType, U8 variant, Act&& act ) {

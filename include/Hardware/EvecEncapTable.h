@@ -1,4 +1,4 @@
-// One entry of the egress VLAN edit table that joins a command and its edit in one place.
+// One entry of the egress VLAN edit table that holds a command and its edit together.
 #pragma once
 
 #include <Hardware/detail/View.h>
@@ -15,7 +15,7 @@ public:
    static constexpr U16 storageSize = 4;
 
    // True on every chip type that has the table. Deliberately reads neither the buffer nor the
-   // variant, so a true answer says nothing of the pair's validity.
+   // variant, so true says nothing about the pair's validity.
    static bool isEvecEncapTable( Hardware::ChipType chipType, const U8* buf, U16 len, U8 variant );
 
 #include <Hardware/detail/DeclareTable.inc>

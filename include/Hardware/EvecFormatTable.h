@@ -1,4 +1,4 @@
-// One egress VLAN edit command, spelt out: tags to remove, outer and inner tag.
+// One egress VLAN edit command, in full: tags to remove, outer and inner tag.
 #pragma once
 
 #include <Hardware/detail/View.h>

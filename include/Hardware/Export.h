@@ -1,5 +1,5 @@
-// Marks what the library exports; everything else is hidden. Refuses what can't work with it.
-// Tested on x86-64 and aarch64; 32-bit machines, wasm32 among them, aren't refused.
+// Marks what the library exports; everything else is hidden. Refuses platforms that can't work with
+// it. Tested on x86-64 and aarch64; 32-bit machines, such as wasm32, aren't refused.
 #pragma once
 
 #if __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
@@ -8,8 +8,8 @@
 
 #include <cstddef>
 
-// Strings cross between the program and the library. Whoever builds the library and its platform
-// with libc++ defines HARDWARE_BUILT_WITH_LIBCXX, in the library and in all programs.
+// Strings are passed between the program and the library. To build the library and its platform
+// with libc++, define HARDWARE_BUILT_WITH_LIBCXX in the library and in all programs.
 #if defined _LIBCPP_VERSION && !defined HARDWARE_BUILT_WITH_LIBCXX && !defined __EMSCRIPTEN__
 #error "libVornTunnelKelvar is built with libstdc++: its programs can't use libc++"
 #endif
@@ -27,8 +27,8 @@
 #define HARDWARE_STANDARD_LIBRARY
 #endif
 
-// Containers are others with _GLIBCXX_DEBUG and don't cross the library's boundary. Inline
-// functions that return them have symbols of their own for each kind of container.
+// Containers differ with _GLIBCXX_DEBUG and don't cross the library's boundary. Inline functions
+// that return them have symbols of their own for each kind of container.
 #ifdef _GLIBCXX_DEBUG
 #define HARDWARE_OWN_CONTAINER __attribute__( ( abi_tag( "debugContainer" ) ) )
 #else

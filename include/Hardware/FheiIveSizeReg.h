@@ -9,7 +9,7 @@
 namespace Hardware {
 
 // Chip types 2 to 8 with variant 0. A register has no rows: entries() and tableVariantCount() keep
-// the asserting defaults, and `tableEntry` of an address is 0. maxIdentifier() is 0 also on chip
+// the asserting defaults, and `tableEntry` of an address is 0. maxIdentifier() is 0 even on chip
 // types 4, 5 and 8, which have two instances.
 class HARDWARE_API FheiIveSizeReg : public Kelvar::BcmAsicBase {
 public:

@@ -8,8 +8,9 @@
 
 namespace Hardware {
 
-// Chip types 10, 12 to 16 with variant 0. `reserved` is an ordinary field that holds what the chip
-// type's flags leave over. The ninth word of the entry holds no field, yet getAllFields() wants it.
+// Chip types 10, 12 to 16 with variant 0. `reserved` is an ordinary field with the bits that the
+// chip type's flags leave over. The ninth word of the entry holds no field, yet getAllFields()
+// needs it.
 class HARDWARE_API FwdActProfileTable : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 36;

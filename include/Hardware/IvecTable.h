@@ -15,7 +15,7 @@ public:
    static constexpr U16 storageSize = 4;
 
    // True on every chip type that has the table. Deliberately reads neither the buffer nor the
-   // variant, so a true answer says nothing of the pair's validity.
+   // variant, so true says nothing about the pair's validity.
    static bool isIvecTable( Hardware::ChipType chipType, const U8* buf, U16 len, U8 variant );
 
 #include <Hardware/detail/DeclareTable.inc>

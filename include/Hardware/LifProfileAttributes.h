@@ -8,8 +8,8 @@
 
 namespace Hardware {
 
-// Chip types 10, 12 to 16 with variant 0. An entry belongs to the value of LifTable's
-// `inLifProfile` that is its index. Chip types 10, 12 and 14 have two instances of the table.
+// Chip types 10, 12 to 16 with variant 0. LifTable's `inLifProfile` is the index of an entry. Chip
+// types 10, 12 and 14 have two instances of the table.
 class HARDWARE_API LifProfileAttributes : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 4;

@@ -1,4 +1,4 @@
-// One row of the EEDB bank, as it serves outgoing AC and ARP link-layer entries.
+// One row of the EEDB bank, as an outgoing AC or an ARP link-layer entry.
 #pragma once
 
 #include <Hardware/detail/View.h>
@@ -13,14 +13,14 @@ namespace Hardware {
 //
 // On chip types 10, 12 to 16 an entry carries a tag in `resultType`, and `mdbEntry` is the whole
 // entry, tag included. On chip types 4 and 5 the formatted variants have other dimensions than the
-// raw one, so that one index may mean different addresses.
+// raw one, so one index can mean different addresses.
 class HARDWARE_API OutAcBank : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 80;
 
-   // Whether the buffer can be taken for an entry of the variant: false where the tag differs or
-   // the buffer is too short for it, and on a chip type that the class doesn't have. True without
-   // looking at the buffer where there is no tag, invalid variants included.
+   // Whether the buffer may hold an entry of the variant: false if the tag differs or the buffer is
+   // too short for it, and for a chip type that the class doesn't have. True without reading the
+   // buffer if there is no tag, for invalid variants too.
    static bool isOutAcBank( Hardware::ChipType chipType, const U8* buf, U16 len, U8 variant );
 
 #include <Hardware/detail/DeclareTable.inc>

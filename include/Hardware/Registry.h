@@ -1,4 +1,4 @@
-// Views by table name: making one, asking whether a pair is valid, and what a class consists of.
+// Views by table name: making one, testing whether a pair is valid, and the parts of a class.
 //
 //    auto view = Hardware::stringObj( "LifTable", Hardware::BCM88690_B0, 0 );
 //    view->stringFieldIs( "vlanEditVid1", 100 );
@@ -27,8 +27,8 @@ stringObj( Oru::String name, Hardware::ChipType chipType, U8 variant );
 HARDWARE_API HARDWARE_STANDARD_LIBRARY bool
 chipTypeVariantValid( Oru::String name, Hardware::ChipType chipType, U8 variant );
 
-// Writes the names that the two functions above know, in registry order, to `names`, but no more
-// than `capacity`. Returns how many there are.
+// Writes the names that the two functions above know, in registry order, to `names`, at most
+// `capacity` of them. Returns how many there are.
 HARDWARE_API std::size_t classNames( std::string_view* names, std::size_t capacity );
 
 // The same names.
@@ -46,8 +46,8 @@ struct FieldInfo {
    bool readOnly; // a tag field, written by the constructor alone
 };
 
-// Writes the fields of the named class, in their declared order, to `fields`, but no more than
-// `capacity`. Returns how many it has; 0 for an unknown name.
+// Writes the fields of the named class, in declared order, to `fields`, at most `capacity` of them.
+// Returns how many it has; 0 for an unknown name.
 HARDWARE_API std::size_t classFields( std::string_view name, FieldInfo* fields,
                                       std::size_t capacity );
 
@@ -66,12 +66,12 @@ struct PairInfo {
    U32 arrayElements; // valid `arrayIndex` values are 0 to arrayElements - 1
    U16 fieldCount;    // fields that exist for this pair
    U16 instanceCount; // valid `identifier` values are 0 to instanceCount - 1
-   bool hasVariants;  // false where the variant is not looked at
+   bool hasVariants;  // false if the variant is ignored
    bool hasAddress;   // whether getSchanAddress yields an address
 };
 
 // Facts of one pair of the named class; empty for an unknown name or an invalid pair. Unlike the
-// classes' own operations it never asserts and never traces, so it can be asked about any input.
+// classes' own operations it never asserts and never traces, so it accepts any input.
 HARDWARE_API std::optional<PairInfo> pairInfo( std::string_view name, U32 chipType, U8 variant );
 
 // Where a field lies in the entries of one pair.
@@ -82,12 +82,12 @@ struct PairField {
    U16 offset;                    // in bits of the entry
    U16 width;                     // in bits, 1 to 512
    bool readOnly;
-   U8 constant; // what every entry of the pair holds in a tag field; 0 in other fields
+   U8 constant; // the value of a tag field in every entry of the pair; 0 for other fields
 };
 
-// Writes the fields that the pair has, in their declared order, to `fields`, but no more than
-// `capacity`. Returns how many the pair has; 0 for an unknown name or an invalid pair. Never
-// asserts and never traces.
+// Writes the fields that the pair has, in declared order, to `fields`, at most `capacity` of them.
+// Returns how many the pair has; 0 for an unknown name or an invalid pair. Never asserts and never
+// traces.
 //
 //    Hardware::PairField fields[8];
 //    const std::size_t count = Hardware::pairFields( "TcamActionTable", 10, 0, fields, 8 );
@@ -95,7 +95,7 @@ HARDWARE_API std::size_t pairFields( std::string_view name, U32 chipType, U8 var
                                      PairField* fields, std::size_t capacity );
 
 // Where the entries of one pair lie: schanAddress = base + tableEntry * entryStep + arrayIndex *
-// arrayStep. The pointers are to one number for each of the pair's instances.
+// arrayStep. The pointers lead to one number for each of the pair's instances.
 struct PairAddress {
    U32 base;
    U32 entryStep;
@@ -104,7 +104,7 @@ struct PairAddress {
    const U8* destBlocks;
 };
 
-// The address of one pair of the named class; empty for an unknown name, an invalid pair and one
+// The address of one pair of the named class; empty for an unknown name, an invalid pair and a pair
 // without an address. Never asserts and never traces.
 HARDWARE_API std::optional<PairAddress> pairAddress( std::string_view name, U32 chipType,
                                                      U8 variant );

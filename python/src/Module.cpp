@@ -114,8 +114,8 @@ void addLayout( py::module_& module ) {
 
 The entries of a table on a chip type and variant: their fields, encoding and decoding.
 
-The chip type is given by its name or number. Layouts of the same pair are equal, hash alike and
-pickle; a layout never changes, and threads may share it.
+The chip type is a name or a number. Layouts of the same pair are equal, have the same hash and can
+be pickled; a layout never changes, and threads may share it.
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> lif
@@ -171,7 +171,7 @@ True
 ['outerVidSource', 'innerPcpDeiSource']
 )" );
    layout.def_property_readonly(
-      "tag", &PairLayout::tag, R"(The values by which an entry is told from those of other variants.
+      "tag", &PairLayout::tag, R"(The values that distinguish an entry from those of other variants.
 
 >>> vorn.Layout("LifTable", "BCM88690_B0").tag
 {'resultType': 58}
@@ -206,11 +206,11 @@ The names of the fields in declared order.
                "strict"_a = true, R"(encode(self, values, base=None, *, strict=True)
 --
 
-The bytes of an entry with these values: the rest is zero but for the tag, or as in base.
+The bytes of an entry with these values: the rest is zero except for the tag, or as in base.
 
-A value is an int, or a text as vorn takes it: "0x7d0", "10.0.0.1", "mask" for all ones. Two
+A value is an int, or a str in a notation of vorn: "0x7d0", "10.0.0.1", "mask" for all ones. Two
 values that contradict each other in bits that their fields share are an Error; with strict=False
-the later one holds.
+the later one wins.
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> image = lif.encode({"vsi": 2000, "vlanEditVid1": 100})
@@ -227,7 +227,7 @@ vorn.Error: value 32768 of field vsi is too large; its 15 bits in LifTable on BC
 
 The values of all fields of an entry, or of those with these names, as a dict of ints.
 
-The tag is among them, and isn't checked. Bytes after the entry are not looked at.
+Tag fields are included; the tag isn't checked. Bytes after the entry are ignored.
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> lif.decode(bytes.fromhex("a00f") + bytes(78), fields=["vsi"])
@@ -239,10 +239,10 @@ The tag is among them, and isn't checked. Bytes after the entry are not looked a
 
 The values of many entries: a dict with an array for each field, or for those with these names.
 
-The dump is bytes, a memoryview, an mmap or the like, with an entry after the other or one every
-stride bytes; or an (N, size) array of uint8. It is read where it lies. Arrays are of the narrowest
-unsigned type; a field of more than 64 bits has shape (N, words), the least significant word first.
-Those of a large dump share memory that lives as long as one of them.
+The dump is bytes, a memoryview, an mmap or the like, with the entries one after another or stride
+bytes apart; or an (N, size) array of uint8. It is read in place. Arrays have the narrowest unsigned
+type; a field of more than 64 bits has shape (N, words), the least significant word first. The
+arrays of a large dump share memory that lives as long as any of them.
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> dump = lif.encode({"vsi": 1}) + lif.encode({"vsi": 2})
@@ -261,9 +261,9 @@ Those of a large dump share memory that lives as long as one of them.
       R"(arrow(self, dump, fields=None, stride=None, *, batch_rows=65536)
 --
 
-The same columns for whoever reads Arrow streams, some rows at a time.
+The same columns as an Arrow stream, some rows at a time.
 
-A field of more than 64 bits is a list of its words, of fixed size.
+A field of more than 64 bits is a fixed-size list of its words.
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> len(lif.arrow(lif.encode({}) * 3))
@@ -273,7 +273,7 @@ A field of more than 64 bits is a list of its words, of fixed size.
                R"(address(self, entry, array=0, identifier=0)
 --
 
-Where an entry lies, in an element of the array of an instance.
+Where an entry lies: the entry of an array element of an instance.
 
 >>> vorn.Layout("LifTable", "BCM88690_B0").address(4097)
 Address(address=4097, access_type=10, dest_block=1)
@@ -296,9 +296,8 @@ Address(address=4097, access_type=10, dest_block=1)
 }
 
 void addArrow( py::module_& module ) {
-   py::class_<ArrowTable> table(
-      module, "ArrowTable",
-      R"(A dump that Arrow's C stream interface reads: Layout.arrow() makes it.
+   py::class_<ArrowTable> table( module, "ArrowTable",
+                                 R"(A dump with Arrow's C stream interface, made by Layout.arrow().
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> lif.arrow(lif.encode({"vsi": 1})).__arrow_c_stream__()  # doctest: +ELLIPSIS
@@ -360,7 +359,7 @@ The names of the tables and registers.
    module.def( "pairs", &pairs, "table"_a, R"(pairs(table)
 --
 
-The pairs of chip type and variant that a table has; variant 0 alone where it doesn't look at it.
+The pairs of chip type and variant that a table has; only variant 0 if it ignores the variant.
 
 >>> vorn.pairs("LifTable")[:2]
 [(2, 0), (2, 1)]
@@ -368,9 +367,9 @@ The pairs of chip type and variant that a table has; variant 0 alone where it do
    module.def( "identify", &identify, "chip"_a, "image"_a, R"(identify(chip, image)
 --
 
-The layouts of the pairs that an image may be of, by its length and its tag.
+The layouts of the pairs that an image may belong to, by its length and its tag.
 
-The likeliest come first: the more bits of a tag are as they must be, the less by chance.
+The likeliest come first: those with the most matching bits of a tag.
 
 >>> vorn.identify("BCM88690_B0", bytes.fromhex("4523010000000000"))[-1]
 vorn.Layout('TcamActionTable', 'BCM88690_B0', 0)
@@ -379,7 +378,7 @@ vorn.Layout('TcamActionTable', 'BCM88690_B0', 0)
                R"(locate(chip, address, dest_block=None)
 --
 
-What lies at an address of a chip's S-channel, or there in one destination block.
+What lies at an address of a chip's S-channel, or only in one destination block.
 
 >>> vorn.locate("BCM88690_B0", 4097)[0]
 Location(layout=vorn.Layout('LifTable', 'BCM88690_B0', 0), entry=4097, array=0, identifier=0)

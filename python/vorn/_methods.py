@@ -1,4 +1,4 @@
-"""What is made of the module with NumPy and pandas, which are imported when they are needed."""
+"""The part of the package that needs NumPy and pandas, which are imported on first use."""
 
 from __future__ import annotations
 
@@ -16,7 +16,7 @@ if TYPE_CHECKING:
 
 
 def _column(layout: Layout, field: Field, values: Any) -> NDArray[Any]:
-    """The values as an array that the module takes: unsigned, at least as wide as the field."""
+    """The values as an array for the module: unsigned, at least as wide as the field."""
     import numpy as np
 
     words = (field.width + 63) // 64
@@ -25,7 +25,7 @@ def _column(layout: Layout, field: Field, values: Any) -> NDArray[Any]:
     except ValueError as error:
         raise Error(f"the values of field {field.name} are no array: {error}") from None
     if array.dtype.kind == "O" or (words > 1 and array.ndim == 1):
-        # Python's ints, of any width. Each is encoded, and so checked, as if it were alone.
+        # Python ints of any width. Each is encoded, and so checked, by itself.
         if array.ndim != 1:
             raise Error(f"the values of field {field.name} have {array.ndim} dimensions, not 1")
         images = b"".join(_alone(layout, field, row, value) for row, value in enumerate(array))
@@ -66,7 +66,7 @@ def _alone(layout: Layout, field: Field, row: int, value: Any) -> bytes:
 
 
 def _is_one(value: Any) -> bool:
-    """Whether it is the value of every row rather than a column."""
+    """Whether it is one value for all rows rather than a column."""
     return isinstance(value, (int, str, float, bytes, type(None))) or (
         hasattr(value, "__index__") and getattr(value, "ndim", 0) == 0
     )
@@ -96,7 +96,7 @@ def encode_batch(
 ) -> NDArray[np.uint8]:
     """The images of many entries as an (N, size) array, from an array or one value for each field.
 
-    The rest of each image is zero but for the tag, or as in base, which is one image or N of them.
+    The rest of each image is zero except for the tag, or as in base, which is one image or N of them.
     A field of more than 64 bits takes an (N, words) array of uint64, or a list of ints.
 
     >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
@@ -177,7 +177,7 @@ def _bytes_of(layout: Layout, base: Buffer) -> NDArray[np.uint8]:
 
 
 def _flat(column: NDArray[Any]) -> Any:
-    """A column of one dimension: wide values become Python's ints."""
+    """A column of one dimension: wide values become Python ints."""
     import numpy as np
 
     if column.ndim == 1:
@@ -194,9 +194,9 @@ def frame(
     first_entry: int = 0,
     stride: Optional[int] = None,
 ) -> pd.DataFrame:
-    """The values of many entries as a data frame of pandas, indexed by entry.
+    """The values of many entries as a pandas data frame, indexed by entry.
 
-    The columns are those of decode_batch(); fields of more than 64 bits are columns of Python's
+    The columns are those of decode_batch(); fields of more than 64 bits are columns of Python
     ints.
 
     >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
@@ -220,8 +220,8 @@ def frame(
 def diff(before: Buffer, after: Buffer, layout: Layout, first_entry: int = 0) -> pd.DataFrame:
     """What differs between two dumps: a row for each value that isn't the same in both.
 
-    The rows are in order of the entry and then of the fields. The values are uint64, or Python's
-    ints where the pair has fields of more than 64 bits. Bits that no field has are not compared.
+    The rows are in order of the entries, then of the fields. The values are uint64, or Python ints
+    if the pair has fields of more than 64 bits. Bits of no field are not compared.
 
     >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
     >>> before = lif.encode_batch({"vsi": [7, 8, 9]})
@@ -382,16 +382,16 @@ def read_dump(
     empty: bool = False,
     strict: bool = False,
 ) -> Dump:
-    """The entries of one pair in a file, or in a file that is open: what vorn decode reads.
+    """The entries of one pair in a file, by path or open: what vorn decode reads.
 
-    The form is that of the first line: hexdump, xxd, lines of digits, JSON, CSV, bytes; or say it
-    as vorn's --image-format does. What gzip or zstd has compressed is decompressed. Table and chip need not be given where the images say them. The
-    variant is that of the tag if it isn't given. Entries that nobody has written, of zeroes that
-    fit no tag, are left out and counted unless empty is true. A tag that contradicts the variant is
-    a warning, or an Error if strict.
+    The first line determines the form, unless format names it as vorn's --image-format does:
+    hexdump, xxd, lines of digits, JSON, CSV, bytes. Input compressed with gzip or zstd is
+    decompressed. Table and chip may be left out if the images name them. Without a variant the
+    tag decides. Entries that were never written, zeroes that fit no tag, are left out and counted
+    unless empty is true. A tag that contradicts the variant is a warning, or an Error if strict.
 
     first_entry, array and identifier say where the first entry of a dump without addresses lies,
-    stride how many bytes after it the next one.
+    stride how many bytes the entries are apart.
 
     >>> import io
     >>> text = io.StringIO("entry,image\\n7,4523010000000000\\n9,4623010000000000\\n")
@@ -421,7 +421,7 @@ def read_dumps(
     empty: bool = False,
     strict: bool = False,
 ) -> dict[Layout, Dump]:
-    """The same of any number of pairs, such as vorn program prints: a Dump for each layout.
+    """The same for any number of pairs, such as vorn program prints: a Dump for each layout.
 
     >>> import io
     >>> text = io.StringIO('''

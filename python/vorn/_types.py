@@ -1,4 +1,4 @@
-"""The types that the module makes objects of."""
+"""The types of the objects that the module returns."""
 
 from __future__ import annotations
 
@@ -23,7 +23,7 @@ class Error(ValueError):
 
 
 class MisuseError(Error):
-    """Bad input that nothing but an assertion of the library has noticed.
+    """Bad input that only an assertion of the library detected.
 
     >>> issubclass(vorn.MisuseError, vorn.Error)
     True
@@ -46,7 +46,7 @@ class Field(NamedTuple):
 
 
 class Address(NamedTuple):
-    """Where an entry lies, as the chip's S-channel says it.
+    """Where an entry lies on the chip's S-channel.
 
     >>> vorn.Layout("LifTable", "BCM88690_B0").address(4097).address
     4097
@@ -71,9 +71,9 @@ class Location(NamedTuple):
 
 
 class Dump:
-    """The entries of a pair that a file holds, and where they lie: -1 where the file doesn't say.
+    """The entries of a pair in a file, and where they lie: -1 if the file doesn't say.
 
-    It is unpacked to the images and the numbers of their entries.
+    Unpacks to the images and the numbers of their entries.
 
     >>> import io
     >>> dump = vorn.read_dump(io.StringIO("4523010000000000"), "BCM88690_B0", "TcamActionTable")
@@ -111,7 +111,7 @@ class Dump:
         return f"<vorn.Dump of {entries} of {self.layout!r}>"
 
     def frame(self, fields: Optional[Iterable[str]] = None) -> pd.DataFrame:
-        """The values as a data frame of pandas, indexed by the numbers of the entries.
+        """The values as a pandas data frame, indexed by the numbers of the entries.
 
         >>> import io
         >>> text = io.StringIO("entry,image\\n7,05000000\\n9,06000000\\n")

@@ -17,8 +17,8 @@ constexpr char lowered( char character ) {
    return isCapital( character ) ? static_cast<char>( character - 'A' + 'a' ) : character;
 }
 
-// The first part of a hardware name goes to lower case; each further part keeps its first
-// character and lowers the rest.
+// The first part of a hardware name becomes lower case; each further part keeps its first character
+// and lowers the rest.
 constexpr bool namedByRule( const CatalogueRow& row ) {
    std::size_t next = 0;
    bool partBegins = false;
@@ -44,7 +44,7 @@ constexpr bool keepsCapital( const CatalogueRow& row ) {
             row.hardwareName == "IP_QUALIFIER_ADDITIONAL_HEADER_2ND" );
 }
 
-// Identifiers ascend, and hardware names with them, but for IPV6 ahead of IPV4_DIP.
+// Identifiers ascend, and hardware names with them, except for IPV6 before IPV4_DIP.
 constexpr bool inOrder( const CatalogueRow& left, const CatalogueRow& right ) {
    const bool exception = left.identifier == 182 && left.hardwareName == "IPV6" &&
                           right.identifier == 183 && right.hardwareName == "IPV4_DIP";

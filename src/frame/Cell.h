@@ -1,4 +1,4 @@
-// Where fields lie, as the frame calls it.
+// The frame's names for where fields lie.
 #pragma once
 
 #include <Hardware/detail/Cell.h>

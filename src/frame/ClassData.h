@@ -1,4 +1,4 @@
-// A class as run-time data: what its rare paths and the registry need, whatever the class.
+// A class as run-time data, for its rare paths and the registry.
 #pragma once
 
 #include "Facts.h"
@@ -29,7 +29,7 @@ struct ClassData {
    ValueType entryType; // of getAllFields
    U8 fieldCount;
    const FieldData* fields; // in declared order
-   const U8* fieldOf;       // identifier to field number, noField if it isn't the class's
+   const U8* fieldOf;       // identifier to field number, noField if the class lacks it
    const Cell* cells;       // [field][format], formatCount + 1 columns; the last is absent
    unsigned formatCount;
    const U8* formatOf; // of PairTables of pairCount numbers
@@ -40,8 +40,8 @@ struct ClassData {
    std::shared_ptr<Kelvar::AsicBase> ( *make )( Hardware::ChipType chipType, U8 variant );
 };
 
-// Where a PairTable has a pair, unless that lies after its end. Side by side in a view, the two
-// are one load.
+// The index of a pair in a PairTable, unless it is beyond the end. The two members are adjacent in
+// a view, so they are one load.
 constexpr unsigned pairOf( U8 chipType, U8 variant ) {
    return static_cast<unsigned>( chipType | variant << 8 );
 }
@@ -59,7 +59,7 @@ inline unsigned formatOf( const ClassData& data, U8 chipType, U8 variant ) {
    return pairLookup( data.formatOf, data.pairCount, chipType, variant );
 }
 
-// The facts of a pair; the first of the class's, without a format, if the pair is invalid.
+// The facts of a pair; the class's first facts, without a format, if the pair is invalid.
 inline const PairFacts& factsOf( const ClassData& data, U32 chipType, U8 variant ) {
    return data.facts[chipType < 256 ? pairLookup( data.factsOf, data.pairCount,
                                                   static_cast<U8>( chipType ), variant )

@@ -1,4 +1,4 @@
-// All that the source file of a class needs of the frame.
+// Everything that the source file of a class needs from the frame.
 #pragma once
 
 #include "FastPaths.h"

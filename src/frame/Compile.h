@@ -1,5 +1,5 @@
 // From a description to the formats and facts of its pairs, and the first flaw in it: one function
-// for each part of the description, each of which goes over the pairs that the part speaks of.
+// for each part of the description, which goes over the pairs that the part covers.
 #pragma once
 
 #include "Facts.h"
@@ -52,7 +52,7 @@ constexpr void forEachPair( Chips chips, Variants variants, Visit visit ) {
    } );
 }
 
-// The pairs that the rows of a part of the description speak of.
+// The pairs that the rows of a part of the description cover.
 constexpr Pairs pairsOf( const auto& rows ) {
    Pairs pairs;
    for( const auto& row : rows ) {
@@ -62,12 +62,12 @@ constexpr Pairs pairsOf( const auto& rows ) {
    return pairs;
 }
 
-// For each pair the row of a part that speaks of it, counted from 1; 0 where none does.
+// For each pair the row of a part that covers it, counted from 1; 0 if there is none.
 struct RowNumbers {
    U16 of[chipLimit][variantLimit] = {};
 };
 
-// Numbers the rows of a part. Two that speak of one pair are the flaw `twice`.
+// Numbers the rows of a part. Two rows for one pair are the flaw `twice`.
 constexpr RowNumbers rowNumbersOf( const auto& rows, Flaw twice, Finding& finding ) {
    RowNumbers numbers;
    U16 number = 0;
@@ -146,7 +146,7 @@ struct PairCells {
    constexpr void take( const Placement& placement ) {
       cells[placement.field] = placement.cell;
       ++count;
-      // Order-free, as two formats may stem from different blocks.
+      // Independent of order, as two formats may come from different blocks.
       const U64 mixed = ( U64{ placement.field } << 32 | U64{ placement.cell.offset } << 16 |
                           placement.cell.width ) *
                         0x9e3779b97f4a7c15u;
@@ -233,8 +233,8 @@ constexpr void checkTypes( const Formats<Fields>& formats,
 
 // Dimensions, which say which pairs are valid.
 
-// Whether every variant means the same on a chip type with these. The last one stands for all the
-// numbers that no variant list can name.
+// Whether every variant means the same on a chip type with these. The last one stands for all
+// numbers that a variant list can't name.
 constexpr bool withoutVariants( U32 variants ) { return variants >> ( variantLimit - 1 ) != 0; }
 
 constexpr void checkDimensions( const auto& rows, const Pairs& valid, unsigned storageSize,
@@ -253,7 +253,7 @@ constexpr void checkDimensions( const auto& rows, const Pairs& valid, unsigned s
    }
 }
 
-// Whether layout and dimensions speak of the same pairs, and each field lies within the memory.
+// Whether layout and dimensions cover the same pairs, and each field lies within the memory.
 template<std::size_t Fields>
 constexpr void checkFields( const auto& placements, const Formats<Fields>& formats,
                             const auto& dimensions, const RowNumbers& dimensionOf,
@@ -433,7 +433,7 @@ constexpr FactsTable factsTableOf( const auto& description, const Formats<Fields
                                    const RowNumbers& addressOf, const RowNumbers& tagOf,
                                    Finding& finding ) {
    FactsTable table;
-   // Pairs that the same rows speak of are told apart by their formats alone.
+   // Pairs with the same rows differ by their formats alone.
    U64 origins[factsLimit] = {};
    valid.forEach( [&]( unsigned chipType, unsigned variant ) {
       const U8 format = formats.of[chipType][variant];
@@ -479,7 +479,7 @@ constexpr FactsTable factsTableOf( const auto& description, const Formats<Fields
    return table;
 }
 
-// What a description comes to. Only `finding` counts if there is one.
+// What a description evaluates to. Only `finding` is valid if there is one.
 template<std::size_t Fields>
 struct Compilation {
    Finding finding;

@@ -1,4 +1,4 @@
-// The words of descriptions, as the frame calls them.
+// The frame's names for the vocabulary of descriptions.
 #pragma once
 
 #include "Cell.h"

@@ -1,4 +1,5 @@
-// The facts of a class that its operations go by at run time, and where in them something happens.
+// The facts of a class that its operations use at run time, and the sites at which they trace or
+// fail.
 #pragma once
 
 #include "Cell.h"
@@ -17,14 +18,14 @@ inline constexpr ValueType
 
 constexpr unsigned bitsOf( ValueType type ) { return 8u << static_cast<unsigned>( type ); }
 
-// The format of a pair that isn't valid.
+// The format of an invalid pair.
 inline constexpr unsigned noFormat = 63;
 
-// What the operations ask of a pair besides its format. Number 0 is that of all invalid pairs.
+// What the operations need of a pair besides its format. Number 0 is that of all invalid pairs.
 struct PairFacts {
    U8 format = noFormat;
    bool hasAddress = false;
-   U8 variantCount = 0; // 0 where the variant is not looked at
+   U8 variantCount = 0; // 0 if the variant is ignored
    U8 tagCount = 0;
    U16 width = 0;
    U16 instanceCount = 0;
@@ -75,8 +76,8 @@ enum class Operation : U8 {
    addrStride,
 };
 
-// Where something is traced or fails: the operation, its field if it is one field's, and the line
-// it was declared at. Small enough for a register.
+// Where something is traced or fails: the operation, its field if it has one, and the line of its
+// declaration. Fits into a register.
 struct Site {
    Operation operation;
    U8 field;

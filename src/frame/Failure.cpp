@@ -1,11 +1,11 @@
-// Assertion texts and signatures, and the one way to the platform's assertion routine.
+// Assertion texts and signatures, and the only call of the platform's assertion routine.
 #include "Failure.h"
 
 #include <ostream>
 #include <streambuf>
 
-// Without <cassert>, whose declaration promises that it doesn't throw: a program may stand in for
-// this function to observe failures.
+// Without <cassert>, which declares that it doesn't throw: a program may replace this function to
+// observe failures.
 extern "C" [[noreturn]] void __assert_fail( const char* expression, const char* file, unsigned line,
                                             const char* function );
 
@@ -20,7 +20,7 @@ constexpr const char* typeNames[] = { "U8",     "U16",    "U32",    "U64",
 
 const char* typeName( ValueType type ) { return typeNames[static_cast<unsigned>( type )]; }
 
-// The variants that `has` names; all of them where the variant is not looked at.
+// The variants that `has` names; all of them if the variant is ignored.
 struct VariantSet {
    unsigned count = 0;
    unsigned first = 0;
@@ -51,8 +51,8 @@ const CatalogueRow& catalogueRowOf( const ClassData& data, Site site ) {
    return Frame::catalogueRowOf( data.fields[site.field].identifier );
 }
 
-// What stands around an operation's name in its signature. The name begins with the field or the
-// class where the operation is one field's, or named after the class.
+// The text around an operation's name in its signature. The name begins with the field if the
+// operation is one field's, or with the class if it is named after the class.
 struct Shape {
    const char* result;
    const char* name;
@@ -171,7 +171,7 @@ void failBound( const ClassData& data, Site site, U64 maximum ) {
 
 namespace {
 
-// A stream's way into a text, which allocates nothing: a signal handler may trace.
+// A stream buffer over a text. It allocates nothing, since a signal handler may trace.
 class TextBuffer : public std::streambuf {
 public:
    const Text& text() const { return text_; }

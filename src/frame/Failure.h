@@ -1,4 +1,4 @@
-// The ends of broken contracts: assertions with the exact texts that callers and tests rely on.
+// Broken contracts: assertions with the exact texts that callers and tests rely on.
 #pragma once
 
 #include "ClassData.h"
@@ -19,7 +19,7 @@ Text shortNameOf( const ClassData& data, Site site );
 // The chip type as its stream output prints it.
 Text printed( U8 chipType );
 
-// Plain assertion: the expression text as it stands.
+// Plain assertion: the expression text as it is.
 [[noreturn, gnu::cold]] void fail( const char* expression, int line, const char* signature );
 // Message assertion: `write` gives the message to Oru::SassertHelper's stream; the expression text
 // is then "\"<expression>\" == nullptr".
@@ -41,12 +41,12 @@ template<class Write>
 [[noreturn, gnu::cold]] void failLength( const ClassData& data, Site site, unsigned bytes );
 // "<f> <= 0x<max>"
 [[noreturn, gnu::cold]] void failBound( const ClassData& data, Site site, U64 maximum );
-// A pair without the field: "0", or "variant_ == V" where the chip type has it in V alone; from
+// A pair without the field: "0", or "variant_ == V" if the chip type has it in V alone; from
 // `<f>Len()` the message "<chip type> does not have field <hardware name>".
 [[noreturn, gnu::cold]] void failAbsent( const ClassData& data, Site site, U8 chipType );
-// A pair given as arguments that is invalid: "0", or "variant == 0".
+// An invalid pair passed as arguments: "0", or "variant == 0".
 [[noreturn, gnu::cold]] void failPair( const ClassData& data, Site site, U32 chipType );
-// The pair of a view that is invalid: "0", or "variant_ == V".
+// An invalid pair of a view: "0", or "variant_ == V".
 [[noreturn, gnu::cold]] void failViewPair( const ClassData& data, Site site, U8 chipType );
 // A pair that the constructor doesn't know.
 [[noreturn, gnu::cold]] void failConstruction( const ClassData& data, Site site, U8 chipType,

@@ -1,7 +1,7 @@
-// The operations of the contract for a class given as a type: fast paths with its constants, which
-// leave to the rules whatever they don't see through at once.
+// The operations of the contract for a class as a type parameter: fast paths with its constants,
+// which leave everything else to the rules.
 //
-// The class parameter `C` is what frame/DefineView.inc makes of a description: static constants,
+// The class parameter `C` is what frame/DefineView.inc makes from a description: static constants,
 // and `C::data()`, the same as run-time data.
 #pragma once
 
@@ -13,41 +13,41 @@
 
 namespace Hardware::Frame {
 
-// Whether the platform says that its primitives are inline. If it doesn't, each access is one call
-// of the platform's own, with the view's buffer and length: a site may have replaced it.
+// Whether the platform declares its primitives inline. If it doesn't, each access is one call of
+// the platform's primitive, with the view's buffer and length: a site may have replaced it.
 #ifdef KELVAR_BITBUF_IS_INLINE
 inline constexpr bool primitivesAreInline = true;
 #else
 inline constexpr bool primitivesAreInline = false;
 #endif
 
-// The accessors proper are the contract's fast path, with the field's cells as constants. They
-// take it only where they see at once that nothing is to be traced and nothing will fail; in all
-// other cases they leave to the rules. Nothing else is called, so they need no stack.
+// The accessors are the contract's fast path, with the field's cells as constants. They take it
+// only if nothing is to be traced and nothing will fail; in all other cases they jump to the rules.
+// They call nothing else, so they need no stack.
 
 // All formats that have the field, by cell.
 template<class C, U8 field>
 inline constexpr auto distinctCells = distinctCellsOf( C::formats, field );
 
-// The bytes up to the end of a field's last 64-bit word, as far as an entry has it. A fast path
-// asks for so many, and then goes by this constant instead of the buffer's length. Shorter buffers,
-// which may still hold the field, are for the rules.
+// The bytes up to the end of a field's last 64-bit word, or of the entry if that comes first. A
+// fast path requires this many, and then uses this constant instead of the buffer's length. Shorter
+// buffers, which may still hold the field, are for the rules.
 template<class C, Cell cell>
 inline constexpr int fastLength = std::min<int>( ( cell.offset + cell.width + 63 ) / 64 * 8,
                                                  C::storageSize );
 
-// The number of a field's cell in each format; their count where it has none.
+// The number of a field's cell in each format; their count for a format without the field.
 template<class C, U8 field>
 inline constexpr auto cellNumbers = cellNumbersOf( distinctCells<C, field> );
 
-// Calls `act` with the field's cell in the format, a constant, and hands back what it says; false
-// without one.
+// Calls `act` with the field's cell in the format, a constant, and returns its result; false if
+// there is no cell.
 template<class C, U8 field, class Act>
 [[gnu::always_inline]] inline bool inFormat( unsigned format, const Act& act ) {
    constexpr unsigned count = distinctCells<C, field>.count;
    static_assert( count <= 12 );
    const unsigned number = cellNumbers<C, field>[format];
-   // Few cells are told apart by tests; this one first leaves the others alike.
+   // A few cells are selected by tests; this one comes first, so that the others cost the same.
    if( count <= 3 && number == count ) [[unlikely]] {
       return false;
    }
@@ -80,7 +80,7 @@ template<class C, U8 field, class Act>
    }
 }
 
-// A view's format; none where something is to be traced, which is for the rules.
+// A view's format; none if something is to be traced, which is for the rules.
 template<class C>
 [[gnu::always_inline]] inline unsigned fastFormat( const State& state ) {
    if( tracedInView() ) [[unlikely]] {
@@ -99,8 +99,8 @@ template<class C, U8 field, class Act>
    return inFormat<C, field>( fastFormat<C>( state ), act );
 }
 
-// A narrow field of many cells is read and written where a table says, without a branch for the
-// format: so all formats of a class cost the same.
+// A narrow field of many cells is read and written through a table, without a branch on the format:
+// so all formats of a class cost the same.
 template<class C, U8 field, class Value>
 inline constexpr bool byWords = std::is_integral_v<Value>&& distinctCells<C, field>.count > 2 &&
                                 areWithinWords( distinctCells<C, field>, C::storageSize );
@@ -108,7 +108,7 @@ inline constexpr bool byWords = std::is_integral_v<Value>&& distinctCells<C, fie
 template<class C, U8 field>
 inline constexpr auto wordAccesses = wordAccessesOf( distinctCells<C, field> );
 
-// Words as the primitives' own, which the platform's header needn't have.
+// Words as in the stand-in's primitives; another platform's header need not have them.
 inline U64 wordAt( const U8* bytes ) {
    U64 word;
    std::memcpy( &word, bytes, sizeof( word ) );
@@ -121,7 +121,7 @@ inline void mergeAt( U8* bytes, U64 bits, U64 mask ) {
    std::memcpy( bytes, &word, sizeof( word ) );
 }
 
-// In one word, first and last are the same; what the second brings is cut off.
+// If the field lies in one word, first and last are the same; the bits of the second are cut off.
 [[gnu::always_inline]] inline U64 bitsAt( const U8* buf, const WordAccess& access ) {
    const U64 low = wordAt( buf + access.first ) >> access.shift;
    const U64 high = wordAt( buf + access.last ) << 1 << ( 63 ^ access.shift );
@@ -142,14 +142,13 @@ inline void mergeAt( U8* bytes, U64 bits, U64 mask ) {
    mergeAt( buf + access.first, bits << access.shift, mask << access.shift );
 }
 
-// A state for the rules. The compiler may put its members together for the call only here, not
-// before the fast path.
+// A state for the rules. Keeps the compiler from assembling it before the fast path.
 [[gnu::always_inline]] inline State forRules( State state ) {
    __asm__( "" : "+r"( state.len ) );
    return state;
 }
 
-// Calls `act` with the field's cell if the view has the field and its buffer holds it: what comes
+// Calls `act` with the field's cell if the view has the field and its buffer holds it: the steps
 // before the call of a primitive that isn't inline.
 template<class C, U8 field, class Act>
 [[gnu::always_inline]] inline bool inBuffer( const State& state, const Act& act ) {
@@ -176,7 +175,7 @@ template<class Value>
    return value;
 }
 
-// Clears the 64-bit words of a value from this one on; the ones before it will be written whole.
+// Clears the 64-bit words of a value from this one on; those before it are overwritten.
 template<unsigned first, class Value>
 [[gnu::always_inline]] inline void clearFrom( Value& value ) {
    if constexpr( std::is_integral_v<Value> ) {
@@ -242,7 +241,7 @@ template<class C, Site site, class Value>
       } );
    } else if constexpr( byWords<C, site.field, Value> ) {
       const WordAccess& access = wordAccesses<C, site.field>[fastFormat<C>( state )];
-      // A greater value is for the rules also where there is no bound: they cut it.
+      // A greater value is for the rules even if there is no bound: they truncate it.
       done = state.len > access.lastByte && value <= onesOf( access );
       if( done ) [[likely]] {
          bitsAtAre( state.buf, access, value );
@@ -253,7 +252,7 @@ template<class C, Site site, class Value>
             return false;
          }
          if constexpr( std::is_integral_v<Value> ) {
-            // Not one condition with the above, where clang would compare a Raw value too.
+            // A condition of its own: in the one above, clang would compare a Raw value too.
             if constexpr( bounded( cell.width ) ) {
                if( value > onesOf<U64>( cell.width ) ) [[unlikely]] {
                   return false;
@@ -362,7 +361,7 @@ Raw4096 allFieldsMask( Site site, U32 chipType, U8 variant ) {
    return mask;
 }
 
-// A pair with an address, and nothing out of range.
+// A pair with an address, and all indices in range.
 template<class C, Site site>
 [[gnu::always_inline]] inline bool getSchanAddress( U32 chipType, U8 variant, U32& schanAddress,
                                                     U8& accessType, U8& destBlock,
@@ -381,7 +380,7 @@ template<class C, Site site>
 }
 
 // Calls `act` with the cell and the value of each tag field of a pair of the class, as long as it
-// says true; false too where the pair isn't tagged in all of them.
+// returns true. Also false if the pair isn't tagged in all of them.
 template<class C, class Act>
 [[gnu::always_inline]] inline bool everyTag( const PairFacts& facts, const Act& act ) {
    if( facts.tagCount != C::tagFields.count ) [[unlikely]] {
@@ -406,7 +405,7 @@ template<class C, Cell cell>
 }
 
 // construct and handleTag in one, if the pair is valid, nothing is traced or fails, and no
-// primitive is to be called.
+// primitive needs a call.
 template<class C>
 [[gnu::always_inline]] inline bool constructFast( State state, bool existingEntry ) {
    const unsigned pair = pairOf( state.chipType, state.variant );
@@ -432,7 +431,7 @@ template<class C>
    } );
 }
 
-// A class's discriminator: a pair with a tag, all of it surely in the buffer, and inline
+// A class's discriminator: a pair with a tag, a buffer known to hold all of it, and inline
 // primitives.
 template<class C, Site site>
 [[gnu::always_inline]] inline bool holds( Hardware::ChipType chipType, const U8* buf, U16 len,

@@ -1,4 +1,4 @@
-// The flaws that the compiler can see in a description, and how its message names them.
+// The flaws that the compiler can detect in a description, and how its message names them.
 #pragma once
 
 #include "Description.h"
@@ -49,10 +49,10 @@ enum class Flaw : U8 {
              // where that is meant
 };
 
-// Stands for the field, chip type or variant where a flaw isn't one's.
+// Stands for the field, chip type or variant if a flaw has none.
 inline constexpr unsigned anyNumber = 0xff;
 
-// The first flaw of a description, with the field, chip type and variant it shows at.
+// The first flaw of a description, with the field, chip type and variant where it is.
 struct Finding {
    Flaw flaw = Flaw::none;
    unsigned field = anyNumber;
@@ -71,7 +71,7 @@ struct Finding {
 // What the compiler's message shows instead of anyNumber.
 enum class Any { field, chipType, variant };
 
-// A number as the compiler's message is to show it.
+// A number as the compiler's message shows it.
 template<class Number, unsigned number, Any any>
 constexpr auto shown() {
    if constexpr( number == anyNumber ) {
@@ -81,8 +81,8 @@ constexpr auto shown() {
    }
 }
 
-// Refuses a description with a flaw; the compiler's message shows the arguments, by name where they
-// are a field or chip type.
+// Refuses a description with a flaw. The compiler's message shows the arguments, fields and chip
+// types by name.
 template<Flaw flaw, auto field, auto chipType, auto variant>
 struct Soundness {
    static_assert( flaw == Flaw::none, "the description has the flaw named in the arguments" );

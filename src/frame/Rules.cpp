@@ -5,7 +5,7 @@ namespace Hardware::Frame {
 
 namespace {
 
-// Where the view has the site's field; without it the operation fails.
+// Where the view has the site's field; fails if it doesn't have it.
 Cell checkedCell( State state, const ClassData& data, Site site ) {
    traceView( data, site, state );
    const Cell cell = cellOf( data, site.field, state.chipType, state.variant );
@@ -74,7 +74,7 @@ bool validByRules( State state, const ClassData& data, Site site ) {
 
 namespace {
 
-// The number of an identifier's field, noField if it isn't the class's.
+// The number of an identifier's field; noField if the class doesn't have it.
 unsigned fieldOf( const ClassData& data, U32 fieldId ) {
    return fieldId < identifierLimit ? data.fieldOf[fieldId] : noField;
 }
@@ -90,7 +90,7 @@ Site accessorOf( const ClassData& data, Operation operation, unsigned field ) {
    return siteOf( operation, data.fields[field].line, static_cast<U8>( field ) );
 }
 
-// Not inlined, as what it keeps in registers would have to be saved on the fast paths.
+// Not inlined: the fast paths would have to save the registers that it uses.
 
 [[gnu::cold, gnu::noinline]] U16 fieldWidthByRules( const ClassData& data, Site site, U32 fieldId,
                                                     State state ) {
@@ -158,7 +158,7 @@ const PairFacts& tracedFacts( const ClassData& data, Site site, U32 chipType, U8
 
 namespace {
 
-// "tableEntry < N", or "tableEntry == 0" where the only index is 0 and the class says so.
+// "tableEntry < N", or "tableEntry == 0" if the only index is 0 and the class says so.
 Text indexTest( const char* index, U32 limit, bool equality ) {
    return equality ? Text( index, " == 0" ) : Text( index, " < ", limit );
 }
@@ -184,7 +184,7 @@ bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType, U8 
       const bool equality = data.isTable && facts.arrayElements == 1;
       fail( data, site, indexTest( "arrayIndex", facts.arrayElements, equality ).c_str() );
    }
-   // By now it is the identifier, or the fast path would have answered.
+   // Only the identifier is left: the fast path serves everything else.
    schanAddress =
       facts.base + indices.tableEntry * facts.entryStep + indices.arrayIndex * facts.arrayStep;
    const unsigned count = facts.instanceCount;

@@ -12,7 +12,7 @@
 
 namespace Hardware::Frame {
 
-// A view's members as an operation finds them; passed in two registers.
+// A view's members; passed in two registers.
 struct State {
    U8* buf;
    U8 chipType;
@@ -62,15 +62,15 @@ constexpr bool bounded( unsigned width ) {
    }
 }
 
-// By identifier. Without traces nobody can tell setField64 from the call of `<f>Is()`; this is for
-// the rest.
+// By identifier. Without traces setField64 is the same as the call of `<f>Is()`; this serves all
+// other cases.
 [[gnu::cold]] void setField64ByRules( const ClassData& data, Site site, U32 fieldId, U64 value,
                                       State state );
 U16 fieldWidth( const ClassData& data, Site site, U32 fieldId, State state );
 U16 fieldOffset( const ClassData& data, Site site, U32 fieldId, State state );
 bool isFieldValid( const ClassData& data, Site site, U32 fieldId, State state );
 
-// The facts of a pair given as arguments; an invalid pair fails.
+// The facts of a pair passed as arguments; an invalid pair fails.
 inline const PairFacts& checkedFacts( const ClassData& data, Site site, U32 chipType, U8 variant ) {
    const PairFacts& facts = factsOf( data, chipType, variant );
    if( facts.format == noFormat ) [[unlikely]] {
@@ -79,7 +79,7 @@ inline const PairFacts& checkedFacts( const ClassData& data, Site site, U32 chip
    return facts;
 }
 
-// The two statics that trace, before they check the pair.
+// The two static functions that trace before they check the pair.
 const PairFacts& tracedFacts( const ClassData& data, Site site, U32 chipType, U8 variant );
 
 // Where an entry is asked for.
@@ -89,15 +89,15 @@ struct EntryIndices {
    U16 identifier;
 };
 
-// The contract of getSchanAddress in its order, where the fast path has no answer: false for
-// an invalid pair, else an assertion. A table and a register differ in the texts of their tests
-// alone.
+// The contract of getSchanAddress in its order, for calls that the fast path doesn't serve: false
+// for an invalid pair, otherwise an assertion. A table and a register differ only in the texts of
+// their tests.
 [[gnu::cold]] bool getSchanAddressByRules( const ClassData& data, Site site, U32 chipType,
                                            U8 variant, U32& schanAddress, EntryIndices indices );
 
-// The constructor after the base's: checks the pair and traces it.
+// The constructor's part after the base's: checks the pair and traces it.
 void construct( const ClassData& data, Site site, State state );
-// Stamps the pair's tag into a fresh entry, verifies it in an existing one.
+// Stamps the pair's tag into a new entry, verifies it in an existing one.
 void handleTag( const ClassData& data, Site site, State state, bool existingEntry );
 
 // A class's discriminator: false only for a chip type that the class lacks, or a pair whose tag

@@ -1,4 +1,4 @@
-// What remains of a description at run time: tables of just the size that they need.
+// What remains of a description at run time: tables of the smallest size.
 #pragma once
 
 #include "ClassData.h"
@@ -40,8 +40,8 @@ constexpr DistinctCells<formatLimit> distinctCellsOf( const Formats<Fields>& for
    return cells;
 }
 
-// The number of the cell that each format has, for whatever a PairTable of formats holds; the
-// cells' count where a format has none.
+// The number of the cell that each format has, in the order of a PairTable of formats; the count of
+// cells for a format without one.
 template<std::size_t Count>
 constexpr std::array<U8, noFormat + 1> cellNumbersOf( const DistinctCells<Count>& cells ) {
    std::array<U8, noFormat + 1> numbers{};
@@ -56,8 +56,8 @@ constexpr std::array<U8, noFormat + 1> cellNumbersOf( const DistinctCells<Count>
    return numbers;
 }
 
-// How a field of 64 bits or less is read and written in the 64-bit words of an entry. Without
-// values by default, which gcc 12 forgets in an array of them.
+// How a field of 64 bits or less is read and written in the 64-bit words of an entry. No default
+// values: gcc 12 drops them in an array.
 struct alignas( 8 ) WordAccess {
    U16 lastByte; // of its last word
    U8 first;     // byte at which the word of its lowest bit starts
@@ -69,7 +69,7 @@ struct alignas( 8 ) WordAccess {
 // Of an absent field: no buffer has its last byte.
 inline constexpr WordAccess noWordAccess = { 0xffff, 0, 0, 0, 0 };
 
-// Whether all of a field's cells can be read and written so, their words within the storage.
+// Whether all of a field's cells can be accessed this way, with their words within the storage.
 template<std::size_t Count>
 constexpr bool areWithinWords( const DistinctCells<Count>& cells, unsigned storageSize ) {
    for( unsigned number = 0; number < cells.count; ++number ) {
@@ -101,7 +101,7 @@ constexpr std::array<WordAccess, noFormat + 1> wordAccessesOf( const DistinctCel
    return accesses;
 }
 
-// The tag fields of a class in their order, if all its tags have the same; else none.
+// The tag fields of a class in order if all its tags have the same fields; otherwise none.
 struct TagFields {
    unsigned count = 0;
    U8 fields[tagFieldLimit] = {};
@@ -139,7 +139,7 @@ constexpr std::array<PairFacts, Count> shrunk( const FactsTable& facts ) {
    return rows;
 }
 
-// A number for each pair, to be found by both in one step: 256 chip types a variant. The last row
+// A number for each pair, found in one step: a row of 256 chip types for each variant. The last row
 // stands for all variants that the class doesn't number.
 template<std::size_t Rows>
 struct PairTable {
@@ -150,7 +150,7 @@ struct PairTable {
 constexpr std::size_t pairRowsOf( const Pairs& valid ) {
    U32 all = 0;
    for( const U32 variants : valid.variants ) {
-      // Where any variant will do, the last row says so.
+      // If any variant will do, the last row has the pair.
       all |= withoutVariants( variants ) ? 0 : variants;
    }
    return static_cast<std::size_t>( std::bit_width( all ) ) + 1;
@@ -236,7 +236,7 @@ std::shared_ptr<Kelvar::AsicBase> makeWithStorage( Hardware::ChipType chipType, 
    return std::make_shared<typename View::WithStorage>( chipType, variant );
 }
 
-// `C` is what frame/DefineView.inc makes of the description of `View`.
+// `C` is what frame/DefineView.inc makes from the description of `View`.
 template<class View, class C>
 constexpr ClassData classDataOf( const char* name, bool isTable ) {
    return { name,

@@ -1,4 +1,4 @@
-// A text in a fixed buffer, for the paths that must neither allocate nor need a destructor.
+// A text in a fixed buffer, for code that must neither allocate nor need a destructor.
 #pragma once
 
 #include <Kelvar/Types.h>

@@ -4,7 +4,7 @@
 namespace Hardware::Frame {
 
 Oru::TraceHandle& _defaultTraceHandle() {
-   // Not destroyed at the process's exit: threads and later destructors may still trace.
+   // Not destroyed at process exit: threads and later destructors may still trace.
    static Oru::TraceHandle* const handle =
       new( traceHandleStorage.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
    return *handle;
@@ -42,7 +42,7 @@ void traceStatic( const ClassData& data, Site site, U32 chipType, U8 variant ) {
 void traceNamed( const ClassData& data, Site site, U8 chipType, U8 variant,
                  const Oru::String& fieldName ) {
    write( data, Level::call, site, signatureOf( data, site ).c_str() );
-   // Each line asks on its own: the sink may have switched the level off.
+   // Each line tests the level again: the sink may have switched it off.
    if( enabled( Level::call ) ) {
       write( data, Level::call, site, "chipType: ", chipType, " variant: ", variant,
              " fieldName: ", fieldName );

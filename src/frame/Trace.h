@@ -14,7 +14,7 @@ namespace Hardware::Frame {
 // Built on first use, under the run-time's guard.
 Oru::TraceHandle& _defaultTraceHandle();
 
-// Where it is built, so that nothing is loaded to find it.
+// Its memory, at an address that needs no load to find.
 struct TraceHandleStorage {
    alignas( Oru::TraceHandle ) std::byte bytes[sizeof( Oru::TraceHandle )] = {};
 
@@ -39,14 +39,14 @@ bool enabled( Level level );
 
 // Whether an operation of a view writes its line. The view's construction has built the handle.
 [[gnu::always_inline]] inline bool tracedInView() {
-#ifdef VORN_WITHOUT_TRACES // only the benchmarks, to tell what the tests cost
+#ifdef VORN_WITHOUT_TRACES // only in benchmarks, to measure what the tests cost
    return false;
 #else
    return enabled( traceHandleStorage.handle(), Level::call );
 #endif
 }
 
-// Whether an operation that may be the first of the process surely writes none, told without a
+// Whether an operation that may be the first of the process certainly writes no line; needs no
 // call.
 [[gnu::always_inline]] inline bool surelyQuiet() {
 #ifdef VORN_WITHOUT_TRACES
@@ -62,7 +62,7 @@ bool enabled( Level level );
 
 // "<signature> chipType: <number> variant: <number>"
 [[gnu::cold]] void traceCall( const ClassData& data, Site site, U8 chipType, U8 variant );
-// The same of a static operation, whose chip type is a U32.
+// The same for a static operation, whose chip type is a U32.
 [[gnu::cold]] void traceStatic( const ClassData& data, Site site, U32 chipType, U8 variant );
 // "<signature>", then "chipType: <number> variant: <number> fieldName: <name>".
 [[gnu::cold]] void traceNamed( const ClassData& data, Site site, U8 chipType, U8 variant,

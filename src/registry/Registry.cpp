@@ -44,8 +44,8 @@ using Function = Result ( * )( Hardware::ChipType, U8 );
 template<class Result>
 using Map = std::unordered_map<Oru::String, Function<Result>, Hash>;
 
-// A map from each name to one function of its class. Not destroyed at the process's exit: threads
-// and later destructors may still ask.
+// A map from each name to one function of its class. Not destroyed at process exit: threads and
+// later destructors may still use it.
 template<class Result>
 const Map<Result>& mapOf( Function<Result> Frame::ClassData::*function ) {
    auto map = std::make_unique<Map<Result>>();
@@ -121,7 +121,7 @@ std::size_t classFields( std::string_view name, FieldInfo* out, std::size_t capa
    return data->fieldCount;
 }
 
-// What programs built before these call: the vectors were the library's then.
+// For programs built against older headers, when the library itself returned vectors.
 HARDWARE_API std::vector<std::string_view>
 classNamesFromLibrary() __asm__( "_ZN8Hardware10classNamesEv" );
 HARDWARE_API std::vector<FieldInfo> classFieldsFromLibrary( std::string_view name ) __asm__(

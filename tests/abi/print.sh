@@ -3,7 +3,7 @@
 #    print.sh symbols LIBRARY           its SONAME and the names it exports
 #    print.sh slots CXX FOLDER...       the virtual tables and sizes of the classes in the headers of
 #                                       these include folders, as g++ lays them out
-#    print.sh types LIBRARY             the types and functions behind the names; needs its debug
+#    print.sh types LIBRARY             the types and functions of the names; needs its debug
 #                                       information
 set -eu
 LC_ALL=C

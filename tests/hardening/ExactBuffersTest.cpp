@@ -1,5 +1,5 @@
-// Every accessor on buffers that end with the field or soon behind it: nothing behind a buffer's
-// end is touched, and one byte too few is refused. Under the address sanitizer a slip shows.
+// Every accessor on buffers that end with the field or soon after it: nothing after a buffer's end
+// is touched, and one byte too few is refused. Under the address sanitizer a slip shows.
 #include "Accessors.h"
 
 #include <Hardware/Registry.h>

@@ -461,14 +461,14 @@ TEST( Catalogue, NamesFollowTheHardwareNamesButForTwo ) {
 
 TEST( Catalogue, HardwareNamesAscendButForOne ) {
    const auto& catalogue = Hardware::fieldCatalogue();
-   std::vector<unsigned> behind;
+   std::vector<unsigned> outOfOrder;
    for( std::size_t place = 1; place < catalogue.size(); ++place ) {
       if( catalogue[place].hardwareName < catalogue[place - 1].hardwareName ) {
-         behind.push_back( catalogue[place].identifier );
+         outOfOrder.push_back( catalogue[place].identifier );
       }
    }
-   // IPV6 at 182 stands ahead of IPV4_DIP, and of nothing else that it shouldn't.
-   EXPECT_EQ( behind, std::vector<unsigned>{ 183 } );
+   // IPV6 at 182 is before IPV4_DIP, and the only name out of order.
+   EXPECT_EQ( outOfOrder, std::vector<unsigned>{ 183 } );
    ASSERT_NE( findRow( 182 ), nullptr );
    EXPECT_EQ( findRow( 182 )->hardwareName, "IPV6" );
    ASSERT_NE( findRow( 181 ), nullptr );

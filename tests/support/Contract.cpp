@@ -377,7 +377,7 @@ void checkPairs( const Expectation& expected ) {
       EXPECT_EQ( view->chipType(), pair.chipType );
       EXPECT_EQ( view->variant(), pair.variant );
       EXPECT_EQ( view->len(), expected.storageBytes );
-      // The storage stands behind the members, and in the one object.
+      // The storage follows the members, in the same object.
       const auto* const begin = reinterpret_cast<const U8*>( view.get() );
       EXPECT_EQ( view->buf(), begin + sizeof( Kelvar::AsicBase ) );
    }
@@ -1012,7 +1012,7 @@ void checkTags( const Expectation& expected ) {
       EXPECT_EQ( image, tagged ) << where;
       for( auto stamp = stamps.begin(); stamp != stamps.end(); ++stamp ) {
          for( unsigned bit = 0; bit < stamp->place.width; ++bit ) {
-            // Fields behind this one are wrong too: the first mismatch counts.
+            // Fields after this one are wrong too: the first mismatch counts.
             image = tagged;
             for( auto wrong = stamp; wrong != stamps.end(); ++wrong ) {
                bitsAtAre( image, wrong->place.offset, wrong->place.width,

@@ -85,7 +85,7 @@ struct LayoutRow {
    unsigned width;
 };
 
-// A layout table: columns are chip groups; a cell is "offset:width", or "-" for absent. Behind the
+// A layout table: columns are chip groups; a cell is "offset:width", or "-" for absent. After the
 // last column and cell the arrays are empty.
 struct LayoutTable {
    static constexpr std::size_t maxColumns = 8;
@@ -212,7 +212,7 @@ void checkTraces( const Expectation& expected );
    TEST( Class, StampsAndVerifiesTags ) { Testing::checkTags( expectation ); }                     \
    TEST( Class, TracesItsOperations ) { Testing::checkTraces( expectation ); }
 
-// A view whose members can be set behind its back: every operation reads them afresh.
+// A view whose members can be set directly: every operation reads them afresh.
 template<class View>
 struct Probe : View {
    using View::View;

@@ -108,13 +108,13 @@ TEST( DecodeRefused, digits ) {
    expectBadImages( {
       { "odd number", "^0500000", bytes( "an odd number of digits in \"0500000\"" ) },
       { "odd number in one piece", "05 ^0 00", bytes( "an odd number of digits in \"0\"" ) },
-      { "odd number behind 0x", "05 ^0x000 00", bytes( "an odd number of digits in \"0x000\"" ) },
+      { "odd number after 0x", "05 ^0x000 00", bytes( "an odd number of digits in \"0x000\"" ) },
       { "a letter beyond f", "0500^zz00", bytes( "bad digit \"z\" in \"0500zz00\"" ) },
       { "the second digit of a byte", "\t05 0^g", bytes( "bad digit \"g\" in \"0g\"" ) },
       { "an odd number and a bad digit", "050^O0", bytes( "bad digit \"O\" in \"050O0\"" ) },
       { "0x alone", "05 ^0x", bytes( "no digits in \"0x\"" ) },
       { "0x twice", "0x0500^x000", bytes( "bad digit \"x\" in \"0x0500x000\"" ) },
-      { "0x behind digits", "050^x", bytes( "bad digit \"x\" in \"050x\"" ) },
+      { "0x after digits", "050^x", bytes( "bad digit \"x\" in \"050x\"" ) },
       { "x without 0", "^x05000000", noImage( "x05000000" ) },
       { "commas", "05^,00,00", bytes( "bad digit \",\" in \"05,00,00\"" ) },
       { "colons", "05^:00:00:00", bytes( "bad digit \":\" in \"05:00:00:00\"" ) },
@@ -124,7 +124,7 @@ TEST( DecodeRefused, digits ) {
       { "backslashes", "^\\x05\\x00", bytes( "bad digit \"\\\" in \"\\x05\\x00\"" ) },
       { "two bytes for a character", "05^\u00e900",
         bytes( "bad digit \"\u00e9\" in \"05\u00e900\"" ) },
-      { "the column behind such a character", "\u00e9: 05 0^?",
+      { "the column after such a character", "\u00e9: 05 0^?",
         bytes( "bad digit \"?\" in \"0?\"" ) },
       { "what is no character", "05^\xff\xbf",
         bytes( "bad digit \"\\xff\\xbf\" in \"05\\xff\\xbf\"" ) },
@@ -145,7 +145,7 @@ TEST( DecodeRefused, digits ) {
 TEST( DecodeRefused, imagesThatAreTooShort ) {
    expectBadImages( {
       { "two bytes", "^0500", tooShort( 2 ) + streamAdvice },
-      { "two bytes behind blanks", "  ^05 00", tooShort( 2 ) + streamAdvice },
+      { "two bytes after blanks", "  ^05 00", tooShort( 2 ) + streamAdvice },
       { "five bytes", "^0500000000",
         "the image has 5 bytes; the fields of TcamActionTable on BCM88650_B0 need 3, a whole entry "
         "has 4" +
@@ -155,7 +155,7 @@ TEST( DecodeRefused, imagesThatAreTooShort ) {
       { "two numbers", "^[5,0]", tooShort( 2 ) },
       { "in an object", "{\"image\": ^\"0500\"}", tooShort( 2 ) },
       { "a hexdump", "^00000000  05 00  |..|\n00000002\n", tooShort( 2 ) },
-      { "a label and nothing behind it", "^image:\n", "no image behind the colon" },
+      { "a label and nothing after it", "^image:\n", "no image after the colon" },
    } );
 }
 
@@ -196,11 +196,11 @@ TEST( DecodeRefused, hexdump ) {
       { "a length short of an asterisk", first + "*\n^00000001\n",
         "offset 00000001 where 00000002 is due" },
       { "an asterisk at the end", first + "*\n^",
-        "no offset behind \"*\"; a hexdump ends in the offset of its end" },
+        "no offset after \"*\"; a hexdump ends in the offset of its end" },
       { "an asterisk before a blank line", first + "*\n^\n" + first,
-        "no offset behind \"*\"; a hexdump ends in the offset of its end" },
+        "no offset after \"*\"; a hexdump ends in the offset of its end" },
       { "an asterisk before other bytes", first + "*\n^0500\n",
-        "no offset behind \"*\"; a hexdump ends in the offset of its end" },
+        "no offset after \"*\"; a hexdump ends in the offset of its end" },
       { "no end", first + "^", cutOff },
       { "a blank line before the end", first + "^\n00000002\n", cutOff },
       { "another dump before the end", first + "^00000000  05 00  |..|\n", cutOff },
@@ -209,7 +209,7 @@ TEST( DecodeRefused, hexdump ) {
       { "one digit", "00000000  05 ^0 00  |....|\n", "bad byte \"0\"" + dumpAdvice },
       { "two bytes in one", "00000000  05 00 ^0000  |....|\n", "bad byte \"0000\"" + dumpAdvice },
       { "a bad digit", "00000000  05 0^y  |....|\n", bytes( "bad digit \"y\" in \"0y\"" ) },
-      { "no bytes", "00000000^  |....|\n", "no bytes behind the offset" },
+      { "no bytes", "00000000^  |....|\n", "no bytes after the offset" },
    } );
    expectBadForm( "hexdump", "00000000  05 00 00 00\n00000004\n",
                   {
@@ -229,7 +229,7 @@ TEST( DecodeRefused, json ) {
       { "a comma too many", "[5,0,0,^]",
         invalid( "unexpected ']'; expected '[', '{', or a literal" ) },
       { "single quotes", "{^'image':'05000000'}", invalid( "invalid literal" ) },
-      { "something behind it", "\"05000000\" ^00",
+      { "something after it", "\"05000000\" ^00",
         invalid( "unexpected number literal; expected end of input" ) },
       { "a bad escape", R"(["0\^x5"])",
         invalid( "invalid string: forbidden character after backslash" ) },
@@ -283,9 +283,9 @@ TEST( DecodeRefused, json ) {
       { "array: null", "[^null]", notIn( "null" ) },
       { "array: an array", "[^[5,0,0]]", notIn( "an array" ) },
       { "array: an object", R"([^{"image":"05000000"}])", notIn( "an object" ) },
-      { "array: a number behind a string", R"(["05",^0])",
+      { "array: a number after a string", R"(["05",^0])",
         "an array holds numbers or strings, not both" },
-      { "array: a string behind a number", R"([5,^"00"])",
+      { "array: a string after a number", R"([5,^"00"])",
         "an array holds numbers or strings, not both" },
       { "array: an odd number of digits", R"(["05","^000"])",
         bytes( "an odd number of digits in \"000\"" ) },
@@ -326,16 +326,16 @@ TEST( DecodeRefused, pairs ) {
         "LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" },
       { "too many words", "TcamActionTable 2 0 ^0: 05000000",
         "\"0\" is too much before the colon; write TABLE CHIP VARIANT: IMAGE" },
-      { "a pair and no image", "^TcamActionTable 2 0:\n", "no image behind the colon" },
+      { "a pair and no image", "^TcamActionTable 2 0:\n", "no image after the colon" },
       { "two pairs", "TcamActionTable 2 0:\n ^TcamActionTable 2 0: 05000000\n",
-        "a second pair, and no image behind the first" },
+        "a second pair, and no image after the first" },
       { "a pair in front of an object",
         R"(TcamActionTable 2 0: {^"table":"TcamActionTable","image":"05000000"})",
         "key \"table\" is given twice" },
       { "a name without colon", "^TcamActionTable 2 0 05000000", noImage( "TcamActionTable" ) },
-      { "bad digits behind the pair", "TcamActionTable 2 0: 0500^zz",
+      { "bad digits after the pair", "TcamActionTable 2 0: 0500^zz",
         bytes( "bad digit \"z\" in \"0500zz\"" ) },
-      { "too short behind the pair", "TcamActionTable 2 0: ^0500", tooShort( 2 ) },
+      { "too short after the pair", "TcamActionTable 2 0: ^0500", tooShort( 2 ) },
    } );
 }
 

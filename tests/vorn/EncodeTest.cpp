@@ -125,7 +125,7 @@ TEST( Encode, fromAnImage ) {
       expectPrinted( arguments, bytes + '\n' );
    };
    const std::string ones( 24, 'f' );
-   // Every bit that no given field covers stays, between the fields and behind them, too.
+   // Every bit that no given field covers stays, between the fields and after them, too.
    from( ones, {}, ones );
    from( ones, { "vlanDomain=0" }, "3f80ffffffffffffffffffff" );
    from( ones, { "portEmAccCmd=0" }, "ffffffffff81ffffffffffff" );

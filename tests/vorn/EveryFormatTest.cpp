@@ -329,8 +329,7 @@ TEST( EveryFormat, theListNamesEachField ) {
          return text.find( "hardware name" ) != std::string::npos;
       } );
       ASSERT_NE( line, lines.end() );
-      std::string list =
-         " "; // its words, a space behind each: a long name stands in a line of its own
+      std::string list = " "; // its words, a space after each: a long name has a line of its own
       while( ++line != lines.end() ) {
          std::istringstream words( *line );
          for( std::string word; words >> word; ) {

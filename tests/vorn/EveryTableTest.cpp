@@ -128,7 +128,7 @@ std::string printed( const Vorn::Layout& layout, Vorn::DecodeForm form,
    return std::string( printer.print( { layout, image, {} } ) );
 }
 
-// The cells of the one row of CSV behind its header.
+// The cells of the one row of CSV after its header.
 std::vector<std::string> cellsOf( const std::string& csv ) {
    std::istringstream lines( csv );
    std::string line;

@@ -97,7 +97,7 @@ const std::vector<Refused> badInput{
    { "a difference to a variant there isn't",
      { "layout", "LifTable", "--diff", "4:5", "10:5" },
      "LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" },
-   { "a variant left out behind its colon",
+   { "a variant missing after its colon",
      { "layout", "LifTable", "--diff", "4:", "10" },
      "bad number \"\" for variant; write decimal digits, hexadecimal digits after "
      "0x or binary digits after 0b" },
@@ -193,7 +193,7 @@ void forEach( const std::vector<Refused>& rows,
       check( outcome, "vorn: " + std::regex_replace( with( row.message, place ), std::regex( "%" ),
                                                      Testing::hardwareChipsListed ) );
    }
-   // Nothing has been left behind.
+   // No file remains.
    const std::filesystem::recursive_directory_iterator files( folder.path() );
    EXPECT_EQ( std::distance( begin( files ), end( files ) ), 3 );
    EXPECT_EQ( Testing::contentsOf( folder / "file" ), "old" );

@@ -14,7 +14,7 @@ namespace {
 
 using Names = std::set<std::string>;
 
-// The words that complete `word` behind these.
+// The words that complete `word` after these.
 Names offered( std::vector<std::string> words ) {
    words.insert( words.begin(), { "complete", "--" } );
    std::istringstream lines( Testing::vorn( words ).out );

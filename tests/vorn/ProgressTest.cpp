@@ -1,4 +1,4 @@
-// The line that tells how far `vorn program` has come: its text, and when a terminal shows it.
+// The progress line of `vorn program`: its text, and when a terminal shows it.
 #include "Progress.h"
 
 #include "RunVorn.h"

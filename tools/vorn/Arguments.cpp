@@ -107,9 +107,9 @@ std::string notationsParagraphs() {
           "  00:1c:73:00:00:01      MAC address: 0x001c73000001; also 00-1c-73-00-00-01 and\n"
           "                         001c.7300.0001\n"
           "  mask                   ones in all bits of the field\n\n"
-          "The form alone tells the notation: six groups of two digits are a MAC address, all else "
-          "with colons is an IPv6 address. An address is its bytes, in the order in which they are "
-          "sent, read as one number.";
+          "The form determines the notation: six groups of two digits are a MAC address, anything "
+          "else with colons is an IPv6 address. An address is its bytes, in transmission order, "
+          "read as one number.";
 }
 
 std::string imagesParagraphs() {

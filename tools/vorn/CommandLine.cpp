@@ -87,8 +87,9 @@ CommandLine::CommandLine( const std::string& version ) {
    app_.set_version_flag( "--version", "vorn " + version, "Print the version and exit" );
    app_.footer(
       wrapped( "`vorn VERB --help` explains a verb.\n\n"
-               "Bad input is told in one line on standard error and exits with 1, wrong usage "
-               "exits with 2.\n\nExample:\n"
+               "Bad input gets one line on standard error and exit status 1, wrong usage exit "
+               "status 2.\n\n"
+               "Example:\n"
                "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 action=0x12345" ) );
    for( const auto add : addVerbs ) {
       verbs_.push_back( add( app_ ) );

@@ -19,8 +19,8 @@ public:
 // Thrown at the end of a verb that has found differences, which ends the program with status 1.
 class HasDifferences : public std::exception {};
 
-// Thrown at the end of a verb that has kept going after bad input, which has been told: the status
-// is 1.
+// Thrown at the end of a verb that has kept going after bad input, which is reported already: the
+// status is 1.
 class HasFailed : public std::exception {};
 
 // Does what the arguments say, of which the first is the program's own name. What was printed

@@ -18,7 +18,7 @@ namespace Vorn {
 // says why it failed.
 int writeAll( int descriptor, std::string_view text ) noexcept;
 
-// Tells the person at standard error something in one line, after "vorn: ".
+// Writes one line to standard error, after "vorn: ".
 void note( std::string_view message );
 
 // Standard output, written when enough has gathered and at flush(). A failed write is an Error.

@@ -1,4 +1,4 @@
-// How far a long run has come, told in one line that is drawn again and again.
+// The progress of a long run, in one line that is redrawn.
 #include "Progress.h"
 
 #include "Io.h"

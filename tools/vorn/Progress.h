@@ -1,4 +1,4 @@
-// How far a long run has come, told in one line that is drawn again and again.
+// The progress of a long run, in one line that is redrawn.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -9,9 +9,9 @@
 
 namespace Vorn {
 
-// The line for `done` of `total`, for example
-// " 45% [========>           ]  451000 entries, 300000/s, 0:01 left", which fits into the columns:
-// where they are few, the bar is left out, then what is behind it. Neither total nor seconds is 0.
+// The line for `done` of `total`, for example " 45% [========>           ]  451000 entries,
+// 300000/s, 0:01 left", which fits into the columns: where they are few, the bar is left out, then
+// what follows it. Neither total nor seconds is 0.
 std::string progressLine( U64 done, U64 total, U64 entries, double seconds, std::size_t columns );
 
 // Draws the line on standard error if that is a terminal and standard output is none, whose lines

@@ -54,7 +54,7 @@ inline U64 bitsAt( const U8* image, std::size_t size, std::size_t offset, unsign
    return word & ~U64( 0 ) >> ( 64 - width );
 }
 
-// Makes them the low bits of `value`, which has no others.
+// Replaces them by the low bits of `value`, which has no others.
 inline void bitsAtAre( U8* image, std::size_t size, std::size_t offset, unsigned width,
                        U64 value ) {
    const Window window( size, offset, width );

@@ -22,7 +22,7 @@ struct Chip {
 // Every chip type that has a name, in order of the number.
 VORN_API std::span<const Chip> allChips();
 
-// The chip type with this name or this number; else an Error. It lives as long as the program.
+// The chip type with this name or number; otherwise an Error. It lives as long as the program.
 //
 //    Vorn::chipOf( "BCM88690_B0" ).type();         // Hardware::BCM88690_B0
 //    Vorn::chipOf( Hardware::BCM88690_B0 ).name;   // "BCM88690_B0"

@@ -17,7 +17,7 @@
 
 namespace Vorn {
 
-// What a column can consist of.
+// The element types of a column.
 template<class Element>
 concept ColumnElement =
    std::unsigned_integral<Element> && !std::same_as<std::remove_cv_t<Element>, bool>;
@@ -33,14 +33,13 @@ concept ColumnElement =
 //    columns.decode( dump ); // fills both columns from the images in `dump`
 //    columns.encode( dump ); // sets just these fields in every image
 //
-// A column is the caller's array of unsigned integers that are at least as wide as the field; the
-// narrowest take the least time. A field of more than 64 bits takes U64: row by row its 64-bit
-// words, the least significant first. The arrays must not move between add() and the last use of
-// the columns, and must not share memory with each other or with the images.
+// A column is the caller's array of unsigned integers at least as wide as the field; the narrowest
+// type is the fastest. A field of more than 64 bits takes U64: its 64-bit words row by row, the
+// least significant first. The arrays must not move between add() and the last use of the columns,
+// and must not share memory with each other or with the images.
 //
 // Making columns of twenty fields costs as much as typed accessors do for about twenty images: keep
-// them for as many calls as there are. Threads may use the same columns if no two calls work on the
-// same arrays.
+// them for all calls. Threads may use the same columns if no two calls work on the same arrays.
 class VORN_API Columns {
 public:
    explicit Columns( Layout layout );
@@ -50,9 +49,9 @@ public:
 
    const Layout& layout() const;
 
-   // The column of the named field: a vector, an array or a span. What is constant can be encoded
-   // only, and so can be read alone. A field that the pair lacks, one that has a column, and
-   // elements that are too narrow are Errors.
+   // The column of the named field: a vector, an array or a span. A constant one can only be
+   // encoded, a read-only field only decoded. A field that the pair lacks, one that has a column
+   // already, and elements that are too narrow are Errors.
    template<std::ranges::contiguous_range Range>
    requires std::ranges::sized_range<Range> && std::ranges::borrowed_range<Range> &&
       ColumnElement<std::ranges::range_value_t<Range>>
@@ -61,23 +60,23 @@ public:
            sizeof( std::ranges::range_value_t<Range> ) );
    }
 
-   // The same for a type that only the running program knows, by the bytes of an element: 1, 2, 4
-   // or 8, to which `data` is aligned; else an Error.
+   // The same for a type known at run time only, by the bytes of an element: 1, 2, 4 or 8, to which
+   // `data` is aligned; otherwise an Error.
    void add( std::string_view name, void* data, std::size_t elements, std::size_t elementBytes );
    void add( std::string_view name, const void* data, std::size_t elements,
              std::size_t elementBytes );
 
-   // Fills the columns from images that lie one after another, or `stride` bytes from one to the
-   // next; what follows the last one's bytes up to the stride may be missing. Errors, which leave
-   // the columns as they are: bytes that are left over, a stride shorter than an image, a column
-   // with another number of rows, and one that is constant.
+   // Fills the columns from images that lie one after another, or `stride` bytes apart; the bytes
+   // after the last image up to the stride may be missing. Errors, which leave the columns as they
+   // are: surplus bytes, a stride shorter than an image, a column with another number of rows, and
+   // a constant column.
    void decode( std::span<const U8> images ) const;
    void decode( std::span<const U8> images, std::size_t stride ) const;
 
    // Sets the columns' fields in each image and leaves all other bits as they are. Errors, which
-   // leave all images as they are: those of decode() but the last, a column of a read-only field,
-   // and in any row a value too large for its field or, unless the later column is to hold, one
-   // that contradicts another column or the tag in bits that their fields share.
+   // leave all images as they are: those of decode() except the last, a column of a read-only
+   // field, and in any row a value too large for its field or, unless the later column wins, one
+   // that contradicts another column or the tag in shared bits.
    void encode( std::span<U8> images, Overlap overlap = Overlap::refused ) const;
    void encode( std::span<U8> images, std::size_t stride,
                 Overlap overlap = Overlap::refused ) const;

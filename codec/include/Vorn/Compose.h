@@ -21,13 +21,13 @@ struct FieldValue {
    Value value;
 };
 
-// What becomes of two values that contradict each other in bits that their fields share:
-// an Error that names both, or the later one holds.
+// What happens if two values contradict each other in bits that their fields share: an Error that
+// names both, or the later one wins.
 enum class Overlap { refused, laterHolds };
 
-// The image of an entry with these values, zero but for them and the tag, or with all else as in
-// the image `from`, which must be one of the pair. A field that is given twice, cannot be set or is
-// too narrow for its value is an Error. A tag field may be given, with the value that it has.
+// The image of an entry with these values, zero except for them and the tag, or otherwise as in the
+// image `from`, which must be one of the pair. A field that is given twice, can't be set or is too
+// narrow for its value is an Error. A tag field may be given with the value that it has.
 //
 //    const Vorn::Layout lif( "LifTable", "BCM88690_B0" );
 //    const auto image = Vorn::compose( lif, { { "vsi", 2000 }, { "vlanEditVid1", 100 } } );
@@ -43,8 +43,8 @@ VORN_API std::vector<U8> compose( const Layout& layout, std::span<const U8> from
                                   std::initializer_list<FieldValue> values,
                                   Overlap overlap = Overlap::refused );
 
-// The values of all fields of the image, in declared order; the tag is among them, and not checked.
-// An image that doesn't reach to the end of the last field is an Error.
+// The values of all fields of the image, in declared order, tag fields included; the tag isn't
+// checked. An image that ends before the last field does is an Error.
 VORN_API std::vector<FieldValue> decompose( const Layout& layout, std::span<const U8> image );
 
 // Fields and values that compose the image from a fresh entry, in declared order and no more of
@@ -59,19 +59,19 @@ public:
 
    const Layout& layout() const { return layout_; }
 
-   // Begins anew with a fresh entry, or with an image of the pair: another length and another tag
-   // are Errors.
+   // Starts over with a new entry, or with an image of the pair: another length or another tag is
+   // an Error.
    void reset();
    void reset( std::span<const U8> from );
 
-   // The named field, to be set. One that cannot be set, or that was already, is an Error.
+   // The named field, to be set. One that can't be set, or is set already, is an Error.
    const Field& open( std::string_view name );
 
-   // Sets a field of open(). A value too large for it, and one that contradicts an earlier value
-   // where that is refused, are Errors. `given` is the text that it was read from, for the message.
+   // Sets a field returned by open(). A value too large for it, and one that contradicts an earlier
+   // value if that is refused, are Errors. `given` is the text of the value, for the message.
    void set( const Field& field, const Value& value, std::string_view given = {} );
 
-   // Sets all bits of a field of open().
+   // Sets all bits of a field returned by open().
    void fill( const Field& field ) { set( field, Value::onesOf( field.width ) ); }
 
    std::span<const U8> image() const { return image_; }

@@ -14,7 +14,7 @@
 
 namespace Vorn {
 
-// What a memory or register measures, by the names that people know: "words", "entries",
+// The dimensions of a memory or register, by the names that people know: "words", "entries",
 // "arrayElements", "instances".
 struct Number {
    std::string_view name;
@@ -40,7 +40,7 @@ struct Difference {
 
    struct Field {
       std::string_view name;
-      std::optional<Bits> from; // its bits; nothing where the pair lacks the field
+      std::optional<Bits> from; // its bits; nothing if the pair lacks the field
       std::optional<Bits> to;
 
       // "gone", "new", or how it has changed: "moved", "moved, widened".
@@ -54,7 +54,7 @@ struct Difference {
    bool isNone() const { return numbers.empty() && fields.empty(); }
 };
 
-// The layouts are of one table, else an Error.
+// Layouts of different tables are an Error.
 //
 //    const auto difference = Vorn::differenceOf( Vorn::Layout( "LifTable", 2, 6 ),
 //                                                Vorn::Layout( "LifTable", 3, 6 ) );
@@ -66,28 +66,28 @@ struct EntryState {
    std::span<const U8> image;
 };
 
-// What has become of an entry.
+// What happened to an entry.
 struct EntryChange {
    enum class Kind { none, added, removed, changed, replaced };
 
    Kind kind = Kind::none;
-   std::vector<Field> fields; // of a changed entry, those that differ; none if only bits of no
+   std::vector<Field> fields; // the fields of a changed entry that differ; none if only bits of no
                               // field do
 
    // "added", "removed", "changed"; "replaced" by one of another pair.
    VORN_API std::string_view text() const;
 };
 
-// Compares entries with what they were before.
+// Compares entries with their earlier state.
 //
 //    Vorn::EntryComparison comparison;
 //    comparison.changeOf( { &lif, before }, { &lif, after } ).fields
 //
-// An image of zeroes alone that has not its pair's tag is no entry: nobody has written it.
+// An image of zeroes without its pair's tag is no entry: it was never written.
 class VORN_API EntryComparison {
 public:
-   // Looks at all fields, where those that hold narrower ones count by the bits alone that are of
-   // none of these; or at the fields of a list, as fieldsIn() takes it, by all of their bits.
+   // Compares all fields, of which those that contain narrower ones count only by the bits outside
+   // these; or the fields of a list, as for fieldsIn(), by all of their bits.
    explicit EntryComparison( std::string fields = {} ) : list_( std::move( fields ) ) {}
 
    // Images that end before their last field are Errors.

@@ -1,4 +1,4 @@
-// Bad input, told in one line for a person.
+// Bad input, reported in one line for a person.
 #pragma once
 
 #include <Vorn/Export.h>
@@ -8,16 +8,16 @@
 
 namespace Vorn {
 
-// Thrown by every function of this library that is given what it can't take. what() says in one
-// line what is wrong and what would be right, as `vorn` prints it after its own name:
+// Thrown by every function of this library for bad input. what() says in one line what is wrong and
+// what would be right, as `vorn` prints it after its own name:
 //
 //    no field "vlanDomian" in EgressPerPortTable on BCM88690_B0; did you mean vlanDomain?
 //
-// Where the input has a place, such as a line of a file, the line begins with that:
+// If the input has a place, such as a line of a file, the message begins with it:
 //
 //    images.txt:3:17: bad digit "g" in "0g"; write two hexadecimal digits for each byte, ...
 //
-// Nothing has been written where an Error is thrown.
+// A function that throws an Error has written nothing.
 class VORN_API Error : public std::runtime_error {
 public:
    explicit Error( const std::string& message );

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
-// Vectors cross between the program and the library, and are others in debug mode. Whoever builds
-// the library in that mode defines VORN_BUILT_WITH_GLIBCXX_DEBUG, in the library and all programs.
+// Vectors are passed between the program and the library, and differ in debug mode. To build the
+// library in that mode, define VORN_BUILT_WITH_GLIBCXX_DEBUG in the library and in all programs.
 #if defined _GLIBCXX_DEBUG && !defined VORN_BUILT_WITH_GLIBCXX_DEBUG
 #error "libVornCodec is built without _GLIBCXX_DEBUG: its programs can't define it"
 #endif

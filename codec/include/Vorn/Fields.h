@@ -1,4 +1,4 @@
-// Fields over all tables: where one exists, by any of its names.
+// Fields in all tables: where one exists, by any of its names.
 #pragma once
 
 #include <Vorn/Chip.h>
@@ -24,15 +24,15 @@ struct FieldUse {
    std::vector<ChipVariants> pairs; // in order of the chip type
 };
 
-// Where the field is that has this name, hardware name or identifier, in order of the tables. One
-// that no table has is an Error with the nearest right names. In a name, * stands for any
-// characters and ? for any one: the fields are in order of their identifiers then.
+// The uses of the field with this name, hardware name or identifier, in order of the tables. A
+// field that no table has is an Error with the nearest right names. In a name, * stands for any
+// characters and ? for any one; the fields are then in order of their identifiers.
 //
 //    for( const Vorn::FieldUse& use : Vorn::usesOf( "VLAN_DOMAIN" ) ) { ... use.table ... }
 //    Vorn::usesOf( "vlanEdit*" );
 VORN_API std::vector<FieldUse> usesOf( std::string_view nameOrIdentifier );
 
-// The same on one chip type; a field that it lacks is an Error, which says where it exists.
+// The same on one chip type; a field that it lacks is an Error that says where the field exists.
 VORN_API std::vector<FieldUse> usesOf( std::string_view nameOrIdentifier, const Chip& chip );
 
 // Where a field lies, and the pairs of one table that have it there.
@@ -46,15 +46,15 @@ struct FieldPlace {
 VORN_API std::vector<FieldPlace> placesOf( const FieldUse& use );
 
 // The fields of a pair that a list names, "vsi,vlanEditVid1", in the order of the list. In a name,
-// * and ? stand for other characters. What the pair lacks, a name that is given twice and an empty
-// one are BadTexts.
+// * and ? stand for other characters. A name that the pair lacks, one that is given twice and an
+// empty one are BadTexts.
 VORN_API std::vector<Field> fieldsIn( std::string_view list, const Layout& layout );
 
-// The type that the getter of the table's field has: "U16", or "Raw128" for a wide one; empty where
+// The type that the getter of the table's field has: "U16", or "Raw128" for a wide one; empty if
 // the table has no such field.
 VORN_API std::string typeOf( std::string_view table, U32 identifier );
 
-// The name of the field with this identifier in the hardware's documents; empty where there is no
+// The name of the field with this identifier in the hardware's documents; empty if there is no
 // such field.
 VORN_API std::string_view hardwareNameOf( U32 identifier );
 

@@ -12,7 +12,7 @@
 
 namespace Vorn {
 
-// Whether entries of a pair fulfil a condition that a person writes.
+// Whether entries of a pair meet a condition that a person writes.
 //
 //    const Vorn::Filter filter( "vsi >= 2000 && (learnEnable == 1 || vlanEditVid1 in 100..200)",
 //                               Vorn::Layout( "LifTable", "BCM88690_B0" ) );
@@ -29,11 +29,11 @@ namespace Vorn {
 // A decimal number with a leading zero is refused, as some would read it as octal.
 class VORN_API Filter {
 public:
-   // A condition in one pair's fields. What is wrong with it is a BadText, whose at() says where:
-   // its form, a field that the pair lacks, a value that the field can't have.
+   // A condition on one pair's fields. A bad one is a BadText whose at() says where: its form, a
+   // field that the pair lacks, a value that the field can't have.
    Filter( std::string_view condition, const Layout& layout );
 
-   // That the condition has the right form, whatever its fields are; else a BadText.
+   // Checks the form of the condition, whatever its fields are; a BadText if it is wrong.
    static void require( std::string_view condition );
 
    const Layout& layout() const;
@@ -41,7 +41,7 @@ public:
    // An image that ends before one of the condition's fields is an Error.
    bool matches( std::span<const U8> image ) const;
 
-   // The fields that the condition looks at, each once, in its order.
+   // The fields that the condition uses, each once, in its order.
    std::span<const Field> fields() const;
 
 private:

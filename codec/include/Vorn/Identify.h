@@ -1,4 +1,4 @@
-// Which pairs of a chip type an entry image may be of, by its length and its tag.
+// Which pairs of a chip type an entry image may belong to, by its length and its tag.
 #pragma once
 
 #include <Vorn/Export.h>
@@ -19,15 +19,14 @@ namespace Vorn {
 //    for( const Vorn::Layout& layout : identifier.layoutsOf( image ) ) { ... }
 class VORN_API Identifier {
 public:
-   // A table of which an image may be, or is not, and the variants of it for which one reason
-   // holds.
+   // A table that an image may belong to, or can't, and the variants for which one reason holds.
    struct Verdict {
       std::string_view table;
       ChipVariants variants;
       std::string reason;
    };
 
-   // Pairs with one tag and one length: nothing in an image tells them apart.
+   // Pairs with the same tag and length: nothing in an image distinguishes them.
    struct Group {
       std::vector<TagField> tag; // of the first pair
       std::vector<Verdict> members;
@@ -46,13 +45,14 @@ public:
    // All pairs of the chip type.
    std::span<const Layout> layouts() const { return layouts_; }
 
-   // The pairs that the image may be of: those with its length and its tag.
+   // The pairs that the image may belong to: those with its length and its tag.
    std::vector<Layout> layoutsOf( std::span<const U8> image ) const;
 
-   // The same with the reasons, and with those that it can't be of.
+   // The same with the reasons, and with the pairs that it can't belong to.
    Verdicts verdictsOn( std::span<const U8> image ) const;
 
-   // Ends with why an image of that many bytes, on which there are no groups, is of no pair.
+   // Throws the reason why an image of that many bytes, for which there are no groups, belongs to
+   // no pair.
    [[noreturn]] void refuse( std::size_t bytes ) const;
 
 private:

@@ -54,7 +54,7 @@ struct EntryIndex {
    friend bool operator==( const EntryIndex&, const EntryIndex& ) = default;
 };
 
-// Where an entry lies, as the chip's S-channel says it.
+// Where an entry lies on the chip's S-channel.
 struct Address {
    U32 schanAddress = 0;
    U8 accessType = 0;
@@ -71,12 +71,12 @@ struct Address {
 //    lif.get( image, "vsi" );            // 2000
 //    lif.address( { .entry = 4097 } );   // where the entry lies
 //
-// A layout is worked out once, when it is made, and never changes: copies share it, and threads may
-// use it and its copies at the same time. Nothing here asserts or traces; what a function can't
-// take is an Error, and no image has been changed then.
+// A layout is computed once, when it is made, and never changes: copies share it, and threads may
+// use it and its copies at the same time. Nothing here asserts or traces; bad input is an Error,
+// and no image is changed.
 //
 // An image is the bytes of an entry, byte 0 first. It may be longer than the entry; no function
-// reads or writes a byte that the field doesn't share a word with, nor any beyond the image.
+// touches bytes outside the words of the field, or beyond the image.
 class VORN_API Layout {
 public:
    // An unknown table, chip type or variant and a pair that the table lacks are Errors. The chip
@@ -88,10 +88,10 @@ public:
    const Chip& chip() const;
    U8 variant() const;
 
-   // "LifTable on BCM88690_B0 variant 3"; the variant is left out where there is no other.
+   // "LifTable on BCM88690_B0 variant 3"; without the variant if there is only one.
    std::string pairText() const;
 
-   // Its end alone, " variant 3" or nothing.
+   // Only its end, " variant 3" or nothing.
    std::string variantText() const;
 
    // What a memory or register of the pair looks like: `entries`, `arrayElements`, `instanceCount`
@@ -104,13 +104,13 @@ public:
    // The fields of the pair in their declared order.
    std::span<const Field> fields() const;
 
-   // The field of that name. A field that the pair lacks is an Error, which says where it exists.
+   // The field of that name. A field that the pair lacks is an Error that says where it exists.
    const Field& field( std::string_view name ) const;
 
    // The same by its identifier.
    const Field& field( U32 identifier ) const;
 
-   // The same, but for setting it: a read-only one is an Error, too.
+   // The same, for setting it: a read-only field is an Error, too.
    const Field& settable( std::string_view name ) const;
 
    bool has( std::string_view name ) const;
@@ -118,18 +118,19 @@ public:
    // The other fields that share bits with this one, in declared order.
    std::vector<Field> overlapping( std::string_view name ) const;
 
-   // The constants that tell entries of the pair from others; none where a fresh entry is all zero.
+   // The constants that distinguish entries of the pair from others; none if a new entry is all
+   // zero.
    std::span<const TagField> tag() const;
 
-   // The first of them that the image doesn't hold; nothing where it holds all. An image that is
-   // too short for them is an Error.
+   // The first of them that the image doesn't hold; nothing if it holds all. An image that is too
+   // short for them is an Error.
    std::optional<TagField> wrongTag( std::span<const U8> image ) const;
 
    // The pair of the same table and chip type whose entries are as long as the image and whose tag
-   // it holds, the first of several; nothing where there is none.
+   // it holds, the first of several; nothing if there is none.
    std::optional<Layout> variantOf( std::span<const U8> image ) const;
 
-   // A fresh entry of bytes() bytes: zero but for the tag.
+   // A new entry of bytes() bytes: zero except for the tag.
    std::vector<U8> blank() const;
 
    // The value of a field of 64 bits or less; a wider one is an Error, and so is an image that ends
@@ -159,18 +160,18 @@ public:
    Value value( std::span<const U8> image, const Field& field ) const;
    void set( std::span<U8> image, const Field& field, const Value& value ) const;
 
-   // That the value fits into the field, else an Error. `given` is the text that it was read from,
-   // for the message.
+   // Throws an Error unless the value fits into the field. `given` is the text of the value, for
+   // the message.
    void requireFits( const Field& field, const Value& value, std::string_view given = {} ) const;
 
-   // That the image reaches to the end of the last field, else an Error.
+   // Throws an Error if the image ends before the last field does.
    void requireFields( std::span<const U8> image ) const;
 
-   // That the image is as long as an entry and holds the tag, else an Error, which names the
-   // variant whose tag it holds.
+   // Throws an Error unless the image is as long as an entry and holds the tag; it names the
+   // variant whose tag the image holds.
    void requireEntry( std::span<const U8> image ) const;
 
-   // Where an entry lies; nothing where the pair has no address. An index out of range is an Error.
+   // Where an entry lies; nothing if the pair has no address. An index out of range is an Error.
    std::optional<Address> address( const EntryIndex& index ) const;
 
    // The same pair.
@@ -187,8 +188,8 @@ private:
    std::shared_ptr<const State> state_;
 };
 
-// The layouts of all pairs of a chip type, in order of their tables; of a table that doesn't look
-// at the variant, the one of variant 0.
+// The layouts of all pairs of a chip type, in order of their tables; for a table that ignores the
+// variant, the one of variant 0.
 VORN_API std::vector<Layout> layoutsOn( const Chip& chip );
 
 } // namespace Vorn

@@ -21,8 +21,8 @@ struct Location {
    Address address;
 };
 
-// What lies at an address of the chip type, or there in one destination block: in order of the
-// tables, one location for each variant, instance and array element. Where nothing does, an Error
+// What lies at an address of the chip type, or only in one destination block: in order of the
+// tables, one location for each variant, instance and array element. If nothing does, an Error
 // names the nearest entries around it.
 //
 //    for( const Vorn::Location& found : Vorn::locate( Vorn::chipOf( 10 ), 0x1101005, 6 ) ) { ... }
@@ -38,8 +38,8 @@ public:
 
    const Layout& layout() const { return layout_; }
 
-   // No number of entries is stated: the memory has the largest number that there is, 4294967295,
-   // and with them nearly every address, whatever else lies there.
+   // No number of entries is stated: the memory has the largest possible number, 4294967295, and so
+   // nearly every address, whatever else lies there.
    bool isUnbounded() const { return layout_.info().entries == 0xffffffff; }
 
    // In order of the instance, then of the array element.
@@ -52,7 +52,7 @@ public:
    // The destination blocks of the instances.
    std::vector<U8> blocks() const;
 
-   // Leaves only the instances in this block; whether there are any.
+   // Keeps only the instances in this block; returns whether there are any.
    bool narrow( U8 destBlock );
 
 private:
@@ -77,7 +77,7 @@ struct AddressRange {
    U64 count() const { return U64( last ) - first + 1; }
 };
 
-// An address, or a range of them as "0x1101000-0x110100f"; else an Error.
+// An address, or a range "0x1101000-0x110100f"; otherwise an Error.
 VORN_API AddressRange parseAddresses( std::string_view text );
 
 // The same as locate() for many addresses of one chip type.
@@ -99,7 +99,7 @@ public:
    // The first address from this one on at which something lies.
    std::optional<U32> next( U64 address ) const;
 
-   // Ends with the nearest entries around addresses where nothing lies.
+   // Throws an Error with the nearest entries around addresses where nothing lies.
    [[noreturn]] void refuse( const AddressRange& range ) const;
 
 private:

@@ -16,7 +16,7 @@ namespace Vorn {
 // The names of the tables and registers, in order.
 VORN_API std::span<const std::string_view> allTables();
 
-// The library's own text of the name, which lives as long as the program. An unknown one is an
+// The library's own copy of the name, which lives as long as the program. An unknown name is an
 // Error.
 VORN_API std::string_view tableNamed( std::string_view name );
 
@@ -24,16 +24,16 @@ VORN_API std::string_view tableNamed( std::string_view name );
 struct ChipVariants {
    U32 chip;
    std::vector<U32> variants; // the valid ones, ascending; 0 where any is true
-   bool any;                  // the table does not look at the variant
+   bool any;                  // the table ignores the variant
 
    // "0-4,6", or "any".
    VORN_API std::string text() const;
 };
 
-// The variants of the named table on the chip type; nothing where it doesn't serve it.
+// The variants of the named table on the chip type; nothing if it doesn't serve it.
 VORN_API std::optional<ChipVariants> variantsOn( std::string_view table, U32 chip );
 
-// The pairs of the named table, in order of the chip type; none of an unknown table.
+// The pairs of the named table, in order of the chip type; none for an unknown table.
 VORN_API std::vector<ChipVariants> pairsOf( std::string_view table );
 
 // Those of them that have the field.

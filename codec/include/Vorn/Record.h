@@ -36,7 +36,7 @@ public:
       std::size_t token; // of the name; the value is the next one
    };
 
-   // Takes on what the line says. Anything but such an object is an Error.
+   // Parses the line. Anything but such an object is an Error.
    void parse( std::string_view line );
 
    bool has( Key key ) const { return tokens_[indexOf( key )] != 0; }
@@ -53,8 +53,8 @@ public:
    // In the order of the line.
    std::span<const FieldValue> fields() const { return std::span( fields_ ).first( fieldCount_ ); }
 
-   // What the next complaint would be about: the value of a key that the line has, the name of a
-   // field, or its value.
+   // What the next message is about: the value of a key of the line, the name of a field, or its
+   // value.
    void lookAt( Key key ) { token_ = tokens_[indexOf( key )]; }
    void lookAtName( const FieldValue& field ) { token_ = field.token; }
    void lookAtValue( const FieldValue& field ) { token_ = field.token + 1; }
@@ -98,12 +98,12 @@ struct Composed {
 //    Vorn::RecordComposer composer;
 //    const Vorn::Composed entry = composer.compose( line );
 //
-// "table", "chip" and "fields" must be there; "variant", "entry", "array" and "identifier" are 0
-// if not given, "from" is an image to begin with. Values are numbers, texts as parseValue() takes
-// them, or "mask". Where two fields overlap the later one holds.
+// "table", "chip" and "fields" must be there; "variant", "entry", "array" and "identifier" are 0 if
+// not given, "from" is an image to begin with. Values are numbers, texts as parseValue() takes
+// them, or "mask". If two fields overlap, the later one wins.
 class VORN_API RecordComposer {
 public:
-   // The entry of the line, valid until the next call. What is wrong about the line is an Error.
+   // The entry of the line, valid until the next call. A bad line is an Error.
    Composed compose( std::string_view line );
 
    // Where in the line the last Error has its reason, in characters from 1. The line must still be

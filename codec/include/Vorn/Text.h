@@ -12,8 +12,8 @@
 
 namespace Vorn {
 
-// `text` with control characters and what is no UTF-8 escaped, and what is beyond `limit` bytes
-// cut, so that it fits into a message of one line.
+// `text` with control characters and invalid UTF-8 escaped, and truncated to `limit` bytes, so that
+// it fits into a message of one line.
 VORN_API std::string shown( std::string_view text, std::size_t limit = 60 );
 
 // The same in double quotes.

@@ -42,8 +42,8 @@ public:
    const Words& words() const { return words_; }
    U64 word( unsigned index ) const { return words_[index]; }
 
-   // What a text that writes a larger number reads as: its bits() are more than any field has, its
-   // words mean nothing.
+   // The result of parsing a larger number: its bits() are more than any field has, its words have
+   // no meaning.
    static Value tooLarge();
 
    // The position of the highest set bit plus one; 0 for the number 0.
@@ -83,19 +83,19 @@ VORN_API void appendHex( std::string& text, const Value& value );
 // number by `name`.
 VORN_API Value parseNumber( std::string_view text, std::string_view name );
 
-// The same, but nothing where `text` is no number.
+// The same, but nothing if `text` is no number.
 VORN_API std::optional<Value> numberIn( std::string_view text );
 
-// The same for the value of a field, which may be an IPv4, IPv6 or MAC address, too. An address is
-// its bytes, in the order in which they are sent, read as one number: 10.0.0.1 is 0x0a000001. The
-// form of the text alone tells which notation it is, and no text has two.
+// The same for the value of a field, which may also be an IPv4, IPv6 or MAC address. An address is
+// its bytes, in transmission order, read as one number: 10.0.0.1 is 0x0a000001. The form of the
+// text determines the notation without ambiguity.
 VORN_API Value parseValue( std::string_view text, std::string_view name );
 
-// What people write in place of a value for ones in all bits of a field.
+// The word for a value with ones in all bits of a field.
 inline constexpr std::string_view maskWord = "mask";
 
-// A number that indexes or selects something. What is beyond 64 bits is an Error, too; `largest` is
-// the largest number that can ever be right, for its message.
+// A number that indexes or selects something. A number beyond 64 bits is an Error, too; `largest`
+// is the largest number that can ever be right, for its message.
 VORN_API U64 parseIndex( std::string_view text, std::string_view name, U64 largest );
 
 // The largest number of `width` bits, for a message: "0xfffff", or "2^512 - 1" when too long.

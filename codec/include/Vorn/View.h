@@ -1,4 +1,4 @@
-// The fields of a view of the library, where a `Kelvar::AsicBase&` is all that one has.
+// The fields of a view of the library, for code that has only a `Kelvar::AsicBase&`.
 #pragma once
 
 #include <Vorn/Export.h>
@@ -13,8 +13,8 @@
 
 namespace Vorn {
 
-// The layout of the view's entries, which lives as long as the program. What is no view of one of
-// the classes is an Error.
+// The layout of the view's entries, which lives as long as the program. A view of none of the
+// classes is an Error.
 //
 //    void show( const Kelvar::AsicBase& view ) {
 //       for( const Vorn::Field& field : Vorn::layoutOf( view ).fields() ) {

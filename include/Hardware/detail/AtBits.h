@@ -1,7 +1,7 @@
-// Bits of an entry whose place is a constant. Everything is done on the grid of the entry's 64-bit
-// words, the last of which may be half a word, so that what is set one after the other is merged in
-// registers. In constant evaluation words are put together from bytes. The compiler's own memcpy
-// serves: a fortified one keeps clang 14 from merging.
+// Bits of an entry at a constant place. Everything works on the grid of the entry's 64-bit words,
+// the last of which may be half a word, so that the compiler merges consecutive writes in
+// registers. In constant evaluation words are composed from bytes. The compiler's own memcpy is
+// used: a fortified one keeps clang 14 from merging.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -10,7 +10,7 @@
 #include <cstring>
 #include <type_traits>
 
-// Inline where the compiler optimises; elsewhere it would only multiply what it has to write.
+// Inline only if the compiler optimises; otherwise inlining only multiplies the code.
 #ifdef __OPTIMIZE__
 #define HARDWARE_INLINE [[gnu::always_inline]]
 #else

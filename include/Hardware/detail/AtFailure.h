@@ -1,5 +1,5 @@
-// How a view of a pair that is known at compile time fails: in the C library's __assert_fail, with
-// the texts of the views of pairs chosen at run time.
+// How a view of a pair that is known at compile time fails: through the C library's __assert_fail,
+// with the texts of the views of pairs chosen at run time.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -10,7 +10,7 @@
 namespace Hardware::Detail {
 
 // Under a name of its own, since <cassert> declares that the function doesn't throw: a program may
-// stand in for it to observe failures.
+// replace it to observe failures.
 [[noreturn]] void atAssertFail( const char* expression, const char* file, unsigned line,
                                 const char* function ) __asm__( "__assert_fail" );
 
@@ -25,7 +25,7 @@ struct AtField {
    bool readOnly;
 };
 
-// A text in a fixed buffer, which takes all that stands here.
+// A text in a fixed buffer that is large enough for all texts below.
 class AtText {
 public:
    template<class... Pieces>
@@ -90,8 +90,8 @@ atFailEntryLength( std::string_view table, std::string_view type, U64 bytes ) {
            AtText( type, " Hardware::", table, "::getAllFields() const" ) );
 }
 
-// An identifier of no field of the class, or of none that can be set; `operation` is a signature's
-// part after the class's name.
+// An identifier of no field, or of no settable field, of the class; `operation` is the part of the
+// signature after the class's name.
 [[noreturn, gnu::cold, gnu::noinline]] inline void
 atFailIdentifier( std::string_view result, std::string_view table, std::string_view operation ) {
    atFail( AtText( "false" ), __LINE__,

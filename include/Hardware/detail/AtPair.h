@@ -1,4 +1,4 @@
-// What At computes of a description: the cells of a pair, its tag and facts, and the distinct
+// What At computes from a description: the cells of a pair, its tag and facts, and the distinct
 // formats of a class.
 #pragma once
 
@@ -18,16 +18,17 @@ namespace Hardware::Detail {
 
 using Layouts::Cell;
 
-// What <Hardware/at/<Class>.h> states of a class: name, isTable, fields, description.
+// What <Hardware/at/<Class>.h> states about a class: name, isTable, fields, description.
 template<class Table>
 struct AtClass;
 
-// The variant as a description numbers it: the last stands for all from there on.
+// The variant as a description numbers it: the last number stands for itself and all above.
 constexpr unsigned describedVariant( unsigned variant ) {
    return std::min( variant, Layouts::variantLimit - 1 );
 }
 
-// The number of the row of a part of a description that speaks of a pair; their count if none does.
+// The number of the row, in a part of a description, that a pair belongs to; the count of rows if
+// there is none.
 template<class Row, std::size_t Count>
 constexpr std::size_t rowNumberOf( const std::array<Row, Count>& rows, unsigned chipType,
                                    unsigned variant ) {
@@ -39,7 +40,7 @@ constexpr std::size_t rowNumberOf( const std::array<Row, Count>& rows, unsigned 
    }
    return number;
 }
-// The row itself, an empty one if none does.
+// The row itself, an empty one if there is none.
 template<class Row, std::size_t Count>
 constexpr Row rowOf( const std::array<Row, Count>& rows, unsigned chipType, unsigned variant ) {
    const std::size_t number = rowNumberOf( rows, chipType, variant );
@@ -52,7 +53,7 @@ consteval bool hasPair( unsigned chipType, unsigned variant ) {
    return variant <= 0xff && rowNumberOf( rows, chipType, variant ) < rows.size();
 }
 
-// How many variants a chip type has; 0 where the variant is not looked at.
+// How many variants a chip type has; 0 if the variant is ignored.
 template<class Table>
 consteval U32 variantCount( unsigned chipType ) {
    U32 variants = 0;
@@ -82,7 +83,7 @@ HARDWARE_INLINE constexpr void eachPart( const Act& act ) {
    ( std::make_index_sequence<( width + 63 ) / 64>() );
 }
 
-// A field's value out of an entry, and into it. Not of a class or pair, so that all share them.
+// Reads and writes a field's value. Independent of class and pair, so that all share them.
 template<class Value, unsigned offset, unsigned width, unsigned bytes>
 HARDWARE_INLINE constexpr Value getField( const U8* entry ) {
    if constexpr( std::is_integral_v<Value> ) {
@@ -96,8 +97,8 @@ HARDWARE_INLINE constexpr Value getField( const U8* entry ) {
    }
 }
 
-// Whether a narrow value keeps its field's bound. A field exactly as wide as an integer has none,
-// whatever its argument type.
+// Whether a narrow value keeps its field's bound. A field exactly as wide as an integer has no
+// bound, whatever its argument type.
 template<unsigned width>
 inline constexpr bool isBounded = width != 8 && width != 16 && width != 32 && width != 64;
 template<unsigned width>
@@ -111,7 +112,7 @@ HARDWARE_INLINE constexpr void setField( U8* entry, const Value& value, const At
       if( !keepsBound<width>( value ) ) [[unlikely]] {
          atFailBound( field, lowOnes( width ) );
       }
-      // What is beyond a field without a bound is cut off.
+      // A value beyond a field without a bound is truncated.
       entryBitsAre<offset, width, bytes>( entry,
                                           isBounded<width> ? value : value & lowOnes( width ) );
    } else {
@@ -163,8 +164,8 @@ struct AtPair {
    using Class = AtClass<Table>;
    static constexpr std::size_t fieldCount = std::size( Class::fields );
 
-   // Where the pair has each field. What is evaluated for each pair calls few functions, which is
-   // most of what it costs the compiler.
+   // Where the pair has each field. Code that is evaluated for each pair calls few functions, since
+   // calls are most of its cost at compile time.
    static constexpr std::array<Cell, fieldCount> cells = [] {
       std::array<Cell, fieldCount> result;
       for( Cell& cell : result ) {
@@ -197,7 +198,7 @@ struct AtPair {
       }
       return count;
    }();
-   // Calls `act` with the numbers of the tag's fields, as constants, as long as it says true.
+   // Calls `act` with the numbers of the tag's fields, as constants, as long as it returns true.
    template<class Act>
    HARDWARE_INLINE static constexpr bool everyTag( const Act& act ) {
       return [&]<std::size_t... number>( std::index_sequence<number...> ) {
@@ -216,8 +217,9 @@ struct AtPair {
 
    using Words = std::array<U64, words>;
 
-   // The bits of fields that compose() takes from each: not those that a field shares which holds
-   // over it, a tag field before any other, then the narrower one, then the one declared later.
+   // The bits that compose() takes from each field: all but those shared with a field that takes
+   // precedence, which is a tag field before any other, then the narrower one, then the one
+   // declared later.
    struct Masks {
       Words all{};
       Words own[fieldCount]{};
@@ -255,7 +257,7 @@ struct AtPair {
             const U64 bits = ~U64{ 0 } >> ( 64 - ( next - bit ) ) << bit % 64;
             result.own[field][word] = bits & ~held[word];
             result.all[word] |= bits;
-            // A read-only field that isn't stamped takes nothing, so it leaves all to others.
+            // A read-only field that isn't stamped takes no bits.
             held[word] |= stamped[field] || !Class::fields[field].readOnly ? bits : 0;
             bit = next;
          }
@@ -281,8 +283,8 @@ struct AtPair {
    }
 };
 
-// The argument of a setter. What could lose bits on its way into `Value` must be a constant, which
-// is tested here.
+// The argument of a setter. An argument that could lose bits in the conversion to `Value` must be a
+// constant, which is tested here.
 template<class Value>
 class AtArgument {
    template<class From>
@@ -323,7 +325,7 @@ private:
 template<class Value>
 using AtParameter = std::conditional_t<std::is_integral_v<Value>, AtArgument<Value>, const Value&>;
 
-// What all views of a pair have: the entry, and what needs no list of the fields.
+// What all views of a pair have: the entry, and the operations that need no list of fields.
 template<class Table, ChipType chipType, unsigned variant>
 class AtViewBase {
 protected:
@@ -342,7 +344,7 @@ public:
    constexpr const U8* buf() const { return buf_; }
    constexpr std::size_t len() const { return len_; }
 
-   // Whether the entry has the pair's tag; true where there is none.
+   // Whether the entry has the pair's tag; true if the pair has none.
    constexpr bool holdsTag() const {
       return Pair::everyTag( [&]<std::size_t number>() {
          constexpr auto tag = Pair::tag.fields[number];
@@ -356,7 +358,7 @@ public:
                                               []( Cell cell ) { return cell.present(); } ) );
    }
 
-   // The entry with every bit outside the pair's fields cleared. Asserts "len_ >= storageSize".
+   // The entry with all bits outside the pair's fields cleared. Asserts "len_ >= storageSize".
    constexpr Entry getAllFields() const {
       if( len_ < storageSize ) [[unlikely]] {
          atFailEntryLength( Pair::Class::name, entryType, storageSize );
@@ -383,7 +385,7 @@ public:
       return mask;
    }
 
-   // By identifier, as of the views. An identifier of no field of the class is the assertion
+   // By identifier, like the views'. An identifier of no field of the class is the assertion
    // "false"; a field that the pair lacks has the width 0, and its offset is an assertion.
    static constexpr U16 fieldWidth( U32 fieldId ) {
       const std::size_t field = fieldOf( fieldId );

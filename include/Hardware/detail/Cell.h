@@ -1,5 +1,5 @@
-// What a description states and the library still knows at run time: where a field lies, a tag's
-// value, and how far the numbers go.
+// The parts of a description that the library still has at run time: where a field lies, a tag's
+// value, and the limits of numbers.
 #pragma once
 
 #include <Kelvar/Types.h>

@@ -1,4 +1,4 @@
-// The words in which a class is described: layouts, dimensions, addresses and tags.
+// The vocabulary of descriptions: layouts, dimensions, addresses and tags.
 //
 // A layout reads like the hardware's own table: columns are chip groups, rows are fields, and a
 // cell is at( offset, width ) in bits, or `absent`.
@@ -8,9 +8,9 @@
 //       { portEmAccCmd, { at( 41, 6 ), at( 41, 6 ) } },
 //    } )
 //
-// Several blocks may speak of one pair of chip type and variant: the pair has the fields of all.
-// The class of that name uses the namespace Hardware::Layouts::<Class>; C++20. Groups of chip types
-// that a class speaks of more than once have a name there: `like10` are laid out like chip type 10.
+// Several blocks may cover one pair of chip type and variant: the pair has the fields of all. The
+// class of that name uses the namespace Hardware::Layouts::<Class>; C++20. A group of chip types
+// that is used more than once has a name there: `like10` are laid out like chip type 10.
 #pragma once
 
 #include <Hardware/detail/Cell.h>
@@ -65,7 +65,7 @@ consteval Variants variants( Numbers... numbers ) {
    return { ( numberBits( numbers ) | ... ) };
 }
 
-// Of a chip group without variants: every number is accepted and means the same.
+// For a chip group without variants: every number is accepted and means the same.
 inline constexpr Variants anyVariant{ ~U32{ 0 } };
 
 consteval Cell at( unsigned offset, unsigned width ) {
@@ -75,8 +75,8 @@ consteval Cell at( unsigned offset, unsigned width ) {
    return { static_cast<U16>( offset ), static_cast<U16>( width ) };
 }
 
-// One field's cells, one for each column of its block. Cells left out stay unstated; where there
-// are more than columns, the last one says so.
+// One field's cells, one for each column of its block. A missing cell stays unstated; if there are
+// more cells than columns, the last one shows it.
 template<std::size_t Columns>
 struct Row {
    template<std::size_t Count>
@@ -119,7 +119,7 @@ consteval Placements<Columns * Rows> block( Variants variants, const Chips ( &co
    return result;
 }
 
-// The blocks of a class, one after the other.
+// The blocks of a class in order.
 template<std::size_t... Counts>
 consteval auto layout( const Placements<Counts>&... blocks ) {
    Placements<( Counts + ... )> result;
@@ -145,14 +145,14 @@ struct Dimension {
    U32 addrStride = 1;
 };
 
-// How many fields the hardware says a pair has; held against the layout.
+// How many fields a pair has according to the hardware; compared with the layout.
 struct FieldCount {
    Chips chips;
    Variants variants;
    U16 count;
 };
 
-// One instance of a memory, by identifier; left out where there is no further one.
+// One instance of a memory, by identifier.
 struct Instance {
    S32 accessType = -1;
    S32 destBlock = -1;
@@ -180,7 +180,7 @@ struct Address {
    Instance instances[instanceLimit] = {};
 };
 
-// Of pairs without a memory: `{ chips( 21 ), variants( 0 ), noAddress }`.
+// For pairs without a memory: `{ chips( 21 ), variants( 0 ), noAddress }`.
 inline constexpr Base noAddress;
 
 // The constant fields of a format, in the order in which they are stamped and verified.
@@ -190,7 +190,7 @@ struct Tag {
    TagField fields[tagFieldLimit];
 };
 
-// Of pairs whose read-only fields are not stamped: `{ chips( 10 ), variants( 9 ), { untagged } }`.
+// For pairs whose read-only fields are not stamped: `{ chips( 10 ), variants( 9 ), { untagged } }`.
 inline constexpr TagField untagged;
 
 template<class Element, std::size_t Count>

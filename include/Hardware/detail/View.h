@@ -1,5 +1,5 @@
-// What the headers of the views share: base class, exports, identifiers, argument, whole-entry and
-// field types.
+// What the headers of the views share: base class, exports, identifiers, and the types of
+// arguments, whole entries and fields.
 #pragma once
 
 #include <Hardware/ChipType.h>

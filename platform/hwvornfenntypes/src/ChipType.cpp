@@ -31,7 +31,7 @@ std::ostream& operator<<( std::ostream& out, const ChipType& chipType ) {
          return out << name.text;
       }
    }
-   // As one string, and not through the stream's own base and width.
+   // As one string, so that the stream's base and width don't apply.
    return out << "ChipType(" + std::to_string( static_cast<unsigned>( chipType ) ) + ')';
 }
 

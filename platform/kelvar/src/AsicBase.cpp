@@ -1,8 +1,8 @@
-// The base constructor of all views, and the way their assertions go.
+// The base constructor of all views, and the end of their assertions.
 #include <Kelvar/AsicBase.h>
 
-// Not <cassert>'s declaration, which promises not to throw: a program may stand in for the symbol
-// and leave it with an exception.
+// Not <cassert>'s declaration, which promises not to throw: a program may replace the function and
+// leave it by an exception.
 extern "C" [[noreturn]] void __assert_fail( const char* expression, const char* file, unsigned line,
                                             const char* function );
 

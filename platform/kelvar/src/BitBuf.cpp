@@ -20,7 +20,8 @@ void require( bool holds, const char* expression, const char* function,
    }
 }
 
-// What getBuf and setBuf ask of their arguments. In 64 bits, where no sum or product overflows.
+// What getBuf and setBuf require of their arguments. In 64 bits, so that no sum or product
+// overflows.
 void requireFit( long imageLen, const char* imageFits, long valueLen, long width, long offset,
                  const char* function ) {
    require( width > 0, "width > 0", function );
@@ -50,8 +51,8 @@ void store( U8* bytes, U64 bits ) {
    std::memcpy( bytes, &word, sizeof( word ) );
 }
 
-// Word `index` of the 64-bit words of an image: zero-extended where the image ends within it, and
-// zero behind the image's end.
+// Word `index` of the 64-bit words of an image: zero-extended if the image ends within it, and zero
+// after the image's end.
 U64 wordOf( const U8* image, long length, long index ) {
    const U8* bytes = image + 8 * index;
    const long left = length - 8 * index;
@@ -106,7 +107,7 @@ void mergeWord( U8* image, long length, long index, U64 bits, U64 mask ) {
 // A word whose low `count` bits are ones; `count` is 0 to 63.
 U64 lowOnes( long count ) { return ( U64{ 1 } << count ) - 1; }
 
-// The 64 bits behind bit `shift` of the word pair `low`, `high`; `shift` is 1 to 63.
+// The 64 bits from bit `shift` on of the word pair `low`, `high`; `shift` is 1 to 63.
 U64 joined( U64 low, U64 high, long shift ) { return low >> shift | high << ( 64 - shift ); }
 
 // Whether a field of 64 bits or less lies in one whole word of the image.
@@ -133,7 +134,7 @@ void extract( const U8* __restrict src, long srcLen, U8* __restrict value, long 
    if( shift == 0 ) {
       std::memcpy( value, src + 8 * first, static_cast<std::size_t>( 8 * fullWords ) );
    } else {
-      // All words of `src` that this reads are full ones, but perhaps the very last.
+      // All words of `src` that this reads are full, except possibly the last.
       const long quick = std::min( fullWords, srcLen / 8 - first - 1 );
       long i = 0;
       for( ; i < quick; ++i ) {
@@ -183,8 +184,8 @@ void insert( U8* __restrict dst, long dstLen, const U8* __restrict value, long v
    mergeWord( dst, dstLen, index, firstBits, ~lowOnes( shift ) );
    ++index;
 
-   // From here on a word of `dst` takes the upper bits of one word of `value` and the lower bits
-   // of the next; all of those are full ones, but perhaps the very last.
+   // From here on a word of `dst` takes the upper bits of one word of `value` and the lower bits of
+   // the next; all of those are full, except possibly the last.
    const long left = shift + width - 64;
    const long fullWords = left / 64;
    const long quick = std::min( fullWords, valueLen / 8 - 1 );

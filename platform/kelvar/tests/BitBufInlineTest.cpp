@@ -90,7 +90,7 @@ void forChosenPlaces( Action action ) {
    }
 }
 
-// The same image and value for all three roads; `length` bytes of the image are given.
+// The same image and value for all three paths; `length` bytes of the image are passed.
 testing::AssertionResult agrees( const Accessors& place, const Bytes& image, const Bytes& value ) {
    const int length = static_cast<int>( image.size() );
    const auto failure = [&]( const char* what ) {

@@ -1,4 +1,4 @@
-// Strings with room for a line, so that a line needs no memory when it is written.
+// Strings with room for a line, so that writing a line allocates no memory.
 #pragma once
 
 #include <atomic>
@@ -11,7 +11,7 @@
 
 namespace Oru {
 
-// Places that hold a string or none. Each is taken and filled without a lock.
+// Places that hold a string or nothing. Each is taken and filled without a lock.
 class Lines {
 public:
    // Fills all empty places, as far as there is memory.
@@ -30,11 +30,11 @@ public:
             }
          }
       } catch( ... ) {
-         // Without it lines ask for memory when they are written.
+         // Without it, writing a line allocates memory.
       }
    }
 
-   // An empty string, with room for a line if a place holds one.
+   // An empty string, with room for a line if a place has one.
    std::string take() noexcept {
       for( Place& place : places_ ) {
          if( place.changes( State::full, State::changing ) ) {
@@ -63,7 +63,7 @@ private:
 
    enum class State : unsigned char { empty, changing, full };
 
-   // Not a string that would be destroyed at the process's exit.
+   // Not a static string, which would be destroyed at process exit.
    struct Place {
       std::atomic<State> state{ State::empty };
       alignas( std::string ) std::byte bytes[sizeof( std::string )] = {};

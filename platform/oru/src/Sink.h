@@ -1,4 +1,4 @@
-// A replaceable receiver of text, and what receives it by default.
+// A replaceable receiver of text, and the default receivers.
 #pragma once
 
 #include <atomic>
@@ -68,8 +68,8 @@ private:
       }
    }
 
-   // A call counts itself before it looks for the function. So none has one of these, if there is
-   // no call after they were taken.
+   // A call counts itself before it looks for the function. So no call uses one of these if none is
+   // under way after they were taken.
    void endReplaced() {
       Node* const first = replaced_.exchange( nullptr );
       if( first == nullptr ) {
@@ -109,7 +109,7 @@ private:
    int cancelState_ = 0;
 };
 
-// Holds back the signals by which writing ends a process, and takes those it has caused.
+// Blocks the signals by which a write can end the process, and consumes those that it caused.
 class WithoutWriteSignals {
 public:
    WithoutWriteSignals() {
@@ -139,7 +139,7 @@ private:
    sigset_t mask_;
 };
 
-// Writes a line at once where that is possible, so that lines of several threads don't mix.
+// Writes a line in one piece if possible, so that lines of several threads don't mix.
 inline void writeToStandardError( std::string_view line ) {
    const WithoutWriteSignals withoutSignals;
    while( !line.empty() ) {

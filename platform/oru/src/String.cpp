@@ -1,4 +1,4 @@
-// Hash and output of the run-time's string.
+// Hash and output of the run time's string.
 #include <Oru/String.h>
 
 #include <functional>

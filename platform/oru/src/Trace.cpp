@@ -10,20 +10,20 @@
 #include <mutex>
 #include <set>
 
-// Not <cassert>'s declaration, which promises not to throw: a program may stand in for the symbol
-// and leave it with an exception.
+// Not <cassert>'s declaration, which promises not to throw: a program may replace the function and
+// leave it by an exception.
 extern "C" [[noreturn]] void __assert_fail( const char* expression, const char* file, unsigned line,
                                             const char* function );
 
 namespace Oru {
 
 // All facilities by handle name, with their handles. Never destroyed, as handles are used during
-// the process's exit.
+// process exit.
 class Facilities {
 public:
    static Facilities& instance() {
       static Facilities* const facilities = new Facilities;
-      // A child has the thread that forked, but no other that might give the lock back.
+      // A child has only the thread that forked, so nothing would release the lock.
       static const int forked =
          pthread_atfork( [] { facilities->mutex_.lock(); }, [] { facilities->mutex_.unlock(); },
                          [] { facilities->mutex_.unlock(); } );
@@ -35,7 +35,7 @@ public:
       const std::lock_guard guard( mutex_ );
       Facility& facility = facilities_[handle.name_];
       facility.handles.insert( &handle );
-      tell( handle, facility );
+      update( handle, facility );
    }
 
    void remove( TraceHandle& handle ) {
@@ -50,7 +50,7 @@ public:
       const U32 bit = U32{ 1 } << level;
       facility.levels = on ? facility.levels | bit : facility.levels & ~bit;
       for( TraceHandle* const handle : facility.handles ) {
-         tell( *handle, facility );
+         update( *handle, facility );
       }
    }
 
@@ -60,7 +60,7 @@ private:
       std::set<TraceHandle*> handles;
    };
 
-   static void tell( TraceHandle& handle, const Facility& facility ) {
+   static void update( TraceHandle& handle, const Facility& facility ) {
       handle.levels_.store( facility.levels, std::memory_order_relaxed );
    }
 
@@ -91,7 +91,7 @@ void TraceStream::append( std::string_view text ) {
    try {
       line_.append( text );
    } catch( ... ) {
-      // Without memory the line is cut.
+      // Without memory the line is truncated.
    }
 }
 
@@ -124,7 +124,8 @@ TraceHelper::~TraceHelper() {
    std::string& line = stream_.line_;
    try {
       if( !traceSink.deliver( line ) ) {
-         // Where it comes from is put after the text, and then before it, in the room that it has.
+         // The prefix is written after the text and then rotated to the front, within the line's
+         // own memory.
          const auto length = static_cast<std::ptrdiff_t>( line.size() );
          line.append( handle_.name() ).append( "/" );
          appendNumber( line, level_ );

@@ -5,7 +5,7 @@ _vorn() {
    if [[ $line == *[[:space:]] ]]; then
       words+=( '' )
    fi
-   # What readline replaces, $2, begins behind the last = of the word.
+   # What readline replaces, $2, begins after the last = of the word.
    local kept=${words[-1]%"$2"}
    COMPREPLY=()
    while IFS=$'\t' read -r candidate _; do

@@ -268,7 +268,7 @@ Verb addComplete( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "complete", "Print what may stand next" );
    verb->group( "" ); // for shells, not for people
    const auto words = std::make_shared<std::vector<std::string>>();
-   verb->add_option( "WORD", *words, "Words behind vorn, the last one as far as it is written" );
+   verb->add_option( "WORD", *words, "Words after vorn, the last one as far as it is typed" );
    describe( *verb,
              "Prints a line for each word that the last one may become, with a description after "
              "a tab where there is one.",

@@ -30,8 +30,8 @@ struct DecodeArguments {
    std::optional<std::string> changedFrom; // the image that the others are compared with
 };
 
-// Prints the fields of the images, or of those of the files. What comes before a bad image is given
-// to `output` before the Error is thrown; where it is to keep going, the Errors are told on
+// Prints the fields of the images, or of those of the files. The output for the images before a bad
+// one is passed to `output` before the Error is thrown. If it keeps going, Errors are reported on
 // standard error, and it ends in HasFailed.
 void decode( const DecodeArguments& arguments, Output& output );
 

@@ -560,19 +560,19 @@ Verb addDiff( CLI::App& commandLine ) {
    verb->final_callback( [arguments] { checkUsage( *arguments ); } );
    describe(
       *verb,
-      "Compares two dumps entry by entry, or two images. BEFORE and AFTER are files where "
-      "there are such, else images, each in any form that `vorn decode` takes; where they "
-      "don't say their pair, TABLE and --chip do.\n\n"
-      "Entries are matched by where they lie: entry, array, identifier or address. Images "
-      "that don't say it are numbered in their order, from --first-entry on. Where a place "
-      "occurs again, the second time is matched with the second in the other dump.\n\n"
-      "An entry is added or removed where one side has none, or zeroes alone that have not "
-      "its tag; replaced where it is of another pair; changed where fields differ. A field "
-      "that holds narrower ones, such as mdbEntry, is left out where the change lies in "
-      "these, unless --fields names it. With --fields, what differs elsewhere is no "
-      "difference. Entries that only one dump has come where the other ends.\n\n"
+      "Compares two dumps entry by entry, or two images. BEFORE and AFTER are files if these "
+      "exist, otherwise images, each in any form that `vorn decode` takes; if they don't say "
+      "their pair, TABLE and --chip do.\n\n"
+      "Entries are matched by where they lie: entry, array, identifier or address. Images that "
+      "don't say it are numbered in order, from --first-entry on. If a place occurs twice, the "
+      "second is matched with the second in the other dump.\n\n"
+      "An entry is added or removed if one side has none, or only zeroes without its tag; "
+      "replaced if it is of another pair; changed if fields differ. A field that contains "
+      "narrower ones, such as mdbEntry, is left out if the change lies in these, unless --fields "
+      "names it. With --fields, only these fields are compared. Entries that only one dump has "
+      "are printed at the end.\n\n"
       "In JSON, numbers beyond 53 bits are strings.\n\n"
-      "The exit status is 0 without a difference, 1 with one, and 2 for bad input, also with "
+      "The exit status is 0 without a difference, 1 with one, and 2 for bad input, even with "
       "--keep-going.\n\n" +
          chipTypesParagraph(),
       "  vorn diff LifTable --chip BCM88690_B0 before.txt after.txt\n"

@@ -82,12 +82,12 @@ Verb addEncode( CLI::App& commandLine ) {
    verb->add_option( "field=value", arguments->fields, "Fields to set, and their values or mask" );
    describe( *verb,
              "Prints the image as bytes, entry byte 0 first, and as 32-bit words, and the entry's "
-             "address; with --output the bytes or the words alone, or a line of JSON as `vorn "
+             "address; with --output only the bytes or the words, or a line of JSON as `vorn "
              "program` prints it.\n\n"
-             "Fields that are not given are 0, but for the tag. With --from, they and all bits "
-             "between fields are those of the image, which must be as long as an entry and carry "
-             "the pair's tag; `vorn decode --help` tells how an image may be written. Fields are "
-             "written in the given order; where two overlap the later one wins.\n\n" +
+             "Fields that are not given are 0, except for the tag. With --from, they and all bits "
+             "between fields are those of the image, which must be as long as an entry and have "
+             "the pair's tag; `vorn decode --help` explains how an image may be written. Fields "
+             "are written in the given order; where two overlap the later one wins.\n\n" +
                 notationsParagraphs() + "\n\n" + chipTypesParagraph(),
              "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 --array 2 action=0x12345\n"
              "  vorn encode TcamBankIpv4Tt --chip 10 --output bytes ipv4Dip=10.0.0.1 vrf=mask\n"

@@ -97,13 +97,13 @@ Verb addField( CLI::App& commandLine ) {
    verb->add_flag( "--json", arguments->json, "Print a JSON object for each table and place" );
    describe( *verb,
              "Prints for each field its name, its name in the hardware's documents and its "
-             "identifier, then a line for each table and each place that it has there: its first "
-             "bit, its width, and the numbers of the chip types with their variants, \"any\" where "
-             "the variant is not looked at. A field that tells entries from those of other "
-             "variants is a \"tag\".\n\n"
+             "identifier, then a line for each table and each place there: its first bit, its "
+             "width, and the numbers of the chip types with their variants, \"any\" where the "
+             "variant is ignored. A field that distinguishes entries from those of other variants "
+             "is a \"tag\".\n\n"
              "In a name, * stands for any characters, ? for any one. A name that no field has is "
              "an error with the nearest right ones.\n\n"
-             "With --json \"variants\" is null where the variant is not looked at.\n\n" +
+             "With --json \"variants\" is null if the variant is ignored.\n\n" +
                 chipTypesParagraph(),
              "  vorn field vlanDomain\n"
              "  vorn field 'vlanEdit*' --chip BCM88690_B0" );

@@ -134,13 +134,13 @@ Verb addIdentify( CLI::App& commandLine ) {
    describe( *verb,
              "Prints a line for each table that has entries of the image's length and, where its "
              "variants have a tag, of the image's tag. Tables and variants in one group have both "
-             "in common, so that nothing in the image tells them apart. The likeliest group comes "
-             "first: the more bits of a tag are as they must be, the less by chance. What has no "
-             "tag comes last.\n\n"
-             "An image that can be nothing is an error, but not with --ruled-out, which prints "
+             "in common, so that nothing in the image distinguishes them. The likeliest group "
+             "comes first, which is the one with the most matching bits of a tag; tables without "
+             "a tag come last.\n\n"
+             "An image that matches nothing is an error, except with --ruled-out, which prints "
              "why.\n\n"
-             "`vorn decode --help` tells how an image, or a file of images, may be written. What "
-             "an image says of its own table and variant is not looked at.\n\n" +
+             "`vorn decode --help` explains how an image, or a file of images, may be written. "
+             "What an image says about its own table and variant is ignored.\n\n" +
                 chipTypesParagraph(),
              "  vorn identify --chip BCM88690_B0 4523010000000000\n"
              "  vorn program entries.jsonl | vorn identify --chip BCM88690_B0 -" );

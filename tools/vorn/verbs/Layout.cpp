@@ -179,10 +179,10 @@ Verb addLayout( CLI::App& commandLine ) {
              "Draws an entry in rows of 32 bits and lists its fields in bit order: where each "
              "lies, its identifier and its name in the hardware's documents. A name that doesn't "
              "fit into its cell is replaced by a key, which the list explains. Fields that share "
-             "bits stand below one another, beside \"or\". Bits of no field are \"unused\".\n\n"
+             "bits are below one another, beside \"or\". Bits of no field are \"unused\".\n\n"
              "Bit 0 is the least significant bit of byte 0. The rows are the words that `vorn "
-             "encode` prints, in their order, with the most significant bit at the left. They "
-             "are drawn in unicode at a terminal whose locale is UTF-8, and else in ascii, unless "
+             "encode` prints, in their order, with the most significant bit at the left. They are "
+             "drawn in unicode at a terminal with a UTF-8 locale, otherwise in ascii, unless "
              "--lines says which.\n\n"
              "FROM and TO of --diff are a chip type, by name or number, or a chip type and a "
              "variant as CHIP:VARIANT.\n\n" +

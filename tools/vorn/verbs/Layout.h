@@ -17,7 +17,7 @@ struct LayoutArguments {
    bool json = false;
 };
 
-// What `vorn layout` prints; a picture for a file is written there, and nothing is left to print.
+// The output of `vorn layout`; empty for a picture, which is written to its file.
 std::string layout( const LayoutArguments& arguments );
 
 } // namespace Vorn

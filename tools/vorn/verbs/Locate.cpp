@@ -44,7 +44,7 @@ std::optional<U8> blockOf( const LocateArguments& arguments ) {
 
 using Row = std::vector<std::string>;
 
-// A row for each of the places at an address; variants that have it in common share the row.
+// A row for each place at an address; variants with the same place share the row.
 std::vector<Row> rowsOf( const std::vector<Location>& places ) {
    std::vector<std::pair<Location, ChipVariants>> lines;
    for( const Location& found : places ) {
@@ -151,7 +151,7 @@ private:
       }
    }
 
-   // Says once, before the first such place, what a memory is that has no end.
+   // Explains unbounded memories once, before the first such place.
    void explainUnbounded( const std::vector<Location>& places ) {
       if( isExplained_ || std::none_of( places.begin(), places.end(), []( const Location& found ) {
              return Memory( found.layout ).isUnbounded();
@@ -206,7 +206,7 @@ void locateLines( Locating& locating, Output& output ) {
 }
 
 void locate( const LocateArguments& arguments, Output& output ) {
-   // What is none of the command line's addresses is told before anything is printed.
+   // A bad address of the command line is reported before anything is printed.
    for( const std::string& address : arguments.addresses ) {
       if( address != "-" ) {
          parseAddresses( address );
@@ -254,7 +254,7 @@ Verb addLocate( CLI::App& commandLine ) {
       "the address then. Standard input has them in lines, between blanks or commas; # begins a "
       "comment. Addresses of a range at which nothing lies are counted on standard error.\n\n"
       "4294967295 entries mean that no number of entries is stated: the memory would have nearly "
-      "every address. That is told on standard error before such a memory is printed; --bounded "
+      "every address. A note on standard error says so before such a memory is printed; --bounded "
       "leaves it out.\n\n" +
          chipTypesParagraph(),
       "  vorn locate --chip BCM88690_B0 --dest-block 6 0x1101005\n"

@@ -89,13 +89,12 @@ Verb addProgram( CLI::App& commandLine ) {
          "hexadecimal, entry byte 0 first, and the address; \"address\", \"accessType\" and "
          "\"destBlock\" are null where there is no address. With --output bytes or words "
          "the line is the image alone, as those bytes or as 32-bit words.\n\n"
-         "A bad line ends the program with exit status 1. The lines before it have been "
-         "printed then, and nothing of the bad line or of any after it. A line holds at "
-         "most " +
+         "A bad line ends the program with exit status 1. The lines before it are printed, and "
+         "nothing of the bad line or of any after it. A line holds at most " +
          std::to_string( LineReader::longest ) +
          " bytes.\n\n"
-         "While standard error is a terminal and standard output is none, a line there "
-         "shows how far a file has come, or a pipe with --count.",
+         "If standard error is a terminal and standard output isn't, a line there shows the "
+         "progress of a file, or of a pipe with --count.",
       "  echo '{\"table\":\"TcamActionTable\",\"chip\":\"BCM88690_B0\",\"entry\":5,"
       "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -\n"
       "  vorn program entries.jsonl --output bytes > images.txt" );

@@ -14,8 +14,8 @@ struct ProgramArguments {
    std::string count = "0"; // of entries in a pipe; 0 if it is not known
 };
 
-// Prints a line for each line of the file. What comes before a bad one is given to `output` before
-// the Error is thrown.
+// Prints a line for each line of the file. The output for the lines before a bad one is passed to
+// `output` before the Error is thrown.
 void program( const ProgramArguments& arguments, Output& output );
 
 } // namespace Vorn

@@ -153,11 +153,11 @@ Verb addTables( CLI::App& commandLine ) {
              "Prints two lines for each table or register after two of headings: its name, how "
              "many fields it has, its width in 32-bit words, and its numbers of instances and "
              "entries, each as a list where chip types or variants differ; then the numbers of its "
-             "chip types with their variants, \"any\" where the variant is not looked at.\n\n"
+             "chip types with their variants, \"any\" if the variant is ignored.\n\n"
              "With --chip all numbers are those of the one chip type. 4294967295 entries mean that "
              "no number of entries is stated.\n\n"
              "With --json the numbers stand at each pair of chip type and variant; the variant is "
-             "null where it is not looked at.\n\n" +
+             "null if it is ignored.\n\n" +
                 chipTypesParagraph(),
              "  vorn tables\n"
              "  vorn tables --chip BCM88690_B0 --json" );

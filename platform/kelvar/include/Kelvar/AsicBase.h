@@ -1,4 +1,4 @@
-// The root of all views: the entry image a view stands over, and its virtual operations.
+// The root of all views: the entry image of a view, and its virtual operations.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -59,7 +59,7 @@ public:
    U8 variant() const { return variant_; }
 
 protected:
-   // Keeps the low 16 bits of `len`. The bool and the last U8 are not looked at.
+   // Keeps the low 16 bits of `len`. Ignores the bool and the last U8.
    AsicBase( U8 chipType, U8* buf, U32 len, bool existingEntry, U8 variant, U8 );
 
    U8* buf_;

@@ -1,10 +1,10 @@
 // Bit-buffer primitives: copy a run of bits out of, into, or through a mask over an entry image.
 //
 // An entry image is an array of bytes; its bit n is bit n mod 8 of byte n / 8, bit 0 the least
-// significant. A value image is little-endian too, so an integer or a Raw value can be given.
-// Lengths are in bytes (in 32-bit words for maskBuf), widths and offsets in bits. No byte outside
-// a given length is ever touched; a width of 0 or less, a negative offset, or a run of bits that
-// does not fit into the buffer or the value is an assertion, and nothing is written.
+// significant. A value image is little-endian too, so it can be an integer or a Raw value. Lengths
+// are in bytes (in 32-bit words for maskBuf), widths and offsets in bits. No byte outside a given
+// length is ever touched; a width of 0 or less, a negative offset, or a run of bits that does not
+// fit into the buffer or the value is an assertion, and nothing is written.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -26,7 +26,7 @@ KELVAR_API void maskBuf( const U32* src, int srcWords, U32* dst, int dstWords, c
 
 namespace Kelvar {
 
-// The three once more, under names that the inline definitions below can call.
+// The same three under names that the inline definitions below can call.
 KELVAR_API void getBufGeneral( const U8* src, int srcLen, U8* value, int valueLen, int width,
                                int offset );
 KELVAR_API void setBufGeneral( U8* dst, int dstLen, const U8* value, int valueLen, int width,
@@ -34,8 +34,8 @@ KELVAR_API void setBufGeneral( U8* dst, int dstLen, const U8* value, int valueLe
 KELVAR_API void maskBufGeneral( const U32* src, int srcWords, U32* dst, int dstWords,
                                 const U32* mask, int maskWords );
 
-// The same for a field of 64 bits or less by value: the rare road of a field that ends in a partial
-// word of its image. Cold, so that the compiler keeps the calls out of the way.
+// The same for a field of 64 bits or less by value: the rare path of a field that ends in a partial
+// word of its image. Cold, so that the compiler moves the calls out of the way.
 KELVAR_API U64 narrowBits( const U8* src, int srcLen, int width, int offset )
    __attribute__( ( cold ) );
 KELVAR_API void narrowBitsIs( U8* dst, int dstLen, U64 bits, int width, int offset )
@@ -47,13 +47,13 @@ static_assert( __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "images are read as na
 
 namespace Kelvar {
 
-// Whether so many bytes can lie in a buffer, by what the compiler knows of it: true, at no cost,
-// where it knows nothing. It would warn of the words beyond a smaller buffer, whatever the length.
+// Whether a buffer can hold this many bytes, as far as the compiler knows: true, at no cost, if it
+// doesn't know. Without this it warns of words beyond a smaller buffer, whatever the length.
 __attribute__( ( always_inline ) ) inline bool mayHold( const U8* buffer, long bytes ) {
    return __builtin_object_size( buffer, 0 ) >= static_cast<std::size_t>( bytes );
 }
 
-// Where a field of 64 bits or less lies in the grid.
+// Where a field of 64 bits or less lies in the grid of 64-bit words.
 struct NarrowPlace {
    long first;     // byte at which the word of its lowest bit starts
    long last;      // byte at which the word of its highest bit starts: `first` or the next
@@ -72,7 +72,7 @@ __attribute__( ( always_inline ) ) constexpr bool isNarrow( int valueLen, int wi
    return width > 0 && width <= 64 && offset >= 0 && valueLen > 0 && width <= 8L * valueLen;
 }
 
-// Replaces the bits of `mask` in a value image by `bits`, of which it covers all.
+// Replaces the bits of `mask` in a value image by `bits`, which has no others.
 __attribute__( ( always_inline ) ) inline void narrowValueIs( U8* value, int valueLen, U64 bits,
                                                               U64 mask ) {
    const std::size_t size = valueLen < 8 ? static_cast<std::size_t>( valueLen ) : 8;
@@ -97,7 +97,7 @@ __attribute__( ( always_inline ) ) inline void wordAtIs( U8* bytes, long at, U64
    std::memcpy( bytes + at, &word, sizeof( word ) );
 }
 
-// How much of a field's last word the image holds: all of it, at least its low half where the field
+// How much of a field's last word the image holds: all of it, at least its low half if the field
 // ends there, or less.
 enum class LastWord { whole, half, partial };
 
@@ -118,8 +118,8 @@ __attribute__( ( always_inline ) ) inline U64 halfWordAt( const U8* bytes, long 
    return half;
 }
 
-// The quick road of a wide field, whose words all lie in the image, the last perhaps with its low
-// half alone: a few words, each joined from two, with a shift that is a constant.
+// The fast path of a wide field whose words all lie in the image, the last one possibly with its
+// low half only: a few words, each joined from two with a constant shift.
 __attribute__( ( always_inline ) ) inline void wideBits( const U8* src, U8* value, int width,
                                                          int offset, LastWord lastWord ) {
    const long first = offset / 64 * 8L;
@@ -194,12 +194,12 @@ __attribute__( ( always_inline ) ) inline void maskWords( const U32* src, U32* d
 
 #ifndef KELVAR_BITBUF_WITHOUT_INLINE
 
-// Says that nobody needs to see the primitives called: they are inline, and who knows a field's
-// place may as well do their work on the image's words.
+// Says that the primitives are inline and need not be called: code that knows a field's place may
+// do their work on the image's words.
 #define KELVAR_BITBUF_IS_INLINE
 
-// GNU's inline: such a definition is used for inlining alone. Whoever takes the address of the
-// function, or doesn't inline, gets the exported one.
+// GNU's inline: such a definition is used for inlining only. Taking the function's address, or a
+// call that isn't inlined, uses the exported one.
 #define KELVAR_INLINE extern inline __attribute__( ( gnu_inline, always_inline ) )
 
 KELVAR_INLINE void getBuf( const U8* src, int srcLen, U8* value, int valueLen, int width,
@@ -273,8 +273,8 @@ KELVAR_INLINE void setBuf( U8* dst, int dstLen, const U8* value, int valueLen, i
       U64 word;
       std::memcpy( &word, dst + place.first, sizeof( U64 ) );
       word = ( word & ~lastMask ) | lastBits;
-      // An empty instruction, which keeps the compiler from treating both words as one vector: its
-      // load of 16 bytes would have to wait for earlier stores of 8.
+      // An empty instruction that keeps the compiler from treating both words as one vector, whose
+      // 16-byte load would have to wait for earlier 8-byte stores.
       __asm__( "" : "+r"( word ) );
       std::memcpy( dst + place.first, &word, sizeof( U64 ) );
       lastBits = bits >> ( 64 - place.shift );

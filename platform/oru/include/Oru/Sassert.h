@@ -1,4 +1,4 @@
-// Message assertions: a helper that gathers the message; the caller aborts behind it.
+// Message assertions: a helper that collects the message; the caller aborts after it.
 #pragma once
 
 #include <Oru/String.h>
@@ -9,8 +9,8 @@
 
 namespace Oru {
 
-// Gathers the message of a failed assertion; its end hands expression and message to the sink.
-// It does not abort: its maker calls __assert_fail afterwards. What a sink throws is dropped.
+// Collects the message of a failed assertion; its destructor passes expression and message to the
+// sink. It does not abort: the caller then calls __assert_fail. Exceptions from a sink are dropped.
 class ORU_API SassertHelper {
 public:
    explicit SassertHelper( const char* expression );

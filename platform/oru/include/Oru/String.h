@@ -1,4 +1,4 @@
-// The run-time's string: made from characters and a length, compared, hashed and printed.
+// The run time's string: made from characters and a length, compared, hashed and printed.
 #pragma once
 
 #include <cstddef>
@@ -55,7 +55,7 @@ private:
 inline bool operator==( const String& left, const String& right ) {
    return left.view() == right.view();
 }
-// Inlined even where a hundred names follow each other: most differ in their length, a constant.
+// Inlined even in a chain of a hundred names: most differ in their length, a constant.
 __attribute__( ( always_inline ) ) inline bool operator==( const String& left, const char* right ) {
    const std::string_view text = left.view();
    const std::size_t length = __builtin_strlen( right );

@@ -10,7 +10,7 @@
 
 namespace Oru {
 
-// What all handles of one name share: an enable bit per level.
+// Shared by all handles of one name: an enable bit per level.
 class ORU_API TraceFacility {
 public:
    enum FacilityLevel : int {
@@ -27,7 +27,7 @@ public:
    };
 };
 
-// A name by which trace sites find their facility. The second argument is not looked at.
+// A name by which trace sites find their facility. The second argument is ignored.
 class ORU_API TraceHandle {
 public:
    TraceHandle( const char* name, bool );
@@ -39,8 +39,8 @@ public:
    const char* name() const { return name_.c_str(); }
    bool enabled( TraceFacility::FacilityLevel level ) const {
 #ifdef __x86_64__
-      // A relaxed load of the byte and the test of its bit in one instruction, which the compiler
-      // makes two of.
+      // A relaxed load of the byte and the test of its bit in one instruction; the compiler would
+      // use two.
       const U8& byte = reinterpret_cast<const U8*>( &levels_ )[level / 8];
       bool on;
       __asm__ volatile( "{testb %1, %2|test byte ptr %2, %1}" // in either syntax
@@ -56,15 +56,15 @@ private:
    friend class Facilities;
 
    std::string name_;
-   std::atomic<U32> levels_{ 0 }; // its facility's bits, told to it whenever they change
+   std::atomic<U32> levels_{ 0 }; // its facility's bits, updated whenever they change
 };
 
-// The line being written. A U8 is shown as a decimal number.
+// The line being written. A U8 is written as a decimal number.
 class ORU_API TraceStream {
 public:
    TraceStream() = default;
 
-   // Throws nothing: without memory for it the text is left out.
+   // Throws nothing: if there is no memory for it, the text is left out.
    void append( std::string_view text );
    const std::string& line() const { return line_; }
 
@@ -81,12 +81,12 @@ ORU_API TraceStream& operator<<( TraceStream& stream, U8 number );
 ORU_API TraceStream& operator<<( TraceStream& stream, U32 number );
 ORU_API TraceStream& operator<<( TraceStream& stream, const String& text );
 
-// One line of trace: made where the line begins; its end hands the line to the sink. What a sink
-// throws is dropped. The handle must outlive the helper.
+// One line of trace: its destructor passes the line to the sink. Exceptions from a sink are
+// dropped. The handle must outlive the helper.
 //
-// It leaves its thread as it was: errno is kept, a cancellation waits until the line is delivered,
-// and a line that can't be has no effect. Signal handlers and children of a fork may trace, too, as
-// far as the sink may be called there; the default may.
+// It leaves its thread as it was: errno is preserved, a cancellation waits until the line is
+// delivered, and a line that can't be delivered has no effect. Signal handlers and children of a
+// fork may trace too, if the sink may be called there; the default one may.
 class ORU_API TraceHelper {
 public:
    TraceHelper( const TraceHandle& handle, TraceFacility::FacilityLevel level, const char* file,
@@ -106,13 +106,12 @@ private:
    TraceStream stream_;
 };
 
-// Switches a level of all handles of this name, also of those made later. Reserves the memory that
-// the lines will take. A level outside 0 to 9
-// is the assertion "level >= 0 && level <= 9".
+// Switches a level of all handles of this name, including those made later. Reserves the memory for
+// the lines. A level outside 0 to 9 is the assertion "level >= 0 && level <= 9".
 ORU_API void traceLevelIs( const std::string& handle, int level, bool on );
 
-// Where finished lines go; an empty function restores the default. A sink is given the streamed
-// text alone; the default writes "<handle>/<level> <file>:<line> <function>: <text>" to standard
+// Where finished lines go; an empty function restores the default. A sink receives only the
+// streamed text; the default writes "<handle>/<level> <file>:<line> <function>: <text>" to standard
 // error, and waits while that is full. A sink that is replaced while it is called lives until a
 // later replacement.
 ORU_API void traceSinkIs( std::function<void( const std::string& line )> sink );
