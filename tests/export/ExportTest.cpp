@@ -234,6 +234,25 @@ INSTANTIATE_TEST_SUITE_P( By, Compiled, testing::ValuesIn( compilers ),
                              return path.substr( path.rfind( '/' ) + 1 );
                           } );
 
+TEST( ExportHeader, ServesTheExampleOfItsDocument ) {
+   const TemporaryFolder folder;
+   const auto header = vorn(
+      { "export", "--format", "c-header", "LifTable", "--chip", "BCM88690_B0", "--variant", "3" } );
+   std::ofstream( folder / "lif.h" ) << header.out;
+   const auto document = Testing::contentsOf( VORN_EXPORTS_DOCUMENT );
+   const auto begin = document.find( "```c\n" ) + 5;
+   ASSERT_GT( document.size(), begin );
+   std::ofstream( folder / "example.c" )
+      << "#include \"lif.h\"\nint main( void ) {\n"
+      << document.substr( begin, document.find( "```", begin ) - begin )
+      << "return LifTable_BCM88690_B0_3_holdsTag( entry ) &&\n"
+         "( words[1] >> 11 & 0x1fffff ) == 77 ? 0 : 1;\n}\n";
+   const auto built = run( compilers[0], { "-std=c11", "-Wall", "-Wextra", "-Werror",
+                                           folder / "example.c", "-o", folder / "example" } );
+   EXPECT_EQ( built.err, "" );
+   EXPECT_EQ( run( folder / "example", {} ).status, 0 );
+}
+
 TEST( ExportHeader, OfATable ) {
    const auto printed =
       vorn( { "export", "--format", "c-header", "FheiIveSizeReg", "--chip", "BCM88650_B0" } ).out;
