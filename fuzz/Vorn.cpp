@@ -187,6 +187,10 @@ std::string digitsOf( const Image& image ) {
    return digits;
 }
 
+std::string valueText( const Json& value ) {
+   return value.is_string() ? value.get<std::string>() : Vorn::hexOf( value.get<U64>() );
+}
+
 std::optional<Bits> numberIn( std::string text ) {
    std::array<U8, 16> address{};
    const auto sent = [&]( std::size_t bytes ) {
@@ -228,7 +232,7 @@ void requireRoundTrip( const Json& decoded ) {
    Image right = imageIn( linesPrinted( encoded( arguments ).out ).at( 0 ) );
    for( const auto& field : layout.fields() ) {
       const std::string name( field.name );
-      const std::string value = decoded.at( "fields" ).at( name );
+      const std::string value = valueText( decoded.at( "fields" ).at( name ) );
       const Bits bits = Testing::bitsAt( image, field.offset, field.width );
       if( numberIn( value ) != bits ) {
          found( name + " is not " + value + " in " + decoded.dump() );

@@ -55,6 +55,9 @@ Vorn::PairText pairIn( const Json& object );
 Testing::Image imageIn( const std::string& digits );
 std::string digitsOf( const Testing::Image& image );
 
+// A field's value in an object of JSON as the forms for people have it: 0x and digits.
+std::string valueText( const Json& value );
+
 // The number that a text writes in any notation, which vorn has taken; nothing where that is a
 // decimal one beyond 64 bits.
 std::optional<Testing::Bits> numberIn( std::string text );

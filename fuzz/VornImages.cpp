@@ -9,6 +9,7 @@
 
 #include <verbs/Decode.h>
 
+#include <Vorn/Fields.h>
 #include <Vorn/Text.h>
 
 #include <algorithm>
@@ -33,7 +34,7 @@ Cells cellsIn( const std::vector<Json>& objects ) {
    Cells cells;
    for( const auto& object : objects ) {
       for( const auto& [name, value] : object.at( "fields" ).items() ) {
-         cells.insert( { name, value } );
+         cells.insert( { name, valueText( value ) } );
       }
    }
    return cells;
@@ -54,40 +55,70 @@ Cells cellsIn( const std::string& table ) {
    return cells;
 }
 
+constexpr const char* placeKeys[] = { "entry", "array", "identifier", "address" };
+
+std::string plain( const Json& value ) {
+   return value.is_null() ? "" : value.is_string() ? value.get<std::string>() : value.dump();
+}
+
 std::string singleLines( const std::vector<Json>& objects, bool namePair ) {
    std::string text;
    for( const auto& object : objects ) {
       const auto pair = pairIn( object );
-      std::string line = namePair ? pair.table + ' ' + pair.chip + ' ' + pair.variant + ':' : "";
+      std::string line = namePair ? pair.table + ' ' + pair.chip + ' ' + pair.variant : "";
+      for( const auto* const key : placeKeys ) {
+         if( const auto number = plain( object.at( key ) ); !number.empty() ) {
+            line += ( line.empty() ? "" : " " ) + std::string( key ) + '=' + number;
+         }
+      }
+      line += line.empty() ? "" : ":";
       for( const auto& [name, value] : object.at( "fields" ).items() ) {
-         line += ( line.empty() ? "" : " " ) + name + '=' + value.get<std::string>();
+         line += ( line.empty() ? "" : " " ) + name + '=' + valueText( value );
       }
       text += line + '\n';
    }
    return text;
 }
 
-// The rows of the images up to the first one of another pair.
-std::string csvOf( const std::vector<Json>& objects ) {
-   const auto pair = Vorn::layoutOf( pairIn( objects.front() ) );
-   const auto rowOf = [&]( const auto& cellOf ) {
-      std::string row;
-      for( const auto& field : pair.fields() ) {
-         row += ( row.empty() ? "" : "," ) + cellOf( field );
-      }
-      return row + '\n';
-   };
-   std::string rows = rowOf( []( const auto& field ) { return std::string( field.name ); } );
+// The rows of the images up to the first one that has other fields than the columns. `own` is the
+// pair that the command line says.
+std::string csvOf( const std::vector<Json>& objects, const Vorn::PairText* own ) {
+   const auto first = Vorn::layoutOf( pairIn( objects.front() ) );
+   auto layouts = Vorn::layoutsOn( first.chip() );
+   std::erase_if( layouts, [&]( const auto& layout ) { return layout.table() != first.table(); } );
+   if( own && !own->variant.empty() ) {
+      layouts.assign( 1, Vorn::layoutOf( *own ) );
+   }
+   const auto columns = Vorn::fieldNamesIn( {}, layouts );
+   std::string rows = "table,chip,variant,entry,array,identifier,address";
+   for( const auto name : columns ) {
+      rows += ',' + std::string( name );
+   }
+   rows += '\n';
    for( const auto& object : objects ) {
-      for( const auto* const key : { "table", "chip", "variant" } ) {
-         if( object.at( key ) != objects.front().at( key ) ) {
-            return rows;
+      const auto& fields = object.at( "fields" );
+      const auto pair = Vorn::layoutOf( pairIn( object ) );
+      const auto isColumn = [&]( const auto& field ) {
+         return std::find( columns.begin(), columns.end(), field.name ) != columns.end();
+      };
+      if( !std::all_of( pair.fields().begin(), pair.fields().end(), isColumn ) ) {
+         return rows;
+      }
+      rows += plain( object.at( "table" ) ) + ',' + plain( object.at( "chip" ) ) + ',' +
+              plain( object.at( "variant" ) );
+      for( const auto* const key : placeKeys ) {
+         rows += ',' + plain( object.at( key ) );
+      }
+      for( const auto name : columns ) {
+         rows += ',';
+         if( pair.has( name ) ) {
+            const std::string value = valueText( fields.at( std::string( name ) ) );
+            rows += pair.field( name ).width > 64
+                       ? value
+                       : std::to_string( std::stoull( value, nullptr, 16 ) );
          }
       }
-      rows += rowOf( [&]( const auto& field ) {
-         const std::string value = object.at( "fields" ).at( std::string( field.name ) );
-         return field.width > 64 ? value : std::to_string( std::stoull( value, nullptr, 16 ) );
-      } );
+      rows += '\n';
    }
    return rows;
 }
@@ -108,7 +139,8 @@ void requireForms( DecodeArguments arguments, const std::string& input, const Ou
       found( "other fields in single lines" );
    }
    arguments.form = DecodeForm::csv;
-   if( decoded( arguments, input ).out != csvOf( objects ) ) {
+   if( decoded( arguments, input ).out !=
+       csvOf( objects, arguments.pair ? &*arguments.pair : nullptr ) ) {
       found( "other fields in CSV" );
    }
 }

@@ -12,15 +12,10 @@ namespace Vorn {
 namespace {
 
 void setAll( Composer& composer, std::span<const FieldValue> values ) {
-   const Layout& layout = composer.layout();
    for( const auto& [name, value] : values ) {
-      if( layout.has( name ) ) {
-         const Field& field = layout.field( name );
-         if( field.readOnly && layout.value( layout.blank(), field ) == value ) {
-            continue;
-         }
+      if( !composer.holds( name, value ) ) {
+         composer.set( composer.open( name ), value );
       }
-      composer.set( composer.open( name ), value );
    }
 }
 
@@ -105,12 +100,25 @@ void Composer::reset( std::span<const U8> from ) {
    set_.clear();
 }
 
+void Composer::clear() {
+   std::fill( image_.begin(), image_.end(), U8( 0 ) );
+   set_.clear();
+}
+
 const Field& Composer::open( std::string_view name ) {
    const Field& field = layout_.settable( name );
    if( std::find( set_.begin(), set_.end(), &field ) != set_.end() ) {
       throw Error( "field " + std::string( name ) + " is given twice" );
    }
    return field;
+}
+
+bool Composer::holds( std::string_view name, const Value& value ) const {
+   if( !layout_.has( name ) ) {
+      return false;
+   }
+   const Field& field = layout_.field( name );
+   return field.readOnly && layout_.value( image_, field ) == value;
 }
 
 void Composer::set( const Field& field, const Value& value, std::string_view given ) {

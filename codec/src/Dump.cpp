@@ -942,13 +942,20 @@ bool DumpReader::State::emit() {
    if( skip_ > 0 || pending_.size() - head_ < bytes ) {
       return false;
    }
+   if( mode_ == Mode::rows && count_ == 0 && pending_.size() - head_ == bytes ) {
+      return false; // Perhaps one image, wherever it lies: the next row tells.
+   }
    const std::span<const U8> image( pending_.data() + head_, bytes );
    place_ = input_ ? input_->name() + ":" + hexOf( offset_ ) : std::string();
    head_ += bytes;
    offset_ += bytes;
    skip_ = options_.stride > 0 ? options_.stride - bytes : 0;
    ++count_;
-   said_ = { index_++, options_.first.array, options_.first.identifier, {}, 0 };
+   if( mode_ == Mode::arguments && pending_.size() == bytes ) {
+      said_ = {}; // One image, wherever it lies.
+   } else {
+      said_ = { index_++, options_.first.array, options_.first.identifier, {}, 0 };
+   }
    image_.at = 0;
    try {
       chooseVariant( *own_, image, true );
@@ -974,6 +981,9 @@ bool DumpReader::State::finishBlock() {
                            pending_.end() );
       image_.at = 0;
       said_ = {};
+      if( !( options_.first == EntryIndex() ) ) {
+         said_ = { index_, options_.first.array, options_.first.identifier, {}, 0 };
+      }
       place_ = blockPlace_;
       areDigits_ = false;
       try {
@@ -1422,6 +1432,10 @@ std::string DumpReader::place() const { return state_->place_; }
 
 const Layout* DumpReader::own() const {
    return state_->own_ ? &state_->own_->layouts.front() : nullptr;
+}
+
+std::span<const Layout> DumpReader::layouts() const {
+   return state_->own_ ? state_->own_->layouts : std::span<const Layout>();
 }
 
 bool DumpReader::isOfOnePair() const { return state_->own_ && state_->own_->layouts.size() == 1; }

@@ -154,15 +154,11 @@ std::vector<FieldPlace> placesOf( const FieldUse& use ) {
    return places;
 }
 
-std::vector<Field> fieldsIn( std::string_view list, const Layout& layout ) {
-   std::vector<Field> fields;
-   const auto add = [&]( const Field& field ) {
-      const bool isNew = std::find( fields.begin(), fields.end(), field ) == fields.end();
-      if( isNew ) {
-         fields.push_back( field );
-      }
-      return isNew;
-   };
+namespace {
+
+// Calls take( name, at ) for each name of the list; an Error of it becomes a BadText.
+template<class Take>
+void forEachName( std::string_view list, Take take ) {
    for( std::size_t at = 0; at <= list.size(); ) {
       const auto end = std::min( list.find( ',', at ), list.size() );
       auto name = list.substr( at, end - at );
@@ -172,27 +168,72 @@ std::vector<Field> fieldsIn( std::string_view list, const Layout& layout ) {
          throw BadText( at, "a name is missing; write fields as vsi,vlanEditVid1" );
       }
       try {
-         if( !isPattern( name ) ) {
-            if( !add( layout.field( name ) ) ) {
-               throw Error( "field " + std::string( name ) + " is given twice" );
-            }
-         } else {
-            std::size_t found = 0;
-            for( const Field& field : layout.fields() ) {
-               if( matches( name, field.name ) ) {
-                  add( field );
-                  ++found;
-               }
-            }
-            if( found == 0 ) {
-               throw Error( "no field of " + layout.pairText() + " matches " + inQuotes( name ) );
-            }
-         }
+         take( name );
       } catch( const Error& error ) {
          throw BadText( at + first, error.message() );
       }
       at = end + 1;
    }
+}
+
+[[noreturn]] void refuseTwice( std::string_view name ) {
+   throw Error( "field " + std::string( name ) + " is given twice" );
+}
+
+[[noreturn]] void refusePattern( std::string_view pattern, const Layout& layout ) {
+   throw Error( "no field of " + layout.pairText() + " matches " + inQuotes( pattern ) );
+}
+
+// The fields that any of the layouts has, in the declared order of each table.
+std::vector<std::string_view> namesOf( std::span<const Layout> layouts ) {
+   std::vector<std::string_view> names;
+   std::set<std::string_view> tables;
+   for( const Layout& first : layouts ) {
+      if( !tables.insert( first.table() ).second ) {
+         continue;
+      }
+      for( const auto& field : Hardware::classFields( first.table() ) ) {
+         const bool isThere =
+            std::any_of( layouts.begin(), layouts.end(), [&]( const Layout& one ) {
+               return one.table() == first.table() && one.has( field.name );
+            } );
+         if( isThere && std::find( names.begin(), names.end(), field.name ) == names.end() ) {
+            names.push_back( field.name );
+         }
+      }
+   }
+   return names;
+}
+
+} // namespace
+
+std::vector<Field> fieldsIn( std::string_view list, const Layout& layout ) {
+   std::vector<Field> fields;
+   const auto add = [&]( const Field& field ) {
+      const bool isNew = std::find( fields.begin(), fields.end(), field ) == fields.end();
+      if( isNew ) {
+         fields.push_back( field );
+      }
+      return isNew;
+   };
+   forEachName( list, [&]( std::string_view name ) {
+      if( !isPattern( name ) ) {
+         if( !add( layout.field( name ) ) ) {
+            refuseTwice( name );
+         }
+         return;
+      }
+      std::size_t found = 0;
+      for( const Field& field : layout.fields() ) {
+         if( matches( name, field.name ) ) {
+            add( field );
+            ++found;
+         }
+      }
+      if( found == 0 ) {
+         refusePattern( name, layout );
+      }
+   } );
    return fields;
 }
 
@@ -203,6 +244,35 @@ std::string typeOf( std::string_view table, U32 identifier ) {
       }
    }
    return {};
+}
+
+std::vector<std::string_view> fieldNamesIn( std::string_view list,
+                                            std::span<const Layout> layouts ) {
+   const auto all = namesOf( layouts );
+   if( list.empty() || layouts.empty() ) {
+      return all;
+   }
+   std::vector<std::string_view> names;
+   forEachName( list, [&]( std::string_view name ) {
+      const bool isOne = !isPattern( name );
+      std::size_t found = 0;
+      for( const std::string_view own : all ) {
+         if( isOne ? own != name : !matches( name, own ) ) {
+            continue;
+         }
+         ++found;
+         if( std::find( names.begin(), names.end(), own ) == names.end() ) {
+            names.push_back( own );
+         } else if( isOne ) {
+            refuseTwice( name );
+         }
+      }
+      if( found == 0 ) {
+         isOne ? static_cast<void>( layouts.front().field( name ) )
+               : refusePattern( name, layouts.front() );
+      }
+   } );
+   return names;
 }
 
 std::string_view hardwareNameOf( U32 identifier ) {

@@ -4,6 +4,7 @@
 #include "JsonFlaw.h"
 
 #include <Vorn/Error.h>
+#include <Vorn/Locate.h>
 #include <Vorn/Pairs.h>
 #include <Vorn/Suggest.h>
 #include <Vorn/Text.h>
@@ -11,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <type_traits>
 
 namespace Vorn {
 
@@ -18,19 +20,42 @@ namespace {
 
 using Key = Record::Key;
 
-constexpr std::array<std::string_view, Record::keyCount> keyNames{ "table", "chip",  "variant",
-                                                                   "entry", "array", "identifier",
-                                                                   "from",  "fields" };
+// The keys of a line: those of Record::Key, in its order, and those of what is printed.
+enum class Known : U8 {
+   table,
+   chip,
+   variant,
+   entry,
+   array,
+   identifier,
+   from,
+   fields,
+   image,
+   address,
+   accessType,
+   destBlock,
+   file
+};
+constexpr std::size_t knownCount = 13;
 
-constexpr std::array<std::string_view, Record::keyCount> keyTypes{ "a string", "a name or a number",
-                                                                   "a number", "a number",
-                                                                   "a number", "a number",
-                                                                   "a string", "an object" };
+constexpr std::array<std::string_view, knownCount> keyNames{
+   "table",  "chip",  "variant", "entry",      "array",     "identifier", "from",
+   "fields", "image", "address", "accessType", "destBlock", "file"
+};
+
+constexpr std::array<std::string_view, knownCount> keyTypes{
+   "a string", "a name or a number", "a number",  "a number", "a number",
+   "a number", "a string",           "an object", "a string", "a number or a string",
+   "a number", "a number",           "a string"
+};
+
+// The keys that are suggested for a wrong one.
+constexpr auto ownKeyNames = std::span( keyNames ).first( 10 );
 
 constexpr auto requiredKeys = { Key::table, Key::chip, Key::fields };
 
 constexpr std::string_view punctuation = "{}[],:";
-constexpr std::string_view delimiters = " \t\r{}[],:\"";
+constexpr std::string_view delimiters = " \t\r\n{}[],:\"";
 
 constexpr bool contains( std::string_view text, char c ) {
    return text.find( c ) != std::string_view::npos;
@@ -56,7 +81,7 @@ template<class Predicate>
 std::size_t beginOfToken( std::string_view line, Predicate isIt ) {
    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
    std::size_t begin = line.starts_with( byteOrderMark ) ? byteOrderMark.size() : 0;
-   while( ( begin = line.find_first_not_of( " \t\r", begin ) ) != std::string_view::npos ) {
+   while( ( begin = line.find_first_not_of( " \t\r\n", begin ) ) != std::string_view::npos ) {
       const std::size_t end = tokenEnd( line, begin );
       if( isIt( begin, end ) ) {
          return begin;
@@ -76,7 +101,7 @@ public:
 
    bool start_object( std::size_t ) {
       ++record_.token_;
-      if( depth_ == 2 || ( depth_ == 1 && key_ != Key::fields ) ) {
+      if( depth_ == 2 || ( depth_ == 1 && key_ != Known::fields ) ) {
          refuse( "an object" );
       }
       ++depth_;
@@ -104,13 +129,19 @@ public:
       }
       const auto found = std::find( keyNames.begin(), keyNames.end(), name );
       if( found == keyNames.end() ) {
-         throw Error( "unknown key " + inQuotes( name ) + suggestion( name, keyNames ) );
+         throw Error( "unknown key " + inQuotes( name ) + suggestion( name, ownKeyNames ) );
       }
-      key_ = static_cast<Key>( found - keyNames.begin() );
-      if( record_.has( key_ ) ) {
+      key_ = static_cast<Known>( found - keyNames.begin() );
+      if( isGiven() ) {
          throw Error( "key " + inQuotes( name ) + " is given twice" );
       }
-      record_.tokens_[Record::indexOf( key_ )] = record_.token_ + 1;
+      if( key_ == Known::image && record_.has( Key::from ) ) {
+         throw Error( "\"from\" and \"image\" are both an image to begin with; give one" );
+      }
+      if( key_ == Known::from && record_.isPrinted() ) {
+         throw Error( "\"image\" and \"from\" are both an image to begin with; give one" );
+      }
+      tokenIs( record_.token_ + 1 );
       return true;
    }
 
@@ -124,15 +155,22 @@ public:
          field.given.swap( text );
          return true;
       }
-      switch( depth_ == 1 ? key_ : Key::fields ) {
-      case Key::table:
+      switch( depth_ == 1 ? key_ : Known::fields ) {
+      case Known::table:
          record_.table_.swap( text );
          return true;
-      case Key::chip:
+      case Known::chip:
          record_.chip_ = &chipOf( text );
          return true;
-      case Key::from:
+      case Known::from:
+      case Known::image:
          record_.from_.swap( text );
+         return true;
+      case Known::address:
+         record_.numbers_.address = parseIndex( text, "address", 0xffffffff );
+         requireAtMost( record_.numbers_.address, 0xffffffff );
+         return true;
+      case Known::file:
          return true;
       default:
          refuse( "a string" );
@@ -146,10 +184,8 @@ public:
       }
       if( depth_ == 2 ) {
          lastField().value = Value( number );
-      } else if( key_ == Key::chip ) {
-         record_.chip_ = &chipOf( number );
       } else {
-         record_.numbers_[Record::indexOf( key_ )] = number;
+         takeNumber( number );
       }
       return true;
    }
@@ -177,7 +213,15 @@ public:
    }
 
    bool boolean( bool value ) { return refuseNext( value ? "true" : "false" ); }
-   bool null() { return refuseNext( "null" ); }
+   bool null() {
+      constexpr std::array needed{ Known::table, Known::chip, Known::fields };
+      if( depth_ != 1 || std::find( needed.begin(), needed.end(), key_ ) != needed.end() ) {
+         return refuseNext( "null" );
+      }
+      ++record_.token_;
+      tokenIs( 0 );
+      return true;
+   }
    bool start_array( std::size_t ) { return refuseNext( "an array" ); }
 
    // Never called: arrays are refused and the text has no binary values.
@@ -212,22 +256,95 @@ private:
 
    Record::FieldValue& lastField() { return record_.fields_[record_.fieldCount_ - 1]; }
 
+   // The token of the value of key_, where the record keeps it.
+   template<class Take>
+   void withToken( Take take ) {
+      Record::Numbers& numbers = record_.numbers_;
+      switch( key_ ) {
+      case Known::image:
+         return take( numbers.imageToken );
+      case Known::address:
+         return take( numbers.addressToken );
+      case Known::accessType:
+         return take( numbers.accessTypeToken );
+      case Known::destBlock:
+         return take( numbers.destBlockToken );
+      case Known::file:
+         return take( numbers.fileToken );
+      default:
+         return take( record_.tokens_[static_cast<std::size_t>( key_ )] );
+      }
+   }
+
+   bool isGiven() {
+      bool is = false;
+      withToken( [&]( auto& token ) { is = token != 0; } );
+      return is;
+   }
+
+   void tokenIs( std::size_t number ) {
+      withToken( [&]( auto& token ) {
+         token = static_cast<std::remove_reference_t<decltype( token )>>( number );
+      } );
+   }
+
+   void requireAtMost( U64 number, U64 largest ) {
+      if( number > largest ) {
+         const bool isAddress = key_ == Known::address;
+         throw Error( std::string( nameOf( key_ ) ) + ' ' +
+                      ( isAddress ? hexOf( number ) : std::to_string( number ) ) +
+                      " is out of range; it is at most " +
+                      ( isAddress ? hexOf( largest ) : std::to_string( largest ) ) );
+      }
+   }
+
+   void takeNumber( U64 number ) {
+      Record::Numbers& numbers = record_.numbers_;
+      switch( key_ ) {
+      case Known::chip:
+         record_.chip_ = &chipOf( number );
+         break;
+      case Known::variant:
+         numbers.variant = number;
+         break;
+      case Known::entry:
+         numbers.entry = number;
+         break;
+      case Known::array:
+         numbers.array = number;
+         break;
+      case Known::identifier:
+         numbers.identifier = number;
+         break;
+      case Known::address:
+         requireAtMost( number, 0xffffffff );
+         numbers.address = number;
+         break;
+      default:
+         requireAtMost( number, 0xff );
+         ( key_ == Known::accessType ? numbers.accessType : numbers.destBlock ) =
+            static_cast<U16>( number );
+      }
+   }
+
    void requireKeys() {
       for( const Key key : requiredKeys ) {
-         if( !record_.has( key ) ) {
+         if( !record_.has( key ) && !( key == Key::fields && record_.isPrinted() ) ) {
             record_.token_ = 1;
-            throw Error( "missing key " + inQuotes( nameOf( key ) ) +
+            throw Error( "missing key " + inQuotes( keyNames[Record::indexOf( key )] ) +
                          "; every line needs table, chip and fields" );
          }
       }
    }
 
-   static std::string_view nameOf( Key key ) { return keyNames[Record::indexOf( key )]; }
+   static std::string_view nameOf( Known key ) { return keyNames[static_cast<std::size_t>( key )]; }
 
    // Whether a number of any kind may stand here.
    bool takesNumber() const {
+      constexpr std::array others{ Known::table, Known::from, Known::fields, Known::image,
+                                   Known::file };
       return depth_ == 2 ||
-             ( depth_ == 1 && key_ != Key::table && key_ != Key::from && key_ != Key::fields );
+             ( depth_ == 1 && std::find( others.begin(), others.end(), key_ ) == others.end() );
    }
 
    std::string valueName() {
@@ -247,7 +364,7 @@ private:
       }
       if( depth_ == 1 ) {
          throw Error( "the value of " + inQuotes( nameOf( key_ ) ) + " is " +
-                      std::string( keyTypes[Record::indexOf( key_ )] ) + given );
+                      std::string( keyTypes[static_cast<std::size_t>( key_ )] ) + given );
       }
       throw Error( "the value of field " + inQuotes( lastField().name ) +
                    " is a number or a string" + given );
@@ -255,7 +372,7 @@ private:
 
    Record& record_;
    int depth_ = 0; // of objects: 1 in the line's own, 2 in its "fields"
-   Key key_ = Key::table;
+   Known key_ = Known::table;
 };
 
 void Record::parse( std::string_view line ) {
@@ -302,22 +419,113 @@ Key wrongKeyOf( const Layout& layout, const EntryIndex& index ) {
 
 } // namespace
 
+std::optional<U32> Record::address() const {
+   return numbers_.addressToken ? std::optional( static_cast<U32>( numbers_.address ) )
+                                : std::nullopt;
+}
+
+std::optional<U8> Record::accessType() const {
+   return numbers_.accessTypeToken ? std::optional( static_cast<U8>( numbers_.accessType ) )
+                                   : std::nullopt;
+}
+
+std::optional<U8> Record::destBlock() const {
+   return numbers_.destBlockToken ? std::optional( static_cast<U8>( numbers_.destBlock ) )
+                                  : std::nullopt;
+}
+
 Composed RecordComposer::compose( std::string_view line ) {
    record_.parse( line );
    Composer& composer = composerOf();
-   const auto address = addressIn( composer.layout() );
-   if( record_.has( Key::from ) ) {
-      record_.lookAt( Key::from );
-      const Image from = imageOf( record_.from() );
-      requirePair( composer.layout(), from );
-      composer.reset( from.bytes );
-   } else {
-      composer.reset();
+   if( record_.address() && !record_.has( Key::entry ) ) {
+      locate( composer.layout() );
    }
-   for( const auto& field : record_.fields() ) {
-      setField( composer, field );
+   const auto address = addressIn( composer.layout() );
+   requirePlace( address );
+   begin( composer );
+   if( record_.isPrinted() ) {
+      const std::vector<U8> image( composer.image().begin(), composer.image().end() );
+      for( const auto& field : record_.fields() ) {
+         const Layout& layout = composer.layout();
+         const bool isSame = field.given != maskWord && layout.has( field.name ) &&
+                             layout.value( image, layout.field( field.name ) ) == field.value;
+         if( !isSame ) {
+            composer.layout().requireEntry(
+               composer.image() ); // one that nobody has written is none
+            setField( composer, field );
+         }
+      }
+   } else {
+      for( const auto& field : record_.fields() ) {
+         setField( composer, field );
+      }
    }
    return { composer.layout(), record_.index(), address, composer.image() };
+}
+
+// Begins the entry with the image of the line, or anew.
+void RecordComposer::begin( Composer& composer ) {
+   if( !record_.has( Key::from ) && !record_.isPrinted() ) {
+      composer.reset();
+      return;
+   }
+   record_.token_ = record_.isPrinted() ? record_.numbers_.imageToken
+                                        : record_.tokens_[Record::indexOf( Key::from )];
+   const Layout& layout = composer.layout();
+   Image from = imageOf( record_.from() );
+   requirePair( layout, from );
+   if( record_.isPrinted() && from.bytes.size() < layout.bytes() ) {
+      // It ends at its last field, as images of dumps may.
+      layout.requireFields( from.bytes );
+      from.bytes.resize( layout.bytes() );
+   }
+   const auto isZero = []( U8 byte ) { return byte == 0; };
+   if( record_.isPrinted() && from.bytes.size() == layout.bytes() &&
+       std::all_of( from.bytes.begin(), from.bytes.end(), isZero ) ) {
+      composer.clear();
+   } else {
+      composer.reset( from.bytes );
+   }
+}
+
+// Finds the entry of the line by its address.
+void RecordComposer::locate( const Layout& layout ) {
+   const U32 address = *record_.address();
+   record_.token_ = record_.numbers_.addressToken;
+   for( const Location& found : Memory( layout ).at( address ) ) {
+      const auto& [entry, array, identifier] = found.index;
+      if( ( record_.has( Key::array ) && array != record_.numbers_.array ) ||
+          ( record_.has( Key::identifier ) && identifier != record_.numbers_.identifier ) ||
+          ( record_.destBlock() && found.address.destBlock != *record_.destBlock() ) ) {
+         continue;
+      }
+      record_.numbers_.entry = entry;
+      record_.numbers_.array = array;
+      record_.numbers_.identifier = identifier;
+      return;
+   }
+   throw Error( "no entry of " + layout.pairText() + " lies at " + hexOf( address ) );
+}
+
+// That the address of the line, or the part of it that is there, is the entry's.
+void RecordComposer::requirePlace( const std::optional<Address>& address ) {
+   const auto require = [&]( std::string_view name, auto given, U32 token, U64 own, auto textOf ) {
+      if( !given || ( address && *given == own ) ) {
+         return;
+      }
+      record_.token_ = token;
+      const std::string entry = " of entry " + std::to_string( record_.numbers_.entry );
+      throw Error( std::string( name ) + ' ' + textOf( *given ) + " is not that" + entry +
+                   ( address ? ", which is " + textOf( own ) : ", which has no address" ) );
+   };
+   const auto& numbers = record_.numbers_;
+   const auto asDecimal = []( U64 number ) { return std::to_string( number ); };
+   require( "address", record_.address(), numbers.addressToken, address ? address->schanAddress : 0,
+            []( U64 number ) { return hexOf( number ); } );
+   require( "accessType", record_.accessType(), numbers.accessTypeToken,
+            address ? address->accessType : 0, asDecimal );
+   require( "destBlock", record_.destBlock(), numbers.destBlockToken,
+            address ? address->destBlock : 0, asDecimal );
 }
 
 Composer& RecordComposer::composerOf() {
@@ -347,6 +555,9 @@ std::optional<Address> RecordComposer::addressIn( const Layout& layout ) {
 
 void RecordComposer::setField( Composer& composer, const Record::FieldValue& given ) {
    record_.lookAtName( given );
+   if( given.given != maskWord && composer.holds( given.name, given.value ) ) {
+      return;
+   }
    const Field& field = composer.open( given.name );
    record_.lookAtValue( given );
    if( given.given == maskWord ) {

@@ -354,15 +354,19 @@ TEST( DecodeRefused, pairsThatContradictTheCommandLine ) {
    } );
 }
 
-TEST( DecodeRefused, csvOfTwoPairs ) {
-   const auto outcome =
-      Testing::vorn( { "decode", "--csv", "-" }, "TcamActionTable 2 0: 05000000\n"
-                                                 "TcamActionTable BCM88650_B0 0: 06000000\n"
-                                                 "TcamActionTable 3 0: 07000000\n" );
-   EXPECT_EQ( outcome.out, "action\n5\n6\n" );
+TEST( DecodeRefused, csvOfTwoTables ) {
+   const std::string input = "TcamActionTable 2 0: 05000000\n"
+                             "TcamActionTable 3 0: 06000000\n"
+                             "FheiIveSizeReg 2 0: 07000000000000000000000000000000\n";
+   const std::string rows = "TcamActionTable,BCM88650_B0,0,,,,,5\n"
+                            "TcamActionTable,BCM88660_A0,0,,,,,6\n";
+   const std::string header = "table,chip,variant,entry,array,identifier,address,action";
+   const auto outcome = Testing::vorn( { "decode", "--csv", "-" }, input );
+   EXPECT_EQ( outcome.out, header + '\n' + rows );
    EXPECT_EQ( outcome.err,
-              "<stdin>:3:22: the image is of TcamActionTable on BCM88660_A0, those before it of "
-              "TcamActionTable on BCM88650_B0; --csv takes the images of one pair\n" );
+              "<stdin>:3:21: the image is of FheiIveSizeReg on BCM88650_B0, whose fields are not "
+              "those of the header; --csv takes the images of one table and chip type, or those "
+              "fields that --fields names\n" );
    EXPECT_EQ( outcome.status, 1 );
 }
 

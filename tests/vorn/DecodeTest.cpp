@@ -37,7 +37,11 @@ const Arguments port{ "VttInPpPortConfig0", "--chip", "10" };
 
 const std::string portImage = "05de7d5bbd8b460200000000";
 const std::string portFields = "defaultPortLif=0x12345 portKeyGenVar=0xdeadbeef mappedPpPort=0x5";
-const std::string portPair = R"({"table":"VttInPpPortConfig0","chip":"BCM88690_B0","variant":0,)";
+const std::string portPair = R"({"table":"VttInPpPortConfig0","chip":"BCM88690_B0","variant":0,)"
+                             R"("entry":null,"array":null,"identifier":null,"address":null,)";
+const std::string portHeader = "table,chip,variant,entry,array,identifier,address,defaultPortLif,"
+                               "portKeyGenVar,mappedPpPort\n";
+const std::string portRow = "VttInPpPortConfig0,BCM88690_B0,0,,,,,";
 
 // The same with mappedPpPort 7 and defaultPortLif 0x54321.
 const std::string otherImage = "07de7d5bbd43860a00000000";
@@ -64,32 +68,52 @@ TEST( Decode, json ) {
    for( const auto& image : { portImage, portImage.substr( 0, 16 ) } ) {
       expectPrinted( decode( port, { "--json", image } ),
                      portPair + R"("image":")" + image +
-                        R"(","fields":{"defaultPortLif":"0x12345","portKeyGenVar":"0xdeadbeef",)"
-                        R"("mappedPpPort":"0x5"}})"
+                        R"(","fields":{"defaultPortLif":74565,"portKeyGenVar":3735928559,)"
+                        R"("mappedPpPort":5}})"
                         "\n" );
    }
 }
 
 TEST( Decode, csv ) {
    expectPrinted( decode( port, { "--csv", portImage } ),
-                  "defaultPortLif,portKeyGenVar,mappedPpPort\n74565,3735928559,5\n" );
+                  portHeader + portRow + "74565,3735928559,5\n" );
    expectPrinted( decode( port, { "--csv", "-" } ),
-                  "defaultPortLif,portKeyGenVar,mappedPpPort\n"
-                  "74565,3735928559,5\n344865,3735928559,7\n0,0,0\n1048575,4294967295,511\n",
+                  portHeader + portRow + "74565,3735928559,5\n" + portRow +
+                     "344865,3735928559,7\n" + portRow + "0,0,0\n" + portRow +
+                     "1048575,4294967295,511\n",
                   portImage + '\n' + otherImage + '\n' + std::string( 24, '0' ) + '\n' +
                      std::string( 24, 'f' ) + '\n' );
    // Without images there is the header still.
-   expectPrinted( decode( port, { "--csv", "-" } ), "defaultPortLif,portKeyGenVar,mappedPpPort\n" );
+   expectPrinted( decode( port, { "--csv", "-" } ), portHeader );
    expectPrinted( decode( { "--csv", "-" } ), "" );
 }
 
-TEST( Decode, csvOfWideFields ) {
-   const Arguments size{ "decode", "FheiIveSizeReg", "--chip", "4", "--csv", "-" };
-   expectPrinted( size,
-                  "pphFheiIveSize\n0x0\n0x80000000000000000000000000000001\n"
-                  "0xffffffffffffffffffffffffffffffff\n",
-                  std::string( 32, '0' ) + "\n01" + std::string( 28, '0' ) + "80\n" +
-                     std::string( 32, 'f' ) + '\n' );
+TEST( Decode, wideFields ) {
+   const std::string input = std::string( 32, '0' ) + "\n01" + std::string( 28, '0' ) + "80\n" +
+                             std::string( 32, 'f' ) + "\nffffffffffff1f" + std::string( 18, '0' ) +
+                             "\n00000000000020" + std::string( 18, '0' ) + '\n';
+   const Arguments size{ "decode", "FheiIveSizeReg", "--chip", "4", "-" };
+   const std::string values[] = { "0", "0x80000000000000000000000000000001",
+                                  "0xffffffffffffffffffffffffffffffff", "0x1fffffffffffff",
+                                  "0x20000000000000" };
+   std::string csv = "table,chip,variant,entry,array,identifier,address,pphFheiIveSize\n";
+   for( const auto& value : values ) {
+      csv += "FheiIveSizeReg,BCM88375_A0,0,,,,," + ( value == "0" ? "0x0" : value ) + '\n';
+   }
+   Arguments arguments = size;
+   arguments.emplace_back( "--csv" );
+   expectPrinted( arguments, csv, input );
+
+   // In JSON it is the value that counts: 53 bits are a number, more a string.
+   arguments.back() = "--json";
+   const auto lines = Testing::linesOf( vorn( arguments, input ).out );
+   const std::string asJson[] = { "0", '"' + values[1] + '"', '"' + values[2] + '"',
+                                  "9007199254740991", '"' + values[4] + '"' };
+   ASSERT_EQ( lines.size(), std::size( asJson ) );
+   for( std::size_t i = 0; i < lines.size(); ++i ) {
+      EXPECT_TRUE( lines[i].ends_with( R"("fields":{"pphFheiIveSize":)" + asJson[i] + "}}" ) )
+         << lines[i];
+   }
 }
 
 TEST( Decode, theWaysToWriteAnImage ) {
@@ -226,16 +250,20 @@ TEST( Decode, whatOtherVerbsPrint ) {
 
    const auto programmed =
       vorn( { "program", "-" },
-            R"({"table":"VttInPpPortConfig0","chip":10,"fields":{"mappedPpPort":5,"portKeyGenVar":)"
+            R"({"table":"VttInPpPortConfig0","chip":10,"entry":9,"fields":{"mappedPpPort":5,)"
+            R"("portKeyGenVar":)"
             R"("0xdeadbeef","defaultPortLif":"0x12345"}})" );
    ASSERT_EQ( programmed.status, 0 ) << programmed.err;
-   expectPrinted( decode( port, { "--single-line", "-" } ), portFields + '\n', programmed.out );
+   const std::string place = "entry=9 array=0 identifier=0 address=0x760009: ";
+   expectPrinted( decode( port, { "--single-line", "-" } ), place + portFields + '\n',
+                  programmed.out );
+   expectPrinted( decode( { "--single-line", "-" } ),
+                  "VttInPpPortConfig0 BCM88690_B0 0 " + place + portFields + '\n', programmed.out );
 
    const auto decoded = vorn( decode( { "--json", "-" } ), programmed.out );
    expectPrinted( decode( { "--json", "-" } ), decoded.out, decoded.out );
-
-   const auto line = vorn( decode( { "--single-line", "-" } ), programmed.out ).out;
-   EXPECT_EQ( line, "VttInPpPortConfig0 BCM88690_B0 0: " + portFields + '\n' );
+   expectPrinted( { "program", "-" }, programmed.out, decoded.out );
+   expectPrinted( { "program", "-" }, programmed.out, programmed.out );
 }
 
 TEST( Decode, changedFrom ) {
@@ -252,8 +280,8 @@ TEST( Decode, changedFrom ) {
                   "defaultPortLif=0x12345->0x54321 mappedPpPort=0x5->0x7\n" );
    expectPrinted( with( { "--json", otherImage } ),
                   portPair + R"("image":")" + otherImage +
-                     R"(","changed":{"defaultPortLif":{"old":"0x12345","new":"0x54321"},)"
-                     R"("mappedPpPort":{"old":"0x5","new":"0x7"}}})"
+                     R"(","changed":{"defaultPortLif":{"old":74565,"new":344865},)"
+                     R"("mappedPpPort":{"old":5,"new":7}}})"
                      "\n" );
    // Bits 61 to 95 are in no field.
    const std::string same = "05de7d5bbd8b46e2ffffffff";
@@ -287,11 +315,11 @@ TEST( Decode, aFullDeviceIsAnError ) {
 
 TEST( Decode, moreLinesThanAnyBufferHolds ) {
    std::string input;
-   std::string output = "action\n";
+   std::string output = "table,chip,variant,entry,array,identifier,address,action\n";
    for( int i = 0; i < 50000; ++i ) {
       const char digit = "0123456789abcdef"[i % 16];
       input += { '0', digit, '0', '0', '0', '0', '0', '0', '\n' };
-      output += std::to_string( i % 16 ) + '\n';
+      output += "TcamActionTable,BCM88650_B0,0,,,,," + std::to_string( i % 16 ) + '\n';
    }
    // Not EXPECT_EQ, which would print all of it.
    EXPECT_TRUE( vorn( decode( action, { "--csv", "-" } ), input ).out == output );

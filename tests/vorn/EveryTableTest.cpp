@@ -125,10 +125,20 @@ std::vector<U8> readBack( std::span<const U8> image, int form ) {
 std::string printed( const Vorn::Layout& layout, Vorn::DecodeForm form,
                      const std::vector<U8>& image ) {
    Vorn::ImagePrinter printer( form, false );
-   return std::string( printer.print( { layout, image, {} } ) );
+   printer.provide( { &layout, 1 } );
+   Vorn::DumpEntry entry;
+   entry.layout = &layout;
+   entry.image = image;
+   return std::string( printer.print( { entry, {} } ) );
 }
 
-// The cells of the one row of CSV after its header.
+// A number as JSON has it: up to 53 bits are a number, more a string.
+Json asJson( const std::string& value ) {
+   const auto number = Vorn::parseNumber( value, "value" );
+   return number.bits() <= 53 ? Json( number.word( 0 ) ) : Json( value );
+}
+
+// The cells of the one row of CSV after its header, without the pair and the place.
 std::vector<std::string> cellsOf( const std::string& csv ) {
    std::istringstream lines( csv );
    std::string line;
@@ -139,6 +149,7 @@ std::vector<std::string> cellsOf( const std::string& csv ) {
    for( std::string cell; std::getline( row, cell, ',' ); ) {
       cells.push_back( cell );
    }
+   cells.erase( cells.begin(), cells.begin() + 7 );
    return cells;
 }
 
@@ -220,7 +231,7 @@ TEST( EveryTable, decodeFindsEachFieldAlone ) {
          fieldIs( image, field, value );
          const Json decoded = Json::parse( printed( layout, Vorn::DecodeForm::json, image ) );
          ASSERT_EQ( decoded["fields"].size(), layout.fields().size() );
-         EXPECT_EQ( decoded["fields"][std::string( field.name )], value )
+         EXPECT_EQ( decoded["fields"][std::string( field.name )], asJson( value ) )
             << layout.pairText() << ' ' << field.name;
          std::size_t position = 0;
          for( const auto& [name, ignored] : decoded["fields"].items() ) {
@@ -259,7 +270,7 @@ TEST( EveryTable, whatIsEncodedDecodesToTheSame ) {
          for( std::size_t i = 0; i < csv.size(); ++i ) {
             const auto& field = layout.fields()[i];
             const auto value = fieldOf( image, field );
-            EXPECT_EQ( json["fields"][std::string( field.name )], value ) << field.name;
+            EXPECT_EQ( json["fields"][std::string( field.name )], asJson( value ) ) << field.name;
             EXPECT_EQ( csv[i], field.width <= 64
                                   ? std::to_string( std::stoull( value, nullptr, 16 ) )
                                   : value )
@@ -269,12 +280,13 @@ TEST( EveryTable, whatIsEncodedDecodesToTheSame ) {
    } );
 }
 
-TEST( EveryTable, aTagFieldCannotBeSet ) {
+TEST( EveryTable, aTagFieldCannotBeSetToAnythingElse ) {
    forEveryPair( []( const Vorn::Layout& layout ) {
       for( const auto& field : layout.fields() ) {
          const std::string name( field.name );
          try {
-            Vorn::encode( { argumentsOf( layout ), {}, { name + "=0" } } );
+            const U64 other = layout.value( freshEntry( layout ), field ).word( 0 ) ^ 1;
+            Vorn::encode( { argumentsOf( layout ), {}, { name + '=' + std::to_string( other ) } } );
             EXPECT_FALSE( field.readOnly ) << layout.pairText() << ' ' << name;
          } catch( const Vorn::Error& error ) {
             EXPECT_TRUE( field.readOnly );

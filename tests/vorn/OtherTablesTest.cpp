@@ -62,16 +62,25 @@ TEST( OtherTables, aFreshEntryCarriesItsTag ) {
                                          }() +
                                          '\n' ) )
       << outcome.out;
-   expectRefused( { "encode", "LifTable", "--chip", "10", "--variant", "3", "resultType=0x25" },
+   expectRefused( { "encode", "LifTable", "--chip", "10", "--variant", "3", "resultType=0x24" },
                   "vorn: field resultType of LifTable on BCM88690_B0 variant 3 is read-only: it "
                   "holds the entry's tag" );
+}
+
+TEST( OtherTables, aTagThatAgreesMayBeGiven ) {
+   REQUIRE_TABLE( "LifTable" );
+   const std::vector<std::string> encode{ "encode", "LifTable", "--chip", "10", "--variant", "3" };
+   auto withTag = encode;
+   withTag.emplace_back( "resultType=0x25" );
+   EXPECT_EQ( vorn( withTag ).out, vorn( encode ).out );
+   EXPECT_EQ( vorn( withTag ).status, 0 );
 }
 
 TEST( OtherTables, aTagIsDecodedAndNotChecked ) {
    REQUIRE_TABLE( "LifTable" );
    const auto outcome = vorn( { "decode", "--json", "LifTable", "--chip", "10", "--variant", "3",
                                 std::string( 46, '0' ) } );
-   EXPECT_NE( outcome.out.find( R"("resultType":"0x0")" ), std::string::npos ) << outcome.out;
+   EXPECT_NE( outcome.out.find( R"("resultType":0,)" ), std::string::npos ) << outcome.out;
    EXPECT_EQ( outcome.status, 0 );
 }
 

@@ -101,6 +101,73 @@ TEST( Program, keysInAnyOrderAndTheirDefaults ) {
                      R"("address":"0x1100000","accessType":4,"destBlock":6)" ) );
 }
 
+// What is printed is taken, as it is and changed a little.
+TEST( Program, whatIsPrinted ) {
+   const std::string begin = R"({"table":"EgressPerPortTable","chip":14,)";
+   const auto expectImage = [&]( const std::string& rest, const std::string& image ) {
+      const auto outcome = vorn( { "program", "--output", "bytes", "-" }, begin + rest + "}" );
+      EXPECT_EQ( outcome.out, image + '\n' ) << rest << outcome.err;
+   };
+   const std::string image = "400100000000000000000000";
+   expectImage( R"("image":")" + image + '"', image );
+   expectImage( R"("fields":{},"image":")" + image + '"', image );
+   // Up to the last field.
+   expectImage( R"("image":"4001000000000000")", image );
+   expectImage( R"("entry":null,"array":null,"identifier":null,"address":null,"variant":null,)"
+                R"("accessType":null,"destBlock":null,"file":"a.txt","from":null,"fields":{})",
+                "000000000000000000000000" );
+   // LifTable on chip type 10 variant 3: mdbEntry covers the 21 bits of destination from bit 75.
+   const std::string printed =
+      vorn( { "decode", "LifTable", "--chip", "10", "--variant", "3", "--json",
+              "00000000000000401f0000000000000000000000004009" } )
+         .out;
+   const auto edited = [&]( const std::string& from, const std::string& to ) {
+      std::string text = printed;
+      text.replace( text.find( from ), from.size(), to );
+      return vorn( { "program", "--output", "bytes", "-" }, text );
+   };
+   const auto zeros = std::string( 114, '0' );
+   EXPECT_EQ( edited( R"("destination":0)", R"("destination":1)" ).out,
+              "00000000000000401f0800000000000000000000004009" + zeros + '\n' );
+   EXPECT_EQ( edited( R"("entry":null)", R"("entry":5)" ).out,
+              "00000000000000401f0000000000000000000000004009" + zeros + '\n' );
+   EXPECT_EQ( edited( R"("resultType":37)", R"("resultType":36)" ).err.substr( 0, 8 ), "<stdin>:" );
+   EXPECT_EQ( edited( R"("resultType":37)", R"("resultType":36)" ).status, 1 );
+   // An entry that nobody has written stays one.
+   const std::string blank( 160, '0' );
+   const auto empty = vorn(
+      { "decode", "LifTable", "--chip", "10", "--variant", "3", "--empty", "--json", "-" }, blank );
+   EXPECT_EQ( vorn( { "program", "--output", "bytes", "-" }, empty.out ).out, blank + '\n' );
+}
+
+TEST( Program, theEntryOfAnAddress ) {
+   const std::string begin = R"({"table":"TcamActionTable","chip":10,"fields":{},)";
+   const std::string zeros = "0000000000000000";
+   const auto right = made( "BCM88690_B0", R"("entry":5,"array":2,"identifier":1)", zeros,
+                            R"("address":"0x1101005","accessType":6,"destBlock":6)" );
+   expectMade( begin + R"("address":"0x1101005","destBlock":6,"identifier":1})", right );
+   expectMade( begin + R"("address":17829893,"entry":5,"array":2,"identifier":1})", right );
+   const auto expectRefused = [&]( const std::string& rest, const std::string& message ) {
+      const auto caret = rest.find( '^' );
+      const auto place = "<stdin>:1:" + std::to_string( begin.size() + caret + 1 ) + ": ";
+      Testing::expectRefused( { "program", "-" }, place + message,
+                              begin + rest.substr( 0, caret ) + rest.substr( caret + 1 ) + '}' );
+   };
+   expectRefused( R"("address":^"0x1101005","entry":6,"array":2)",
+                  "address 0x1101005 is not that of entry 6, which is 0x1101006" );
+   expectRefused( R"("destBlock":^7,"entry":6)", "destBlock 7 is not that of entry 6, which is 6" );
+   expectRefused( R"("accessType":^9,"entry":6)",
+                  "accessType 9 is not that of entry 6, which is 4" );
+   expectRefused( R"("address":^"0x1")", "no entry of TcamActionTable on BCM88690_B0 lies at 0x1" );
+   expectRefused( R"("address":^4294967296)",
+                  "address 0x100000000 is out of range; it is at most 0xffffffff" );
+   expectRefused( R"("destBlock":^256)", "destBlock 256 is out of range; it is at most 255" );
+   expectRefused( R"("image":"00",^"from":"00")",
+                  "\"image\" and \"from\" are both an image to begin with; give one" );
+   expectRefused( R"("image":^"0000")", "the image has 2 bytes; the fields of TcamActionTable on "
+                                        "BCM88690_B0 need 4, a whole entry has 8" );
+}
+
 TEST( Program, theManyWaysToWriteAValue ) {
    for( const auto value :
         { "1048575", "\"1048575\"", "\"0xfffff\"", "\"0x00000000000000fFfFf\"" } ) {
@@ -314,7 +381,7 @@ TEST( Program, keys ) {
       { line( "2", "1", R"(,^"feilds":{})" ), "unknown key \"feilds\"; did you mean fields?" },
       { line( "2", "1", R"(,^"form":"00")" ), "unknown key \"form\"; did you mean from?" },
       { line( "2", "1", R"(,^"q":1)" ), "unknown key \"q\"; allowed: table, chip, variant, entry, "
-                                        "array, identifier, from, fields" },
+                                        "array, identifier, from, fields, image, address" },
       { line( "2", "1", R"(,^"chip":2)" ), "key \"chip\" is given twice" },
       { line( "2", "1", R"(,^"fields":{})" ), "key \"fields\" is given twice" },
       { line( "2", "1", R"(,"from":"00",^"from":"00")" ), "key \"from\" is given twice" },

@@ -64,8 +64,15 @@ public:
    void reset();
    void reset( std::span<const U8> from );
 
+   // Begins anew with zeros alone, without the tag: as a memory is that nobody has written.
+   void clear();
+
    // The named field, to be set. One that can't be set, or is set already, is an Error.
    const Field& open( std::string_view name );
+
+   // Whether the field is read-only and the image holds the value: giving it changes nothing then,
+   // although open() refuses it.
+   bool holds( std::string_view name, const Value& value ) const;
 
    // Sets a field returned by open(). A value too large for it, and one that contradicts an earlier
    // value if that is refused, are Errors. `given` is the text of the value, for the message.

@@ -173,6 +173,10 @@ public:
    // Whether all images are of that one, whatever their tags.
    bool isOfOnePair() const;
 
+   // The layouts among which the tag chooses where an image says no pair: own() first, then those
+   // of the other variants; none where there is no own().
+   std::span<const Layout> layouts() const;
+
 private:
    struct State;
 

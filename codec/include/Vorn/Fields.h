@@ -8,6 +8,7 @@
 
 #include <Kelvar/Types.h>
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,12 @@ VORN_API std::vector<Field> fieldsIn( std::string_view list, const Layout& layou
 // The type that the getter of the table's field has: "U16", or "Raw128" for a wide one; empty if
 // the table has no such field.
 VORN_API std::string typeOf( std::string_view table, U32 identifier );
+
+// The names of the fields that a list names and any of the layouts has, in the order of the list;
+// an empty list stands for all of them, in their declared order. What none of the layouts has, a
+// name that is given twice and an empty one are BadTexts.
+VORN_API std::vector<std::string_view> fieldNamesIn( std::string_view list,
+                                                     std::span<const Layout> layouts );
 
 // The name of the field with this identifier in the hardware's documents; empty if there is no
 // such field.

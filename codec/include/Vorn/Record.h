@@ -42,13 +42,20 @@ public:
    bool has( Key key ) const { return tokens_[indexOf( key )] != 0; }
    const std::string& table() const { return table_; }
    const Chip& chip() const { return *chip_; }
-   U64 variant() const { return number( Key::variant ); }
-   EntryIndex index() const {
-      return { number( Key::entry ), number( Key::array ), number( Key::identifier ) };
-   }
+   U64 variant() const { return numbers_.variant; }
+   EntryIndex index() const { return { numbers_.entry, numbers_.array, numbers_.identifier }; }
 
    // The text of the image to begin with, where the line has one.
    const std::string& from() const { return from_; }
+
+   // Whether it is an "image", as an entry has that was printed: fields that have the values of the
+   // image are no changes then.
+   bool isPrinted() const { return numbers_.imageToken != 0; }
+
+   // Where the line says the entry lies.
+   std::optional<U32> address() const;
+   std::optional<U8> accessType() const;
+   std::optional<U8> destBlock() const;
 
    // In the order of the line.
    std::span<const FieldValue> fields() const { return std::span( fields_ ).first( fieldCount_ ); }
@@ -65,16 +72,33 @@ public:
 
 private:
    friend class RecordParser;
+   friend class RecordComposer;
+
+   // The numbers of the line, 0 where it lacks their key, and the tokens of further keys. Those
+   // from `variant` to `identifier` lie where functions compiled into programs look for them.
+   struct Numbers {
+      U64 address = 0;
+      U32 addressToken = 0;
+      U32 imageToken = 0;
+      U64 variant = 0;
+      U64 entry = 0;
+      U64 array = 0;
+      U64 identifier = 0;
+      U32 accessTypeToken = 0;
+      U32 destBlockToken = 0;
+      U32 fileToken = 0;
+      U16 accessType = 0;
+      U16 destBlock = 0;
+   };
 
    static constexpr std::size_t indexOf( Key key ) { return static_cast<std::size_t>( key ); }
-   U64 number( Key key ) const { return numbers_[indexOf( key )]; }
 
    std::string_view line_;
    std::string table_;
    const Chip* chip_ = nullptr;
    std::string from_;
-   std::array<U64, keyCount> numbers_{}; // 0 where the line lacks the key
-   std::vector<FieldValue> fields_;      // the first fieldCount_ are this line's
+   Numbers numbers_;
+   std::vector<FieldValue> fields_; // the first fieldCount_ are this line's
    std::size_t fieldCount_ = 0;
 
    // Tokens are the names and values of the line, numbered from 1.
@@ -101,6 +125,11 @@ struct Composed {
 // "table", "chip" and "fields" must be there; "variant", "entry", "array" and "identifier" are 0 if
 // not given, "from" is an image to begin with. Values are numbers, texts as parseValue() takes
 // them, or "mask". If two fields overlap, the later one wins.
+//
+// What `vorn decode --json` and `vorn program` print is taken, too: an "image" is the image to
+// begin with, and fields that it holds already are no changes; "fields" may be missing then. An
+// "address" says the entry where nothing else does; otherwise it, "accessType" and "destBlock" have
+// to be those of the entry. What is null is not given, and a tag that agrees is no Error.
 class VORN_API RecordComposer {
 public:
    // The entry of the line, valid until the next call. A bad line is an Error.
@@ -115,6 +144,9 @@ private:
 
    Composer& composerOf();
    std::optional<Address> addressIn( const Layout& layout );
+   void locate( const Layout& layout );
+   void requirePlace( const std::optional<Address>& address );
+   void begin( Composer& composer );
    void setField( Composer& composer, const Record::FieldValue& field );
 
    Record record_;

@@ -1,13 +1,17 @@
 // Decoded images as text: a table for people, one line, JSON or a row of CSV.
 #pragma once
 
+#include <Vorn/Dump.h>
 #include <Vorn/Layout.h>
 
 #include <Kelvar/Types.h>
 
+#include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Vorn {
 
@@ -15,8 +19,7 @@ enum class DecodeForm { text, singleLine, json, csv };
 
 // An image to be printed.
 struct Decoded {
-   const Layout& layout;       // of its pair
-   std::span<const U8> image;  // as long as its fields need, at least
+   const DumpEntry& entry;     // its image is as long as its fields need, at least
    std::span<const U8> before; // the image to compare with, of which only differences are printed;
                                // empty where there is none
 };
@@ -26,28 +29,51 @@ public:
    // `namesPair`: the form for people and the single line say which pair an image is of.
    ImagePrinter( DecodeForm form, bool namesPair ) : form_( form ), namesPair_( namesPair ) {}
 
+   // Prints these fields alone, as far as a pair has them, in this order.
+   void choose( std::vector<std::string_view> fields );
+
+   // Makes the fields of these layouts the columns of CSV, where choose() hasn't.
+   void provide( std::span<const Layout> layouts );
+
+   // Names the file of the images that follow, where there are several.
+   void nameFile( const std::string& file );
+
    // The lines for an image, valid until the next call. CSV has its header before the first row,
-   // and an image of another pair than the first one's is an Error then.
+   // whose columns are the fields of the first image's table on its chip type if nothing else has
+   // said them; an image with other fields is an Error then.
    std::string_view print( const Decoded& decoded );
 
-   // To be called at the end, with the layout that an image would have had if there were no image:
-   // the header that is still missing.
-   std::string_view finish( const Layout* layout );
+   // To be called at the end: the header that is still missing.
+   std::string_view finish();
 
 private:
-   void printText( const Decoded& decoded );
-   void printSingleLine( const Decoded& decoded );
-   void printJson( const Decoded& decoded );
-   void printCsv( const Decoded& decoded );
-   void printHeader( const Layout& layout );
-   void printPair( const Layout& layout );
+   // The fields of a pair that are printed, in their order.
+   struct Chosen {
+      std::vector<const Field*> fields;   // null in a column of CSV that the pair lacks
+      std::vector<const Field*> byOffset; // for people
+      std::string pair;                   // as the form begins its lines
+   };
+
+   const Chosen& chosenOf( const Layout& layout );
+   Chosen choiceOf( const Layout& layout ) const;
+   void printText( const Decoded& decoded, const Chosen& chosen );
+   void printSingleLine( const Decoded& decoded, const Chosen& chosen );
+   void printJson( const Decoded& decoded, const Chosen& chosen );
+   void printCsv( const Decoded& decoded, const Chosen& chosen );
+   void printHeader();
 
    DecodeForm form_;
    bool namesPair_;
+   std::optional<std::vector<std::string_view>> columns_; // of CSV, or the chosen fields
+   bool areChosen_ = false;
+   bool hasFile_ = false;
+   std::string file_; // as the form writes it
    bool isFirst_ = true;
-   const Layout* columns_ = nullptr; // whose fields the columns of CSV are
+   bool hasHeader_ = false;
+   std::map<const Layout*, Chosen> chosen_;
+   const Layout* last_ = nullptr;
+   const Chosen* lastChosen_ = nullptr;
    std::string text_;
-   std::string row_;  // room for a row of CSV
    std::string wide_; // a value that is too wide to be decimal
 };
 

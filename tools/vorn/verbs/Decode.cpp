@@ -32,6 +32,7 @@ public:
    explicit Decoding( const DecodeArguments& arguments )
       : arguments_( arguments ), changedFrom_( changedFromOf( arguments ) ),
         reader_( optionsOf( arguments ) ), printer_( arguments.form, !reader_.isOfOnePair() ) {
+      printer_.provide( reader_.layouts() );
       if( reader_.own() ) {
          begin( *reader_.own() );
       }
@@ -46,7 +47,9 @@ public:
       try {
          FileBytes bytes( path, [&output] { output.flush(); } );
          reader_.begin( bytes );
-         file_ = arguments_.paths.size() > 1 ? bytes.name() : std::string();
+         if( arguments_.paths.size() > 1 ) {
+            printer_.nameFile( bytes.name() );
+         }
          printAll( output );
       } catch( const Error& error ) {
          keepGoing( error, output );
@@ -55,7 +58,7 @@ public:
 
    // To be called at the end.
    void finish( Output& output ) {
-      output.write( printer_.finish( reader_.own() ) );
+      output.write( printer_.finish() );
       if( empty_ == 0 && untold_ == 0 && bad_ == 0 ) {
          return;
       }
@@ -135,22 +138,10 @@ private:
          }
          const auto before =
             changedFrom_ ? std::span<const U8>( changedFrom_->bytes ) : std::span<const U8>();
-         const auto lines = printer_.print( { *entry.layout, entry.image, before } );
-         output.write( file_.empty() ? lines : prefixed( lines ) );
+         output.write( printer_.print( { entry, before } ) );
       } catch( const Error& error ) {
          throw Error( reader_.place(), error.message() );
       }
-   }
-
-   // The lines with the name of their file before each.
-   std::string_view prefixed( std::string_view lines ) {
-      prefixed_.clear();
-      while( !lines.empty() ) {
-         const auto line = lines.substr( 0, lines.find( '\n' ) + 1 );
-         prefixed_.append( file_ ).append( ":" ).append( line );
-         lines.remove_prefix( line.size() );
-      }
-      return prefixed_;
    }
 
    void warn( const std::string& doubt, Output& output ) {
@@ -199,9 +190,7 @@ private:
    DumpReader reader_;
    ImagePrinter printer_;
    const Layout* last_ = nullptr; // of the last image
-   std::string file_;             // where there are several
-   std::string prefixed_;
-   std::set<std::string> told_; // warnings
+   std::set<std::string> told_;   // warnings
    U64 images_ = 0;
    U64 empty_ = 0;
    U64 untold_ = 0; // warnings

@@ -27,11 +27,10 @@ void setField( Composer& composer, std::string_view argument ) {
    }
    const auto name = argument.substr( 0, equals );
    const auto given = argument.substr( equals + 1 );
-   const Field& field = composer.open( name );
    if( given == maskWord ) {
-      composer.fill( field );
-   } else {
-      composer.set( field, parseValue( given, name ), given );
+      composer.fill( composer.open( name ) );
+   } else if( const Value value = parseValue( given, name ); !composer.holds( name, value ) ) {
+      composer.set( composer.open( name ), value, given );
    }
 }
 
