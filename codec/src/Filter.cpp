@@ -189,7 +189,7 @@ Constant constantOf( const Token& token, std::string_view name ) {
 bool isComparison( Mark mark ) { return mark >= Mark::equal && mark <= Mark::greaterOrEqual; }
 
 std::string nameOf( const Token& token ) {
-   return token.mark == Mark::end ? "the end" : inQuotes( token.text );
+   return token.mark == Mark::end ? "end" : inQuotes( token.text );
 }
 
 class Parser {
@@ -727,5 +727,50 @@ bool Filter::matches( std::span<const U8> image ) const {
 }
 
 std::span<const Field> Filter::fields() const { return program_->fields; }
+
+PairFilter::PairFilter( std::string condition, std::span<const Layout> layouts )
+   : condition_( std::move( condition ) ) {
+   Filter::require( condition_ );
+   std::optional<BadText> reason;
+   for( const Layout& layout : layouts ) {
+      try {
+         Filter( condition_, layout );
+         return;
+      } catch( const BadText& bad ) {
+         reason = reason ? reason : bad;
+      }
+   }
+   if( reason ) {
+      throw *reason;
+   }
+}
+
+bool PairFilter::matches( const Layout& layout, std::span<const U8> image ) {
+   Known& known = knownOf( layout );
+   if( known.filter ) {
+      return known.filter->matches( image );
+   }
+   ++leftOut_[known.leftOut].entries;
+   return false;
+}
+
+PairFilter::Known& PairFilter::knownOf( const Layout& layout ) {
+   if( last_ < known_.size() && known_[last_].layout == layout ) {
+      return known_[last_];
+   }
+   for( last_ = 0; last_ < known_.size(); ++last_ ) {
+      if( known_[last_].layout == layout ) {
+         return known_[last_];
+      }
+   }
+   Known& known = known_.emplace_back( Known{ layout, {}, 0 } );
+   try {
+      known.filter.emplace( condition_, layout );
+   } catch( const BadText& bad ) {
+      known.leftOut = leftOut_.size();
+      leftOut_.push_back( { layout, bad.message(), 0 } );
+   }
+   return known;
+}
 
 } // namespace Vorn

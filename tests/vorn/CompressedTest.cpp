@@ -42,7 +42,9 @@ const Compressed all[] = {
    },
 };
 
-const std::string values = "action\n1\n2\n";
+const std::string rows = "TcamActionTable,BCM88690_B0,0,,,,,1\nTcamActionTable,BCM88690_B0,0,,,,,2\n";
+const std::string values =
+   "table,chip,variant,entry,array,identifier,address,action\n" + rows;
 
 Testing::Outcome decode( const std::string& input ) {
    return vorn( { "decode", "TcamActionTable", "--chip", "10", "--csv", "-" }, input );
@@ -70,7 +72,7 @@ TEST_P( CompressedTest, isTakenAsWhatItHolds ) {
    EXPECT_EQ( outcome.err, "" );
    EXPECT_EQ( outcome.status, 0 );
    // One after another, as `cat` puts them together.
-   EXPECT_EQ( decode( GetParam().bytes + GetParam().bytes ).out, values + "1\n2\n" );
+   EXPECT_EQ( decode( GetParam().bytes + GetParam().bytes ).out, values + rows );
    // The same for a file, and for a verb that reads lines of its own.
    const Testing::TemporaryFolder folder;
    std::ofstream( folder / "images", std::ios::binary ) << GetParam().bytes;

@@ -19,7 +19,7 @@ namespace {
 
 // The verbs, in the order in which the help lists them.
 constexpr AddVerb addVerbs[] = {
-   addTables,  addField,    addLayout,  addEncode, addDecode, addDiff,
+   addTables,  addField,    addLayout,  addEncode, addDecode, addDiff,      addStats,
    addProgram, addIdentify, addAddress, addLocate, addExport, addReference,
 };
 
@@ -129,7 +129,9 @@ std::string CommandLine::usageError( const CLI::ParseError& error ) const {
    for( const CLI::App* app = &app_;; ) {
       const auto verbs = verbNames( *app );
       const auto help = "; see " + command + " --help";
-      if( const auto rest = app->remaining(); !rest.empty() ) {
+      auto rest = app->remaining();
+      std::erase( rest, "--" );
+      if( !rest.empty() ) {
          const auto& given = rest.front();
          if( given.starts_with( '-' ) ) {
             return "unknown option " + inQuotes( given ) +

@@ -28,6 +28,7 @@ Verb addField( CLI::App& commandLine );
 Verb addEncode( CLI::App& commandLine );
 Verb addDecode( CLI::App& commandLine );
 Verb addDiff( CLI::App& commandLine );
+Verb addStats( CLI::App& commandLine );
 Verb addProgram( CLI::App& commandLine );
 Verb addAddress( CLI::App& commandLine );
 Verb addLocate( CLI::App& commandLine );

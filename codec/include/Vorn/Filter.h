@@ -6,9 +6,13 @@
 
 #include <Kelvar/Types.h>
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace Vorn {
 
@@ -48,6 +52,40 @@ private:
    struct Program;
 
    std::shared_ptr<const Program> program_; // never changes, so that copies share it
+};
+
+// The same for entries of several pairs, whose fields may differ.
+class VORN_API PairFilter {
+public:
+   // The entries of a pair for which the condition can't hold: it lacks a field, say.
+   struct LeftOut {
+      Layout layout;
+      std::string reason;
+      U64 entries = 0; // that matches() has been asked about
+   };
+
+   // What is wrong with the condition on every one of the layouts is a BadText.
+   PairFilter( std::string condition, std::span<const Layout> layouts );
+
+   // An entry of a pair for which the condition can't hold doesn't match, and is counted.
+   bool matches( const Layout& layout, std::span<const U8> image );
+
+   // In order of the first entry.
+   std::span<const LeftOut> leftOut() const { return leftOut_; }
+
+private:
+   struct Known {
+      Layout layout;
+      std::optional<Filter> filter;
+      std::size_t leftOut = 0; // the number of it, where there is no filter
+   };
+
+   Known& knownOf( const Layout& layout );
+
+   std::string condition_;
+   std::vector<Known> known_;
+   std::size_t last_ = 0;
+   std::vector<LeftOut> leftOut_;
 };
 
 } // namespace Vorn

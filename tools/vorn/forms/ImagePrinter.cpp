@@ -43,16 +43,6 @@ bool isPrinted( const Decoded& decoded, const Field& field ) {
    return decoded.before.empty() || valueIn( decoded, field ) != valueBefore( decoded, field );
 }
 
-void appendJsonValue( std::string& text, const Value& value ) {
-   if( value.bits() <= jsonBits ) {
-      appendDecimal( text, value.word( 0 ) );
-   } else {
-      text += '"';
-      appendHex( text, value );
-      text += '"';
-   }
-}
-
 std::vector<std::string> rowOf( const Decoded& decoded, const Field& field ) {
    std::vector<std::string> row{ std::to_string( field.offset ), std::to_string( field.width ),
                                  std::string( field.name ) };
@@ -117,6 +107,16 @@ std::string cellOf( const std::string& text ) {
 }
 
 } // namespace
+
+void appendJsonValue( std::string& text, const Value& value ) {
+   if( value.bits() <= jsonBits ) {
+      appendDecimal( text, value.word( 0 ) );
+   } else {
+      text += '"';
+      appendHex( text, value );
+      text += '"';
+   }
+}
 
 void ImagePrinter::choose( std::vector<std::string_view> fields ) {
    columns_ = std::move( fields );

@@ -24,6 +24,10 @@ struct Decoded {
                                // empty where there is none
 };
 
+// Appends the value as JSON: a number up to 53 bits, which every reader holds, and a string of 0x
+// and digits beyond.
+void appendJsonValue( std::string& text, const Value& value );
+
 class ImagePrinter {
 public:
    // `namesPair`: the form for people and the single line say which pair an image is of.

@@ -2,264 +2,77 @@
 #include "verbs/Decode.h"
 
 #include "Arguments.h"
-#include "CommandLine.h"
-#include "Terminal.h"
 #include "Verbs.h"
 
-#include <Vorn/Chip.h>
 #include <Vorn/Dump.h>
 #include <Vorn/Error.h>
 #include <Vorn/Images.h>
 #include <Vorn/Layout.h>
-#include <Vorn/Pairs.h>
-#include <Vorn/Value.h>
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <memory>
-#include <set>
-#include <span>
-#include <utility>
 
 namespace Vorn {
 
 namespace {
 
-// Prints one image after another.
-class Decoding {
-public:
-   explicit Decoding( const DecodeArguments& arguments )
-      : arguments_( arguments ), changedFrom_( changedFromOf( arguments ) ),
-        reader_( optionsOf( arguments ) ), printer_( arguments.form, !reader_.isOfOnePair() ) {
-      printer_.provide( reader_.layouts() );
-      if( reader_.own() ) {
-         begin( *reader_.own() );
-      }
+// Does a step that --changed-from is the reason of.
+template<class Step>
+void within( Step step ) {
+   try {
+      step();
+   } catch( const Error& error ) {
+      throw Error( "--changed-from: " + error.message() );
    }
+}
 
-   // The images of the arguments, or of the file.
-   void printArguments( Output& output ) {
-      reader_.begin( std::span<const std::string>( arguments_.image ) );
-      printAll( output );
-   }
-   void printFile( const std::string& path, Output& output ) {
-      try {
-         FileBytes bytes( path, [&output] { output.flush(); } );
-         reader_.begin( bytes );
-         if( arguments_.paths.size() > 1 ) {
-            printer_.nameFile( bytes.name() );
-         }
-         printAll( output );
-      } catch( const Error& error ) {
-         keepGoing( error, output );
-      }
-   }
-
-   // To be called at the end.
-   void finish( Output& output ) {
-      output.write( printer_.finish() );
-      if( empty_ == 0 && untold_ == 0 && bad_ == 0 ) {
-         return;
-      }
-      output.flush();
-      if( empty_ > 0 ) {
-         printError( "vorn: ", std::to_string( empty_ ) + " of " + std::to_string( images_ ) +
-                                  ( empty_ == 1 ? " entries is" : " entries are" ) +
-                                  " empty; --empty prints them" );
-      }
-      if( untold_ > 0 ) {
-         printWarning( "", std::to_string( untold_ ) + " more images like these" );
-      }
-      if( bad_ > 0 ) {
-         printError( "vorn: ", std::to_string( bad_ ) + ( bad_ == 1 ? " error, " : " errors, " ) +
-                                  std::to_string( images_ - empty_ ) + " images printed" );
-         throw HasFailed();
-      }
-   }
-
-private:
-   static constexpr std::size_t mostWarnings = 8;
-
-   static DumpOptions optionsOf( const DecodeArguments& arguments ) {
-      DumpOptions options;
-      if( arguments.pair ) {
-         const auto& [table, chip, variant] = *arguments.pair;
-         options.table = table;
-         options.chip = &chipOf( chip );
-         if( !variant.empty() ) {
-            options.variant = parseIndex( variant, "variant", 0xff );
-         }
-      } else if( !arguments.chip.empty() ) {
-         options.chip = &chipOf( arguments.chip );
-      }
-      options.format = arguments.format;
-      options.stride =
-         static_cast<std::size_t>( parseIndex( arguments.stride, "stride", 1 << 20 ) );
-      options.first = indexOf( arguments.first );
-      options.isStrict = arguments.isStrict;
-      return options;
-   }
-
-   static std::optional<Image> changedFromOf( const DecodeArguments& arguments ) {
-      std::optional<Image> image;
-      if( arguments.changedFrom ) {
-         within( [&] { image = imageOf( *arguments.changedFrom, arguments.format ); } );
-      }
-      return image;
-   }
-
-   void printAll( Output& output ) {
-      for( ;; ) {
-         try {
-            if( !reader_.next() ) {
-               return;
-            }
-            print( output );
-         } catch( const Error& error ) {
-            keepGoing( error, output );
-         }
-      }
-   }
-
-   void print( Output& output ) {
-      const DumpEntry& entry = reader_.entry();
-      ++images_;
-      if( entry.isEmpty && !arguments_.printsEmpty ) {
-         ++empty_;
-         return;
-      }
-      if( !entry.doubt.empty() ) {
-         warn( std::string( entry.doubt ), output );
-      }
-      try {
-         if( entry.layout != last_ ) {
-            begin( *entry.layout );
-         }
-         const auto before =
-            changedFrom_ ? std::span<const U8>( changedFrom_->bytes ) : std::span<const U8>();
-         output.write( printer_.print( { entry, before } ) );
-      } catch( const Error& error ) {
-         throw Error( reader_.place(), error.message() );
-      }
-   }
-
-   void warn( const std::string& doubt, Output& output ) {
-      if( told_.contains( doubt ) || told_.size() == mostWarnings ) {
-         ++untold_;
-         return;
-      }
-      told_.insert( doubt );
-      output.flush();
-      printWarning( reader_.place(), doubt );
-   }
-
-   void keepGoing( const Error& error, Output& output ) {
-      if( !arguments_.keepsGoing ) {
-         throw error;
-      }
-      output.flush();
-      printError( error );
-      ++bad_;
-   }
-
-   // To be called where images of another pair than the last one's follow.
-   void begin( const Layout& layout ) {
-      if( changedFrom_ ) {
-         within( [&] {
-            requirePair( layout, *changedFrom_ );
-            layout.requireFields( changedFrom_->bytes );
-         } );
-      }
-      traceView( layout );
-      last_ = &layout;
-   }
-
-   // Does a step that --changed-from is the reason of.
-   template<class Step>
-   static void within( Step step ) {
-      try {
-         step();
-      } catch( const Error& error ) {
-         throw Error( "--changed-from: " + error.message() );
-      }
-   }
-
-   const DecodeArguments& arguments_;
-   std::optional<Image> changedFrom_;
-   DumpReader reader_;
-   ImagePrinter printer_;
-   const Layout* last_ = nullptr; // of the last image
-   std::set<std::string> told_;   // warnings
-   U64 images_ = 0;
-   U64 empty_ = 0;
-   U64 untold_ = 0; // warnings
-   U64 bad_ = 0;
-};
+// That the image can be compared with those of the layout.
+void requireComparable( const Image& changedFrom, const Layout& layout ) {
+   within( [&] {
+      requirePair( layout, changedFrom );
+      layout.requireFields( changedFrom.bytes );
+   } );
+}
 
 } // namespace
 
 void decode( const DecodeArguments& arguments, Output& output ) {
-   Decoding decoding( arguments );
-   if( arguments.paths.empty() ) {
-      decoding.printArguments( output );
+   Image changedFrom;
+   if( arguments.changedFrom ) {
+      within( [&] { changedFrom = imageOf( *arguments.changedFrom, arguments.format ); } );
    }
-   for( const std::string& path : arguments.paths ) {
-      decoding.printFile( path, output );
+   DumpWalk walk( arguments, output );
+   const DumpReader& reader = walk.reader();
+   ImagePrinter printer( arguments.form, !reader.isOfOnePair() );
+   const auto fields = walk.fields();
+   if( fields ) {
+      printer.choose( *fields );
    }
-   decoding.finish( output );
+   printer.provide( reader.layouts() );
+   const Layout* last = nullptr;
+   const auto begin = [&]( const Layout& layout ) {
+      if( arguments.changedFrom ) {
+         requireComparable( changedFrom, layout );
+      }
+      traceView( layout );
+      last = &layout;
+   };
+   if( reader.own() ) {
+      begin( *reader.own() );
+   }
+   walk.onFile = [&]( const std::string& name ) { printer.nameFile( name ); };
+   walk.run( [&]( const DumpEntry& entry ) {
+      if( entry.layout != last ) {
+         begin( *entry.layout );
+      }
+      output.write( printer.print( { entry, changedFrom.bytes } ) );
+   } );
+   output.write( printer.finish() );
+   walk.finish( "printed" );
 }
 
 namespace {
-
-// What the command line says of the pair, each empty where it doesn't.
-struct DecodeLine {
-   PairText pair{ "", "", "" };
-   DecodeArguments arguments;
-};
-
-// Whether the argument is an address and a colon, perhaps with an image, and so no table.
-bool isAddressed( const std::string& text ) {
-   return text.starts_with( "0x" ) && text.find( ':' ) != std::string::npos;
-}
-
-// To be called when the command line is parsed.
-void complete( DecodeLine& given ) {
-   auto& [table, chip, variant] = given.pair;
-   auto& image = given.arguments.image;
-   auto& paths = given.arguments.paths;
-   if( table == "-" || isJson( table ) || isAddressed( table ) ) {
-      image.insert( image.begin(), std::exchange( table, {} ) );
-   }
-   // --file takes all names up to the next option.
-   const auto tables = allTables();
-   if( table.empty() && paths.size() > 1 &&
-       std::find( tables.begin(), tables.end(), paths.back() ) != tables.end() ) {
-      table = std::move( paths.back() );
-      paths.pop_back();
-   }
-   if( !image.empty() && paths.empty() &&
-       std::all_of( image.begin(), image.end(), []( const auto& one ) { return one == "-"; } ) ) {
-      paths.assign( 1, "-" );
-      image.clear();
-   }
-   if( image.empty() && paths.empty() ) {
-      throw CLI::RequiredError( "IMAGE" );
-   }
-   if( !image.empty() && !paths.empty() ) {
-      throw CLI::ExcludesError( "--file", "IMAGE" );
-   }
-   if( table.empty() && !variant.empty() && chip.empty() ) {
-      throw CLI::RequiresError( "--variant", "TABLE" );
-   }
-   if( !table.empty() ) {
-      if( chip.empty() ) {
-         throw CLI::RequiredError( "--chip" );
-      }
-      given.arguments.pair = { table, chip, variant };
-   }
-   given.arguments.chip = chip;
-}
 
 void addForms( CLI::App& verb, DecodeForm& form ) {
    const auto add = [&]( const char* name, DecodeForm chosen, const char* text ) {
@@ -279,42 +92,32 @@ void addForms( CLI::App& verb, DecodeForm& form ) {
 
 Verb addDecode( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "decode", "Print the fields of images" );
-   const auto given = std::make_shared<DecodeLine>();
+   struct Given {
+      DumpLine line;
+      DecodeArguments arguments;
+   };
+   const auto given = std::make_shared<Given>();
    DecodeArguments* const arguments = &given->arguments;
-   verb->add_option( "TABLE", given->pair.table, "Name of the table, as `vorn tables` prints it" );
+   verb->add_option( "TABLE", given->line.pair.table,
+                     "Name of the table, as `vorn tables` prints it" );
    verb->add_option( "IMAGE", arguments->image, "The image, or - for images from standard input" );
    verb->add_option( "--file", arguments->paths, "Files of images, - for standard input" )
       ->type_name( "FILE" );
-   verb->add_option( "--chip", given->pair.chip, "Chip type, by name or number" )
+   verb->add_option( "--chip", given->line.pair.chip, "Chip type, by name or number" )
       ->type_name( "NAME|NUMBER" );
    verb
-      ->add_option( "--variant", given->pair.variant,
+      ->add_option( "--variant", given->line.pair.variant,
                     "Variant of the table, by the tag if not given" )
       ->type_name( "V" );
-   addImageFormat( *verb, arguments->format );
-   verb->add_option( "--stride", arguments->stride, "Bytes from an entry of a dump to the next" )
-      ->type_name( "BYTES" );
-   verb
-      ->add_option( "--first-entry", arguments->first.entry,
-                    "First entry of a dump, 0 if not given" )
-      ->type_name( "N" );
-   verb->add_option( "--array", arguments->first.array, "Array element of a dump, 0 if not given" )
-      ->type_name( "N" );
-   verb
-      ->add_option( "--identifier", arguments->first.identifier,
-                    "Instance of a dump, 0 if not given" )
-      ->type_name( "N" );
-   verb->add_flag( "--empty", arguments->printsEmpty,
-                   "Also print entries that nobody has written" );
-   verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after a bad image" );
-   verb->add_flag( "--strict", arguments->isStrict, "Take warnings for errors" );
+   addDump( *verb, *arguments );
+   addChoice( *verb, *arguments );
    verb
       ->add_option( "--changed-from", arguments->changedFrom,
                     "Print only the fields that differ from this image, old and new" )
       ->type_name( "IMAGE" );
    addForms( *verb, arguments->form );
    verb->get_option( "--csv" )->excludes( verb->get_option( "--changed-from" ) );
-   verb->callback( [given] { complete( *given ); } );
+   verb->callback( [given] { given->line.completeInto( given->arguments ); } );
    describe(
       *verb,
       imagesParagraphs() +
@@ -339,15 +142,26 @@ Verb addDecode( CLI::App& commandLine ) {
          "Fields are in order of their offset, with --single-line, --json and --csv in declared "
          "order. Values are hexadecimal; those of --csv are decimal up to a width of 64 bits and "
          "0x and hexadecimal digits beyond, so that readers of data frames take them as numbers "
-         "where they can. The columns of --csv are the fields of one pair.\n\n"
+         "where they can; those of --json are numbers up to 53 bits, which every reader holds, and "
+         "such strings beyond.\n\n"
+         "The place of an entry comes before its fields, as far as it is known: entry, array, "
+         "identifier and address. --json and --csv have it with table, chip and variant, null or "
+         "empty if it is unknown. The columns of --csv are the fields that any variant of the "
+         "table has on the chip type, or those of --variant; a cell is empty if the entry's "
+         "variant "
+         "lacks the field. `vorn program` takes the output of --json.\n\n" +
+         whereParagraphs() +
+         "\n\n"
          "A bad image ends the program with exit status 1. The images before it are printed, and "
          "nothing of it or of any after it. With --keep-going bad images are reported on standard "
          "error and the others printed; the exit status is still 1. Of several files, each line "
-         "of the forms for people has the name of its file and a colon before it.\n\n" +
+         "of the forms for people has the name of its file and a colon before it; --json has a "
+         "\"file\", --csv such a column.\n\n" +
          chipTypesParagraph(),
       "  vorn decode TcamActionTable --chip BCM88690_B0 4523010000000000\n"
       "  vorn program entries.jsonl | vorn decode --single-line -\n"
-      "  vorn decode LifTable --chip BCM88690_B0 --csv --file lif.bin" );
+      "  vorn decode LifTable --chip BCM88690_B0 --csv --file lif.bin\n"
+      "  vorn decode LifTable --chip 10 --fields vsi,vlan* --where 'vsi >= 2000' --file lif.bin" );
    return { verb, [given]( Output& output ) { decode( given->arguments, output ); } };
 }
 

@@ -1,0 +1,287 @@
+// What verbs over whole dumps share: their arguments, and the way over the entries.
+#include "verbs/DumpWalk.h"
+
+#include "CommandLine.h"
+#include "Terminal.h"
+
+#include <Vorn/Chip.h>
+#include <Vorn/Error.h>
+#include <Vorn/Fields.h>
+#include <Vorn/Pairs.h>
+#include <Vorn/Suggest.h>
+#include <Vorn/Text.h>
+#include <Vorn/Value.h>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+namespace Vorn {
+
+namespace {
+
+DumpOptions optionsOf( const DumpArguments& arguments ) {
+   DumpOptions options;
+   if( arguments.pair ) {
+      const auto& [table, chip, variant] = *arguments.pair;
+      options.table = table;
+      options.chip = &chipOf( chip );
+      if( !variant.empty() ) {
+         options.variant = parseIndex( variant, "variant", 0xff );
+      }
+   } else if( !arguments.chip.empty() ) {
+      options.chip = &chipOf( arguments.chip );
+   }
+   options.format = arguments.format;
+   options.stride = static_cast<std::size_t>( parseIndex( arguments.stride, "stride", 1 << 20 ) );
+   options.first = indexOf( arguments.first );
+   options.isStrict = arguments.isStrict;
+   return options;
+}
+
+// Does a step that an option is the reason of.
+template<class Step>
+auto within( const std::string& option, const std::string& text, Step step ) {
+   try {
+      return step();
+   } catch( const BadText& bad ) {
+      throw Error( option + ':' + std::to_string( columnOf( text, bad.at() ) ), bad.message() );
+   }
+}
+
+std::string countOf( U64 count, const std::string& one ) {
+   return std::to_string( count ) + ' ' + one + ( count == 1 ? "" : "s" );
+}
+
+// Whether the argument is an address and a colon, perhaps with an image, and so no table.
+bool isAddressed( const std::string& text ) {
+   return text.starts_with( "0x" ) && text.find( ':' ) != std::string::npos;
+}
+
+} // namespace
+
+DumpWalk::DumpWalk( const DumpArguments& arguments, Output& output )
+   : arguments_( arguments ), output_( output ), reader_( optionsOf( arguments ) ) {
+   if( !arguments.where.empty() ) {
+      within( "--where", arguments.where,
+              [&] { filter_.emplace( arguments.where, possibleLayouts() ); } );
+   }
+}
+
+// The layouts that the images may have.
+std::vector<Layout> DumpWalk::possibleLayouts() const {
+   const auto own = reader_.layouts();
+   std::vector<Layout> layouts( own.begin(), own.end() );
+   if( layouts.empty() ) {
+      for( const Chip& chip : allChips() ) {
+         if( arguments_.chip.empty() || chip.number == chipOf( arguments_.chip ).number ) {
+            const auto more = layoutsOn( chip );
+            layouts.insert( layouts.end(), more.begin(), more.end() );
+         }
+      }
+   }
+   return layouts;
+}
+
+std::optional<std::vector<std::string_view>> DumpWalk::fields() const {
+   if( arguments_.fields.empty() ) {
+      return std::nullopt;
+   }
+   return within( "--fields", arguments_.fields,
+                  [&] { return fieldNamesIn( arguments_.fields, possibleLayouts() ); } );
+}
+
+void DumpWalk::run( const std::function<void( const DumpEntry& )>& visit ) {
+   if( arguments_.paths.empty() ) {
+      reader_.begin( std::span<const std::string>( arguments_.image ) );
+      readAll( visit );
+   }
+   for( const std::string& path : arguments_.paths ) {
+      try {
+         FileBytes bytes( path, [this] { output_.flush(); } );
+         reader_.begin( bytes );
+         if( arguments_.paths.size() > 1 && onFile ) {
+            onFile( bytes.name() );
+         }
+         readAll( visit );
+      } catch( const Error& error ) {
+         keepGoing( error );
+      }
+   }
+}
+
+void DumpWalk::readAll( const std::function<void( const DumpEntry& )>& visit ) {
+   for( ;; ) {
+      try {
+         if( !reader_.next() ) {
+            return;
+         }
+         take( visit );
+      } catch( const Error& error ) {
+         keepGoing( error );
+      }
+   }
+}
+
+void DumpWalk::take( const std::function<void( const DumpEntry& )>& visit ) {
+   const DumpEntry& entry = reader_.entry();
+   ++images_;
+   if( entry.isEmpty && !arguments_.printsEmpty ) {
+      ++empty_;
+      return;
+   }
+   if( !entry.doubt.empty() ) {
+      warn( std::string( entry.doubt ) );
+   }
+   try {
+      if( filter_ && !filter_->matches( *entry.layout, entry.image ) ) {
+         return;
+      }
+      visit( entry );
+   } catch( const Error& error ) {
+      throw Error( reader_.place(), error.message() );
+   }
+   ++done_;
+}
+
+void DumpWalk::warn( const std::string& doubt ) {
+   if( told_.contains( doubt ) || told_.size() == mostWarnings ) {
+      ++untold_;
+      return;
+   }
+   told_.insert( doubt );
+   output_.flush();
+   printWarning( reader_.place(), doubt );
+}
+
+void DumpWalk::keepGoing( const Error& error ) {
+   if( !arguments_.keepsGoing ) {
+      throw error;
+   }
+   output_.flush();
+   printError( error );
+   ++bad_;
+}
+
+void DumpWalk::finish( std::string_view done ) {
+   const auto leftOut = filter_ ? filter_->leftOut() : std::span<const PairFilter::LeftOut>();
+   if( empty_ == 0 && untold_ == 0 && bad_ == 0 && leftOut.empty() ) {
+      return;
+   }
+   output_.flush();
+   if( empty_ > 0 ) {
+      note( std::to_string( empty_ ) + " of " + std::to_string( images_ ) +
+            ( empty_ == 1 ? " entries is" : " entries are" ) + " empty; --empty prints them" );
+   }
+   for( const auto& [layout, reason, entries] : leftOut ) {
+      note( countOf( entries, "image" ) + " of " + layout.pairText() +
+            " can't fulfil --where: " + reason );
+   }
+   if( untold_ > 0 ) {
+      printWarning( "", countOf( untold_, "more image" ) + " like these" );
+   }
+   if( bad_ > 0 ) {
+      note( countOf( bad_, "error" ) + ", " + countOf( done_, "image" ) + ' ' +
+            std::string( done ) );
+      throw HasFailed();
+   }
+}
+
+void DumpLine::completeInto( DumpArguments& arguments ) {
+   auto& [table, chip, variant] = pair;
+   auto& image = arguments.image;
+   auto& paths = arguments.paths;
+   if( table == "-" || isJson( table ) || isAddressed( table ) ) {
+      image.insert( image.begin(), std::exchange( table, {} ) );
+   }
+   const auto tables = allTables();
+   const auto isTable = [&]( const std::string& word ) {
+      return std::find( tables.begin(), tables.end(), word ) != tables.end();
+   };
+   // --file takes all names up to the next option.
+   if( table.empty() && paths.size() > 1 && isTable( paths.back() ) ) {
+      table = std::move( paths.back() );
+      paths.pop_back();
+   }
+   if( !image.empty() && paths.empty() &&
+       std::all_of( image.begin(), image.end(), []( const auto& one ) { return one == "-"; } ) ) {
+      paths.assign( 1, "-" );
+      image.clear();
+   }
+   if( image.empty() && paths.empty() ) {
+      // What stands alone where the TABLE is due may be the image, or a wrong name.
+      if( table.empty() || isTable( table ) ) {
+         throw CLI::RequiredError( "IMAGE" );
+      }
+      if( nearest( table, tables ) ) {
+         tableNamed( table );
+      }
+      throw CLI::RequiredError( "TABLE" );
+   }
+   if( !image.empty() && !paths.empty() ) {
+      throw CLI::ExcludesError( "--file", "IMAGE" );
+   }
+   if( table.empty() && !variant.empty() && chip.empty() ) {
+      throw CLI::RequiresError( "--variant", "TABLE" );
+   }
+   if( !table.empty() ) {
+      if( chip.empty() ) {
+         throw CLI::RequiredError( "--chip" );
+      }
+      arguments.pair = { table, chip, variant };
+   }
+   arguments.chip = chip;
+}
+
+void addDump( CLI::App& verb, DumpArguments& arguments ) {
+   addImageFormat( verb, arguments.format );
+   verb.add_option( "--stride", arguments.stride, "Bytes from an entry of a dump to the next" )
+      ->type_name( "BYTES" );
+   verb
+      .add_option( "--first-entry", arguments.first.entry, "First entry of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb.add_option( "--array", arguments.first.array, "Array element of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb
+      .add_option( "--identifier", arguments.first.identifier,
+                   "Instance of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb.add_flag( "--empty", arguments.printsEmpty, "Also take entries that nobody has written" );
+   verb.add_flag( "--keep-going", arguments.keepsGoing, "Go on after a bad image" );
+   verb.add_flag( "--strict", arguments.isStrict, "Take warnings for errors" );
+}
+
+void addChoice( CLI::App& verb, DumpArguments& arguments ) {
+   verb
+      .add_option( "--fields", arguments.fields, "These fields alone; * and ? may stand in names" )
+      ->type_name( "NAME,..." );
+   verb.add_option( "--where", arguments.where, "Only entries that fulfil this condition" )
+      ->type_name( "EXPR" );
+   // An empty list or condition is none.
+   verb.get_option( "--fields" )->check( []( const std::string& text ) {
+      return text.empty() ? std::string( "a name is missing; write fields as vsi,vlanEditVid1" )
+                          : std::string();
+   } );
+   verb.get_option( "--where" )->check( []( const std::string& text ) {
+      return text.find_first_not_of( " \t\n" ) == std::string::npos
+                ? std::string( "the condition is empty; write one such as vsi >= 2000" )
+                : std::string();
+   } );
+}
+
+std::string whereParagraphs() {
+   return "Conditions of --where, in quotes for the shell:\n"
+          "  vsi == 2000, != < <= > >=   a field and a value, or two fields; unsigned\n"
+          "  vsi in 100..200             within a range, its ends included\n"
+          "  vsi in { 1, 5, 100..200 }   one of a set; also `not in`\n"
+          "  destination & 0xff == 3     the bits of a mask alone\n"
+          "  learnEnable                 not zero\n"
+          "  ! a, a && b, a || b, ( a )  in this order of strength; also not, and, or\n"
+          "Values may be written as `vorn encode` takes them, addresses too. Entries of a variant "
+          "that lacks a field of the condition don't fulfil it; how many there are is told on "
+          "standard error.";
+}
+
+} // namespace Vorn
