@@ -70,8 +70,9 @@ TEST( EntryComparison, entriesThatAreNotThere ) {
    EntryComparison comparison;
    const auto there = entryOf( 5 );
    const std::vector<U8> unwritten( 80 );
-   const std::pair<Vorn::EntryState, const char*> nothing[] = { { {}, "no entry" },
-                                                                { { &lif(), unwritten }, "zeroes" } };
+   const std::pair<Vorn::EntryState, const char*> nothing[] = {
+      { {}, "no entry" }, { { &lif(), unwritten }, "zeroes" }
+   };
    for( const auto& [none, name] : nothing ) {
       EXPECT_EQ( comparison.changeOf( none, { &lif(), there } ).text(), "added" ) << name;
       EXPECT_EQ( comparison.changeOf( { &lif(), there }, none ).text(), "removed" ) << name;

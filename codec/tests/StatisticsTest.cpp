@@ -17,9 +17,9 @@ using Vorn::Value;
 
 FieldStatistics of( const Statistics& statistics, std::string_view name ) {
    const auto fields = statistics.fields();
-   const auto found = std::find_if( fields.begin(), fields.end(), [&]( const FieldStatistics& one ) {
-      return one.field.name == name;
-   } );
+   const auto found =
+      std::find_if( fields.begin(), fields.end(),
+                    [&]( const FieldStatistics& one ) { return one.field.name == name; } );
    return found == fields.end() ? FieldStatistics() : *found;
 }
 
@@ -29,7 +29,7 @@ FieldStatistics of( const Statistics& statistics, std::string_view name ) {
 TEST( Statistics, countsAField ) {
    const Layout port( "VttInPpPortConfig0", "BCM88690_B0" );
    Statistics statistics( port );
-   for( const U64 value : { 5, 4, 0, 5, 7, 4, 5 } ) {
+   for( const unsigned value : { 5u, 4u, 0u, 5u, 7u, 4u, 5u } ) {
       auto image = port.blank();
       port.set( image, "mappedPpPort", value );
       port.set( image, "portKeyGenVar", 0xdead0000 + value );

@@ -223,9 +223,9 @@ const std::vector<Refused> badInput{
      "vorn: unknown table \"LifTabel\"; did you mean LifTable?" },
 };
 
-const std::string verbs =
-   "tables, field, layout, encode, decode, diff, program, identify, address, locate, export, "
-   "reference";
+const std::string verbs = "tables, field, layout, encode, decode, diff, stats, program, identify, "
+                          "address, locate, export, "
+                          "reference";
 
 const std::vector<Refused> wrongUsage{
    { "no verb", {}, "a verb is required; allowed: " + verbs + ", trace" },

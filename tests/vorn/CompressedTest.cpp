@@ -42,9 +42,9 @@ const Compressed all[] = {
    },
 };
 
-const std::string rows = "TcamActionTable,BCM88690_B0,0,,,,,1\nTcamActionTable,BCM88690_B0,0,,,,,2\n";
-const std::string values =
-   "table,chip,variant,entry,array,identifier,address,action\n" + rows;
+const std::string rows =
+   "TcamActionTable,BCM88690_B0,0,,,,,1\nTcamActionTable,BCM88690_B0,0,,,,,2\n";
+const std::string values = "table,chip,variant,entry,array,identifier,address,action\n" + rows;
 
 Testing::Outcome decode( const std::string& input ) {
    return vorn( { "decode", "TcamActionTable", "--chip", "10", "--csv", "-" }, input );

@@ -19,8 +19,8 @@ using Arguments = std::vector<std::string>;
 // Of TcamActionTable on BCM88650_B0, whose one field has 20 bits.
 const std::string actions = "05000000\n06000000\n05000000\n00000000\n";
 
-// An entry of LifTable on BCM88690_B0 variant 3, whose tag is 0x25 in 6 bits from bit 174, with this
-// in the lowest byte of vsi, 17 bits from bit 58.
+// An entry of LifTable on BCM88690_B0 variant 3, whose tag is 0x25 in 6 bits from bit 174, with
+// this in the lowest byte of vsi, 17 bits from bit 58.
 std::string lifOf( unsigned vsi ) {
    std::string image( 80, '\0' );
    image[7] = static_cast<char>( ( vsi & 0x3f ) << 2 );
@@ -100,15 +100,15 @@ TEST( Stats, staysWithin80Columns ) {
 TEST( Choice, fieldsAndEntries ) {
    const std::string input = lifOf( 1 ) + lifOf( 2 ) + std::string( 80, '\0' ) + lifOf( 3 );
    const Arguments decode{ "decode", "LifTable", "--chip", "10", "--csv", "--empty" };
-   const std::string header = "table,chip,variant,entry,array,identifier,address,vsi,vlanEditVid1\n";
+   const std::string header =
+      "table,chip,variant,entry,array,identifier,address,vsi,vlanEditVid1\n";
    // Variant 3 has no vlanEditVid1, others have.
    const auto choice = with( decode, { "--fields", "vsi,vlanEditVid1", "-" } );
    expectPrinted( choice,
-                  header +
-                     "LifTable,BCM88690_B0,3,0,0,0,0x0,1,\n"
-                     "LifTable,BCM88690_B0,3,1,0,0,0x1,2,\n"
-                     "LifTable,BCM88690_B0,0,2,0,0,0x2,0,0\n"
-                     "LifTable,BCM88690_B0,3,3,0,0,0x3,3,\n",
+                  header + "LifTable,BCM88690_B0,3,0,0,0,0x0,1,\n"
+                           "LifTable,BCM88690_B0,3,1,0,0,0x1,2,\n"
+                           "LifTable,BCM88690_B0,0,2,0,0,0x2,0,0\n"
+                           "LifTable,BCM88690_B0,3,3,0,0,0x3,3,\n",
                   input );
    expectPrinted( with( choice, { "--where", "vsi in 2..3" } ),
                   header + "LifTable,BCM88690_B0,3,1,0,0,0x1,2,\n"
@@ -128,8 +128,9 @@ TEST( Choice, entriesThatCantFulfilTheCondition ) {
                                 "vlanEditVid1 == 0", "--fields", "vsi", "-" },
                               lifOf( 1 ) + lifOf( 2 ) );
    EXPECT_EQ( outcome.out, "table,chip,variant,entry,array,identifier,address,vsi\n" );
-   EXPECT_TRUE( outcome.err.starts_with( "vorn: 2 images of LifTable on BCM88690_B0 variant 3 can't "
-                                         "fulfil --where: field vlanEditVid1 does not exist in " ) )
+   EXPECT_TRUE(
+      outcome.err.starts_with( "vorn: 2 images of LifTable on BCM88690_B0 variant 3 can't "
+                               "fulfil --where: field vlanEditVid1 does not exist in " ) )
       << outcome.err;
    EXPECT_EQ( outcome.status, 0 );
 }
@@ -148,8 +149,8 @@ TEST( Choice, refused ) {
    };
    for( const auto& verb : { "decode", "stats" } ) {
       for( const auto& [options, message] : cases ) {
-         Testing::expectRefused(
-            with( { verb, "TcamActionTable", "--chip", "2", "-" }, options ), message, actions );
+         Testing::expectRefused( with( { verb, "TcamActionTable", "--chip", "2", "-" }, options ),
+                                 message, actions );
       }
    }
 }

@@ -54,11 +54,11 @@ TEST( Usage, helpAndVersionOnAFullDevice ) {
 TEST( Usage, verbs ) {
    expectWrongUsage( {},
                      "a verb is required; allowed: tables, field, layout, encode, decode, diff, "
-                     "program, identify, address, locate, export, reference, trace" );
+                     "stats, program, identify, address, locate, export, reference, trace" );
    expectWrongUsage( { "tabels" }, "unknown verb \"tabels\"; did you mean tables?" );
    expectWrongUsage( { "frob", "tables" },
                      "unknown verb \"frob\"; allowed: tables, field, layout, encode, decode, diff, "
-                     "program, identify, address, locate, export, reference, trace" );
+                     "stats, program, identify, address, locate, export, reference, trace" );
 }
 
 TEST( Usage, options ) {
