@@ -1,6 +1,7 @@
-# The Debian packages libvorntunnelkelvar1, libvorncodec1, a -dev package of each, vorn and
-# python3-vorn, made of the components of a tree that is configured for /usr: scripts/make-packages.sh. The stand-ins of platform/ come
-# with the library; a site that brings its own platform packages the library itself.
+# The Debian packages libvorntunnelkelvar1, libvorncodec1, vorn-platform-stand-ins, a -dev package
+# of each, vorn and python3-vorn, made of the components of a tree that is configured for /usr:
+# scripts/make-packages.sh. A site replaces the stand-ins with packages of libraries that are
+# compatible with them; one whose platform isn't packages the library itself.
 if( NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr" OR NOT PROJECT_IS_TOP_LEVEL OR VORN_PLATFORM OR
     NOT BUILD_SHARED_LIBS )
    return()
@@ -33,8 +34,6 @@ set( CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON )
 set( CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src
                                                  ${PROJECT_BINARY_DIR}/codec
                                                  ${PROJECT_BINARY_DIR}/platform )
-set( CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON )
-set( CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=" )
 
 # vornPackage( name section summary description ): what the control file of a package says.
 macro( vornPackage name section summary description )
@@ -44,6 +43,37 @@ macro( vornPackage name section summary description )
    set( CPACK_DEBIAN_${upper_name}_DESCRIPTION "${summary}\n${description}" )
 endmacro()
 
+# The libraries' cache is renewed by dpkg's trigger. CPack would add scripts that call ldconfig, but
+# for those that are named here; it warns that they don't exist, and goes on without.
+set( library_control ${PROJECT_SOURCE_DIR}/packaging/triggers
+     ${PROJECT_SOURCE_DIR}/packaging/none/postinst ${PROJECT_SOURCE_DIR}/packaging/none/postrm )
+
+# libraryControl( package lines... ): the control files of a package with libraries. Each line names
+# a library, the version of its name and what those depend on who link it.
+function( libraryControl package )
+   list( JOIN ARGN "\n" lines )
+   file( CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packages/${package}/shlibs CONTENT "${lines}\n" )
+   string( TOUPPER ${package} upper_name )
+   set( CPACK_DEBIAN_${upper_name}_PACKAGE_CONTROL_EXTRA
+        ${library_control} ${PROJECT_BINARY_DIR}/packages/${package}/shlibs PARENT_SCOPE )
+endfunction()
+
+# What a site's own packages of its platform are called, which the stand-ins give way to.
+set( site_libraries Kelvar HwVornFennTypes Oru )
+set( standins_version ">= ${PROJECT_VERSION}" )
+foreach( library ${site_libraries} )
+   string( TOLOWER ${library} lower_name )
+   set( on_${library} "vorn-platform-stand-ins (${standins_version}) | lib${lower_name}1" )
+   list( APPEND standins_shlibs "lib${library} 1 ${on_${library}}" )
+   list( APPEND site_packages lib${lower_name}1 )
+   list( APPEND site_dev_packages lib${lower_name}-dev )
+   list( APPEND on_site_dev "vorn-platform-stand-ins-dev (${standins_version}) | lib${lower_name}-dev" )
+   list( APPEND on_site ${on_${library}} )
+endforeach()
+foreach( list site_packages site_dev_packages on_site on_site_dev )
+   list( JOIN ${list} ", " ${list} )
+endforeach()
+
 set( about
 "Knows for 22 tables and registers on 13 chip types which fields an entry has,
 at which bit and how wide, and at which address it lies; composes and decodes
@@ -52,15 +82,11 @@ entry images field by field." )
 vornPackage( libvorntunnelkelvar1 libs "typed views over packet processor table entries"
 "${about}
 
-This package has the shared library and the three platform libraries that it
-stands on." )
+This package has the shared library." )
 # Packed relocations are of no symbol, so nothing finds that they need this C library.
-set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_DEPENDS "libc6 (>= 2.36)" )
-# The libraries' cache is renewed by dpkg's trigger. CPack would add scripts that call ldconfig, but
-# for those that are named here; it warns that they don't exist, and goes on without.
-set( library_control ${PROJECT_SOURCE_DIR}/packaging/triggers
-     ${PROJECT_SOURCE_DIR}/packaging/none/postinst ${PROJECT_SOURCE_DIR}/packaging/none/postrm )
-set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_CONTROL_EXTRA ${library_control} )
+set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR1_PACKAGE_DEPENDS "libc6 (>= 2.36), ${on_site}" )
+libraryControl( libvorntunnelkelvar1
+   "libVornTunnelKelvar 1 libvorntunnelkelvar1 (>= ${PROJECT_VERSION})" )
 
 vornPackage( libvorntunnelkelvar-dev libdevel
 "typed views over packet processor table entries (development)"
@@ -69,7 +95,38 @@ vornPackage( libvorntunnelkelvar-dev libdevel
 This package has the headers, the CMake package VornTunnelKelvar and the
 pkg-config file." )
 set( CPACK_DEBIAN_LIBVORNTUNNELKELVAR-DEV_PACKAGE_DEPENDS
-     "libvorntunnelkelvar1 (= ${package_version})" )
+     "libvorntunnelkelvar1 (= ${package_version}), ${on_site_dev}" )
+
+# The libraries of a site's own packages take the place of these, and programs notice nothing.
+set( about_standins
+"Stand-ins for the platform libraries libKelvar, libHwVornFennTypes and libOru
+that libVornTunnelKelvar stands on, for a machine without a site's own: base
+classes and bit buffers, chip types, strings, traces and assertions." )
+vornPackage( vorn-platform-stand-ins libs "stand-ins for a site's platform libraries"
+"${about_standins}
+
+This package has the shared libraries. It gives way to a site's own packages
+${site_packages}." )
+vornPackage( vorn-platform-stand-ins-dev libdevel
+"stand-ins for a site's platform libraries (development)"
+"${about_standins}
+
+This package has the headers and a part of the CMake package VornTunnelKelvar.
+It gives way to a site's own packages
+${site_dev_packages}." )
+set( had_files "libvorntunnelkelvar1 (<< 1.1.0)" ) # as long as these were in them
+set( had_dev_files "libvorntunnelkelvar-dev (<< 1.1.0)" )
+foreach( relation PROVIDES CONFLICTS REPLACES )
+   set( CPACK_DEBIAN_VORN-PLATFORM-STAND-INS_PACKAGE_${relation} "${site_packages}" )
+   set( CPACK_DEBIAN_VORN-PLATFORM-STAND-INS-DEV_PACKAGE_${relation} "${site_dev_packages}" )
+endforeach()
+string( APPEND CPACK_DEBIAN_VORN-PLATFORM-STAND-INS_PACKAGE_REPLACES ", ${had_files}" )
+string( APPEND CPACK_DEBIAN_VORN-PLATFORM-STAND-INS-DEV_PACKAGE_REPLACES ", ${had_dev_files}" )
+set( CPACK_DEBIAN_VORN-PLATFORM-STAND-INS_PACKAGE_BREAKS "${had_files}" )
+set( CPACK_DEBIAN_VORN-PLATFORM-STAND-INS-DEV_PACKAGE_BREAKS "${had_dev_files}" )
+libraryControl( vorn-platform-stand-ins ${standins_shlibs} )
+set( CPACK_DEBIAN_VORN-PLATFORM-STAND-INS-DEV_PACKAGE_DEPENDS
+     "vorn-platform-stand-ins (= ${package_version})" )
 
 vornPackage( libvorncodec1 libs "packet processor table entries by name at run time"
 "${about}
@@ -77,8 +134,8 @@ vornPackage( libvorncodec1 libs "packet processor table entries by name at run t
 This package has the library for programs that know tables and fields by name
 alone: it reports bad input rather than ending the program, and decodes and
 encodes many images at once." )
-set( CPACK_DEBIAN_LIBVORNCODEC1_PACKAGE_DEPENDS "libvorntunnelkelvar1 (>= ${PROJECT_VERSION})" )
-set( CPACK_DEBIAN_LIBVORNCODEC1_PACKAGE_CONTROL_EXTRA ${library_control} )
+set( CPACK_DEBIAN_LIBVORNCODEC1_PACKAGE_DEPENDS "libvorntunnelkelvar1 (>= ${PROJECT_VERSION}), ${on_HwVornFennTypes}" )
+libraryControl( libvorncodec1 "libVornCodec 1 libvorncodec1 (>= ${PROJECT_VERSION})" )
 
 vornPackage( libvorncodec-dev libdevel
 "packet processor table entries by name at run time (development)"
@@ -93,8 +150,9 @@ set( CPACK_DEBIAN_LIBVORNCODEC-DEV_PACKAGE_DEPENDS
 vornPackage( vorn utils "composes and decodes packet processor table entries"
 "Lists tables and their layouts, turns fields into entry images with their
 addresses and entry images into fields, one by one or as JSON lines." )
-set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS
-     "libvorntunnelkelvar1 (>= ${PROJECT_VERSION}), libvorncodec1 (>= ${PROJECT_VERSION})" )
+set( CPACK_DEBIAN_VORN_PACKAGE_DEPENDS "libvorntunnelkelvar1 (>= ${PROJECT_VERSION})"
+     "libvorncodec1 (>= ${PROJECT_VERSION})" ${on_Oru} )
+list( JOIN CPACK_DEBIAN_VORN_PACKAGE_DEPENDS ", " CPACK_DEBIAN_VORN_PACKAGE_DEPENDS )
 
 if( TARGET VornPython )
    vornPackage( python3-vorn python "packet processor table entries in Python"
@@ -102,6 +160,8 @@ if( TARGET VornPython )
 dictionary, many as NumPy arrays, pandas data frames or Arrow streams." )
    set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_DEPENDS "${python_depends}" )
    set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_RECOMMENDS python3-pandas )
+   set( CPACK_DEBIAN_PYTHON3-VORN_PACKAGE_CONTROL_EXTRA
+        ${PROJECT_SOURCE_DIR}/packaging/python/postinst ${PROJECT_SOURCE_DIR}/packaging/python/prerm )
 endif()
 
 if( TARGET vornsqlite )
@@ -115,9 +175,9 @@ endif()
 
 include( CPack )
 cpack_add_component( library GROUP libvorntunnelkelvar1 )
-cpack_add_component( platform GROUP libvorntunnelkelvar1 )
+cpack_add_component( platform GROUP vorn-platform-stand-ins )
 cpack_add_component( development GROUP libvorntunnelkelvar-dev )
-cpack_add_component( platformDevelopment GROUP libvorntunnelkelvar-dev )
+cpack_add_component( platformDevelopment GROUP vorn-platform-stand-ins-dev )
 cpack_add_component( codec GROUP libvorncodec1 )
 cpack_add_component( codecDevelopment GROUP libvorncodec-dev )
 cpack_add_component( vorn GROUP vorn )

@@ -26,8 +26,8 @@ if( EXISTS ${CPACK_TEMPORARY_DIRECTORY}/vorn-sqlite )
    set( sqlite vorn-sqlite )
    document( vorn-sqlite "" ${source}/docs/sql.md )
 endif()
-foreach( package libvorntunnelkelvar1 libvorntunnelkelvar-dev libvorncodec1 libvorncodec-dev vorn
-         ${python} ${sqlite} )
+foreach( package libvorntunnelkelvar1 libvorntunnelkelvar-dev libvorncodec1 libvorncodec-dev
+                 vorn-platform-stand-ins vorn-platform-stand-ins-dev vorn ${python} ${sqlite} )
    document( ${package} "" ${source}/LICENSE ${CPACK_TEMPORARY_DIRECTORY}/changelog
              ${source}/CHANGELOG.md )
    set( share ${CPACK_TEMPORARY_DIRECTORY}/${package}/usr/share )
@@ -48,3 +48,8 @@ document( vorn examples ${entries} )
 document( libvorntunnelkelvar-dev examples ${source}/examples/logicalInterface.cpp )
 document( libvorntunnelkelvar-dev "" ${source}/docs/guide.md ${source}/docs/gdb.md )
 document( libvorncodec-dev examples ${source}/examples/codec.cpp )
+
+set( overrides ${CPACK_TEMPORARY_DIRECTORY}/vorn-platform-stand-ins/usr/share/lintian/overrides )
+file( COPY ${source}/packaging/vorn-platform-stand-ins.overrides DESTINATION ${overrides}
+      FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ )
+file( RENAME ${overrides}/vorn-platform-stand-ins.overrides ${overrides}/vorn-platform-stand-ins )

@@ -1,26 +1,29 @@
 #!/bin/sh
 # Builds the Debian packages and checks them: each installed file is in one of them, lintian has
-# nothing to say, on a clean Debian 12 vorn runs and a consumer builds, nothing stays behind when
-# they go, and a second build yields the same bytes. For root; the clean system is fetched once and
-# kept in build/clean-root.tar.
+# nothing to say, on a clean Debian 12 vorn runs, Python imports the package and a consumer builds,
+# with the stand-ins of the platform and with a site's own packages in their place, nothing stays
+# behind when they go, and a second build yields the same bytes. For root; the clean system is
+# fetched once and kept in build/clean-root-*.tar.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 [ "$(id -u)" -eq 0 ] || { echo "$0 makes a root for chroot, which needs root" >&2; exit 1; }
-needPackages debootstrap lintian
+needPackages debootstrap lintian g++ dpkg-dev
 
 build=${VORN_PACKAGES_BUILD:-build/packages}
-cleanRoot=${VORN_CLEAN_ROOT:-build/clean-root.tar}
 consumerTools='g++ cmake ninja-build pkg-config'
+pythonTools='python3 python3-numpy'
+cleanRoot=${VORN_CLEAN_ROOT:-build/clean-root-$(echo $consumerTools $pythonTools | tr -d ' +-').tar}
 
 fail() {
    echo "$0: $*" >&2
    exit 1
 }
 
-# inside <command>...: runs it in the clean root.
+# inside <command>...: runs it in the clean root, which knows nothing of the environment here.
 inside() {
-   unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root" "$@"
+   unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root" \
+      env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root DEBIAN_FRONTEND=noninteractive "$@"
 }
 
 scripts/make-packages.sh >&2
@@ -36,7 +39,7 @@ for package in "$build"/*.deb; do
 done
 (cd "$work/installed" && find . ! -type d | sort) >"$work/installed.txt"
 (cd "$work/packed" && find . ! -type d -printf '%P\n') | sed 's|[^/]*|.|' | sort >"$work/packed.txt"
-grep -v '^./usr/share/doc/' "$work/packed.txt" |
+grep -v '^./usr/share/\(doc\|lintian\)/' "$work/packed.txt" |
    sed 's|\(/man/.*\)\.gz$|\1|; s|/zsh/vendor-completions/|/zsh/site-functions/|' |
    diff "$work/installed.txt" - || fail "the packages don't hold what is installed"
 echo "$(wc -l <"$work/packed.txt") files"
@@ -49,7 +52,8 @@ lintian --allow-root --fail-on error,warning --suppress-tags initial-upload-clos
 echo "== on a clean system"
 if [ ! -f "$cleanRoot" ]; then
    debootstrap --variant=minbase bookworm "$root" >"$work/log" || { cat "$work/log"; exit 1; }
-   inside apt-get -qq install --download-only --no-install-recommends $consumerTools >"$work/log"
+   inside apt-get -qq install --download-only --no-install-recommends $consumerTools $pythonTools \
+      >"$work/log"
    tar -C "$root" -cf "$cleanRoot.part" .
    mv "$cleanRoot.part" "$cleanRoot"
    rm -rf "$root"
@@ -59,35 +63,101 @@ tar -C "$root" -xpf "$cleanRoot"
 mkdir "$root/packages"
 cp "$build"/*.deb "$root/packages"
 
-inside sh -c 'dpkg --install /packages/lib*1_*.deb /packages/vorn_*.deb' >"$work/log"
+# aptInside <argument>...: installs packages, and is quiet unless that fails.
+aptInside() {
+   inside apt-get -qq install --no-install-recommends "$@" >"$work/log" 2>&1 ||
+      { cat "$work/log"; exit 1; }
+}
+
 "$build/tools/vorn/vorn" program examples/entries.jsonl >"$work/here.txt"
-inside vorn program /usr/share/doc/vorn/examples/entries.jsonl | diff "$work/here.txt" - ||
-   fail "vorn prints other entries there"
-echo "vorn: $(wc -l <"$work/here.txt") entries as here"
+# entriesAsHere <standard error>: that vorn programs the entries of the example, and says no more.
+entriesAsHere() {
+   inside vorn program /usr/share/doc/vorn/examples/entries.jsonl >"$work/there.txt" 2>"$work/said"
+   diff "$work/here.txt" "$work/there.txt" || fail "vorn prints other entries there"
+   [ "$(sort -u "$work/said")" = "$1" ] || fail "vorn says \"$(cat "$work/said")\", not \"$1\""
+   echo "vorn: $(wc -l <"$work/here.txt") entries as here"
+}
 
-inside sh -ec "apt-get -qq install --no-download --no-install-recommends $consumerTools
-   dpkg --install /packages/lib*-dev_*.deb" >"$work/log" 2>&1 ||
-   { cat "$work/log"; exit 1; }
-cp -R tests/install/consumer "$root/consumer"
-cp examples/codec.cpp examples/codec.txt "$root/consumer"
-inside sh -ec '
-   cd /consumer
-   cmake -G Ninja -B build -DCODEC_PROGRAM=codec.cpp >log
-   cmake --build build >log
-   build/consumer >by-cmake.txt
-   build/codecConsumer | diff codec.txt -
-   g++ -std=c++17 consumer.cpp -o by-pkg-config $(pkg-config --cflags --libs VornTunnelKelvar)
-   ./by-pkg-config >by-pkg-config.txt
-   g++ -std=c++20 codec.cpp -o codec-by-pkg-config $(pkg-config --cflags --libs VornCodec)
-   ./codec-by-pkg-config | diff codec.txt -'
-for way in by-cmake by-pkg-config; do
-   diff tests/install/consumer/expected.txt "$root/consumer/$way.txt" || fail "the consumer fails"
-   echo "a consumer, $way: $(cat "$root/consumer/$way.txt")"
+# consumerBuilds: that a program is built there against what is installed, in both ways.
+consumerBuilds() {
+   rm -rf "$root/consumer"
+   cp -R tests/install/consumer "$root/consumer"
+   cp examples/codec.cpp examples/codec.txt "$root/consumer"
+   inside sh -ec '
+      cd /consumer
+      cmake -G Ninja -B build -DCODEC_PROGRAM=codec.cpp >log
+      cmake --build build >log
+      build/consumer >by-cmake.txt
+      build/codecConsumer | diff codec.txt -
+      g++ -std=c++17 consumer.cpp -o by-pkg-config $(pkg-config --cflags --libs VornTunnelKelvar)
+      ./by-pkg-config >by-pkg-config.txt
+      g++ -std=c++20 codec.cpp -o codec-by-pkg-config $(pkg-config --cflags --libs VornCodec)
+      ./codec-by-pkg-config | diff codec.txt -' 2>"$work/said" || { cat "$work/said"; exit 1; }
+   for way in by-cmake by-pkg-config; do
+      diff tests/install/consumer/expected.txt "$root/consumer/$way.txt" ||
+         fail "the consumer fails"
+      echo "a consumer, $way: $(cat "$root/consumer/$way.txt")"
+   done
+}
+
+inside sh -c 'dpkg --install /packages/lib*[a-z]1_*.deb /packages/vorn-platform-stand-ins_*.deb \
+   /packages/vorn_*.deb' >"$work/log"
+entriesAsHere ''
+aptInside --no-download $consumerTools
+inside sh -c 'dpkg --install /packages/*-dev_*.deb' >"$work/log"
+consumerBuilds
+
+echo "== Python there"
+aptInside --no-download $pythonTools
+inside sh -c 'dpkg --install /packages/python3-vorn_*.deb' >"$work/log"
+module=usr/lib/python3/dist-packages/vorn
+ls "$root/$module/__pycache__/"__init__.*.pyc >"$work/log" || fail "python3-vorn isn't compiled"
+inside /usr/bin/python3 -c '
+import vorn
+print(vorn.__file__)
+lif = vorn.Layout("LifTable", "BCM88690_B0")
+print(lif.decode(bytes.fromhex("a00f") + bytes(78), fields=["vsi"]))
+print(lif.decode_batch(bytes.fromhex("a00f") + bytes(78), fields=["vsi"])["vsi"])' >"$work/said"
+printf '%s\n' "/$module/__init__.py" "{'vsi': 2000}" '[2000]' | diff - "$work/said" ||
+   fail "python3-vorn decodes something else"
+echo "python3-vorn: vsi $(tail -n 1 "$work/said")"
+
+# Three libraries with a mark, in packages that say nothing of the stand-ins.
+echo "== with a site's platform instead"
+triplet=$(dpkg-architecture -qDEB_HOST_MULTIARCH)
+architecture=$(dpkg --print-architecture)
+printf '%s\n' '#include <cstdio>' \
+   '__attribute__(( constructor )) static void mark() { std::fputs( "the site'\''s\n", stderr ); }' \
+   >"$work/mark.cpp"
+for library in Kelvar HwVornFennTypes Oru; do
+   folder=$(echo $library | tr '[:upper:]' '[:lower:]')
+   run=$work/site/lib${folder}1
+   dev=$work/site/lib$folder-dev
+   mkdir -p "$run/DEBIAN" "$run/usr/lib/$triplet" "$dev/DEBIAN" "$dev/usr/lib/$triplet"
+   cp -R platform/$folder/include "$dev/usr/include"
+   ln -s lib$library.so.1 "$dev/usr/lib/$triplet/lib$library.so"
+   g++ -shared -fPIC -O1 -std=c++20 -fvisibility=hidden -Wl,-soname,lib$library.so.1 \
+      -Iplatform/kelvar/include -Iplatform/hwvornfenntypes/include -Iplatform/oru/include \
+      -Wl,--version-script=platform/Platform.map platform/$folder/src/*.cpp "$work/mark.cpp" \
+      -o "$run/usr/lib/$triplet/lib$library.so.1"
+   for package in "$run" "$dev"; do
+      printf '%s\n' "Package: $(basename "$package")" 'Version: 7-1' \
+         "Architecture: $architecture" 'Maintainer: A Site <site@site.example>' \
+         'Description: a site'\''s own platform' >"$package/DEBIAN/control"
+      dpkg-deb --build --root-owner-group "$package" "$root/packages" >"$work/log"
+   done
 done
+siteLibraries='libkelvar1 libhwvornfenntypes1 liboru1'
+siteHeaders='libkelvar-dev libhwvornfenntypes-dev liboru-dev'
+aptInside $(for name in $siteLibraries $siteHeaders; do echo "/packages/${name}_7-1_$architecture.deb"; done)
+! inside dpkg-query --show --showformat '${db:Status-Abbrev}\n' 'vorn-platform-stand-ins*' |
+   grep '^i' || fail "the stand-ins are still there"
+entriesAsHere "the site's"
+consumerBuilds
 
-inside dpkg --purge vorn libvorncodec-dev libvorncodec1 libvorntunnelkelvar-dev \
-   libvorntunnelkelvar1 >"$work/log"
-left=$(cd "$root" && xargs ls -d <"$work/packed.txt" 2>/dev/null || true)
+inside dpkg --purge python3-vorn vorn libvorncodec-dev libvorncodec1 libvorntunnelkelvar-dev \
+   libvorntunnelkelvar1 $siteHeaders $siteLibraries >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+left=$(cd "$root" && xargs ls -d $module <"$work/packed.txt" 2>/dev/null || true)
 [ -z "$left" ] || fail "left behind: $left"
 echo "nothing left behind"
 
