@@ -1,31 +1,7 @@
 // What holds of all classes together, over every name of the registry and every pair of its class.
-#include "support/Assertions.h"
-#include "support/Chips.h"
-
-#include <Hardware/EgressPerPortTable.h>
-#include <Hardware/EpniIsidTable.h>
-#include <Hardware/EsemMgmtReq.h>
-#include <Hardware/EvecEncapTable.h>
-#include <Hardware/EvecFormatTable.h>
-#include <Hardware/EvecMappingTable.h>
-#include <Hardware/EvecTable.h>
-#include <Hardware/FheiIveSizeReg.h>
 #include <Hardware/FieldId.h>
-#include <Hardware/FwdActProfileTable.h>
-#include <Hardware/IngressPpPortToVd.h>
-#include <Hardware/IppePinfoLlr.h>
-#include <Hardware/IsemMgmtReq.h>
-#include <Hardware/IvecTable.h>
-#include <Hardware/IvectTable.h>
-#include <Hardware/LifProfileAttributes.h>
-#include <Hardware/LifTable.h>
-#include <Hardware/OutAcBank.h>
 #include <Hardware/Registry.h>
-#include <Hardware/TcamActionTable.h>
-#include <Hardware/TcamBankIpv4Tt.h>
-#include <Hardware/TcamBankTable.h>
-#include <Hardware/TcamBankTableFormatter.h>
-#include <Hardware/VttInPpPortConfig0.h>
+#include <Hardware/Tables.h>
 
 #include <gtest/gtest.h>
 
@@ -38,9 +14,6 @@
 #include <vector>
 
 namespace {
-
-using Testing::expressionOf;
-using Testing::failureOf;
 
 constexpr Hardware::ChipType chip( unsigned number ) {
    return static_cast<Hardware::ChipType>( number );
@@ -243,155 +216,6 @@ TEST( AllClasses, FieldNameHasOneIdentifierThroughoutAndTheReverse ) {
    for( const auto& row : Hardware::fieldCatalogue() ) {
       ASSERT_EQ( names.count( row.identifier ), 1u ) << row.name;
       EXPECT_EQ( names[row.identifier], row.name );
-   }
-}
-
-TEST( AllClasses, NoneAnswersToAnUnusedIdentifier ) {
-   for( const Pair& pair : pairs() ) {
-      const auto view = pair.view();
-      EXPECT_FALSE( view->isFieldValid( 46 ) ) << pair;
-      EXPECT_FALSE( view->isFieldValid( 0 ) ) << pair;
-      for( const U32 unused :
-           { 1u,   2u,   48u,  49u,  54u,      55u,         56u,        57u,  58u,  59u,
-             76u,  142u, 143u, 152u, 153u,     154u,        157u,       164u, 167u, 178u,
-             226u, 238u, 239u, 240u, 245u,     276u,        280u,       281u, 282u, 283u,
-             289u, 290u, 292u, 318u, 337u,     369u,        370u,       400u, 511u, 512u,
-             515u, 559u, 607u, 863u, 0x10003u, 0x8000015fu, 0xffffffffu } ) {
-         EXPECT_FALSE( view->isFieldValid( unused ) ) << pair << " " << unused;
-      }
-   }
-   // The other operations refuse it.
-   for( const std::string_view name : Hardware::classNames() ) {
-      const auto pair = std::find_if( pairs().begin(), pairs().end(),
-                                      [&]( const Pair& one ) { return one.name == name; } );
-      ASSERT_NE( pair, pairs().end() );
-      const auto view = pair->view();
-      for( const U32 unused : { 0u, 46u, 369u, 0xffffffffu } ) {
-         EXPECT_EQ( expressionOf( [&] { view->fieldWidth( unused ); } ), "false" ) << name;
-         EXPECT_EQ( expressionOf( [&] { view->fieldOffset( unused ); } ), "false" ) << name;
-         EXPECT_EQ( expressionOf( [&] { view->setField64( unused, 0 ); } ), "false" ) << name;
-      }
-   }
-}
-
-TEST( AllClasses, IdentifierOfAnotherClassIsUnknown ) {
-   const auto action = Hardware::stringObj( "TcamActionTable", Hardware::BCM88690_B0, 0 );
-   const auto bank = Hardware::stringObj( "TcamBankTable", Hardware::BCM88690_B0, 0 );
-   EXPECT_TRUE( action->isFieldValid( 3 ) );
-   EXPECT_FALSE( bank->isFieldValid( 3 ) );
-   const auto failure = failureOf( [&] { bank->fieldWidth( 3 ); } );
-   ASSERT_TRUE( failure );
-   EXPECT_EQ( failure->expression, "false" );
-   EXPECT_EQ( failure->function, "virtual U16 Hardware::TcamBankTable::fieldWidth(U32) const" );
-}
-
-TEST( AllClasses, SharedIdentifierAsksForEachClassesOwnWidth ) {
-   const auto widthOf = []( std::string_view name, Hardware::ChipType chipType ) {
-      return Hardware::stringObj( name, chipType, 0 )->fieldWidth( 351 );
-   };
-   EXPECT_EQ( widthOf( "IngressPpPortToVd", Hardware::BCM88690_B0 ), 9 );
-   EXPECT_EQ( widthOf( "EgressPerPortTable", Hardware::BCM88690_B0 ), 9 );
-   EXPECT_EQ( widthOf( "IngressPpPortToVd", Hardware::BCM88850_A0 ), 9 );
-   EXPECT_EQ( widthOf( "EgressPerPortTable", Hardware::BCM88850_A0 ), 11 );
-   EXPECT_EQ( widthOf( "IngressPpPortToVd", Hardware::BCM88480_A0 ), 11 );
-   EXPECT_EQ( widthOf( "EgressPerPortTable", Hardware::BCM88480_A0 ), 11 );
-}
-
-TEST( AllClasses, AnswerToAsManyIdentifiersAsThePairHasFields ) {
-   for( const Pair& pair : pairs() ) {
-      const auto view = pair.view();
-      unsigned present = 0;
-      for( U32 identifier = 0; identifier < 1024; ++identifier ) {
-         present += view->isFieldValid( identifier );
-      }
-      EXPECT_EQ( present, view->fieldCount() ) << pair;
-   }
-}
-
-TEST( AllClasses, ValueTypeIsTheSmallestForTheLargestWidth ) {
-   std::map<std::pair<std::string_view, U32>, unsigned> widths;
-   for( const Pair& pair : pairs() ) {
-      const auto view = pair.view();
-      for( const auto& field : Hardware::classFields( pair.name ) ) {
-         unsigned& width = widths[{ pair.name, field.identifier }];
-         width = std::max<unsigned>( width, view->fieldWidth( field.identifier ) );
-      }
-   }
-   EXPECT_EQ( widths.size(), 415u );
-   for( const std::string_view name : Hardware::classNames() ) {
-      for( const auto& field : Hardware::classFields( name ) ) {
-         const unsigned width = widths[{ name, field.identifier }];
-         EXPECT_NE( width, 0u ) << name << " " << field.name;
-         unsigned bits = 8;
-         while( bits < width ) {
-            bits *= 2;
-         }
-         EXPECT_EQ( field.valueBits, bits ) << name << " " << field.name;
-      }
-   }
-}
-
-TEST( AllClasses, TagFieldsAloneAreReadOnly ) {
-   std::map<std::string_view, std::set<std::string_view>> readOnly;
-   for( const std::string_view name : Hardware::classNames() ) {
-      for( const auto& field : Hardware::classFields( name ) ) {
-         if( field.readOnly ) {
-            EXPECT_EQ( field.valueBits, 8 ) << name << " " << field.name;
-            readOnly[name].insert( field.name );
-         }
-      }
-   }
-   const std::map<std::string_view, std::set<std::string_view>> tags = {
-      { "EpniIsidTable", { "tid", "entryType", "vmv", "resultType" } },
-      { "EsemMgmtReq", { "tid", "entryType", "vmv", "resultType" } },
-      { "IsemMgmtReq", { "tid", "entryType", "vmv" } },
-      { "LifTable", { "resultType" } },
-      { "OutAcBank", { "resultType" } },
-   };
-   EXPECT_EQ( readOnly, tags );
-}
-
-TEST( AllClasses, FieldsLieWithinTheWidth ) {
-   for( const Pair& pair : pairs() ) {
-      const auto view = pair.view();
-      for( const auto& field : Hardware::classFields( pair.name ) ) {
-         if( view->isFieldValid( field.identifier ) ) {
-            EXPECT_LE( view->fieldOffset( field.identifier ) + view->fieldWidth( field.identifier ),
-                       32 * view->width() )
-               << pair << " " << field.name;
-         }
-      }
-   }
-}
-
-TEST( AllClasses, StorageIsThatOfTheWidestChip ) {
-   std::map<std::string_view, unsigned> widest;
-   for( const Pair& pair : pairs() ) {
-      unsigned& width = widest[pair.name];
-      width = std::max<unsigned>( width, pair.view()->width() );
-   }
-   for( const Class& one : classes() ) {
-      EXPECT_EQ( 4 * widest[one.name], one.storageBytes ) << one.name;
-   }
-}
-
-TEST( AllClasses, ServeThirteenChipTypesAndOneOfThemThePseudoChip ) {
-   std::set<unsigned> chipTypes;
-   for( const Pair& pair : pairs() ) {
-      chipTypes.insert( pair.chipType );
-      if( pair.chipType == Hardware::Software ) {
-         EXPECT_EQ( pair.name, "LifTable" );
-      }
-   }
-   std::set<unsigned> stated{ Hardware::Software };
-   stated.insert( std::begin( Testing::olderChips ), std::end( Testing::olderChips ) );
-   stated.insert( std::begin( Testing::newerChips ), std::end( Testing::newerChips ) );
-   EXPECT_EQ( chipTypes, stated );
-}
-
-TEST( AllClasses, OneIsNoTable ) {
-   for( const Pair& pair : pairs() ) {
-      EXPECT_EQ( pair.view()->isTable(), pair.name != "FheiIveSizeReg" ) << pair;
    }
 }
 

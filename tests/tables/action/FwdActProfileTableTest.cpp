@@ -6,8 +6,6 @@
 namespace {
 
 using View = Hardware::FwdActProfileTable;
-using Testing::expressionOf;
-using Testing::failureOf;
 
 Testing::Expectation makeExpectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "FwdActProfileTable" );
@@ -186,51 +184,5 @@ const Testing::Expectation& expectation() {
 }
 
 CONTRACT_TESTS( FwdActProfileTable, expectation() )
-
-TEST( FwdActProfileTable, NewFlagsAreCarvedOutOfReserved ) {
-   struct Row {
-      Hardware::ChipType chip;
-      unsigned offset, width;
-   };
-   for( const Row& row :
-        { Row{ Hardware::BCM88690_B0, 233, 16 }, Row{ Hardware::BCM88690_V6_B0, 233, 16 },
-          Row{ Hardware::BCM88800_A0, 233, 16 }, Row{ Hardware::BCM88850_A0, 240, 9 },
-          Row{ Hardware::BCM88480_A0, 236, 13 }, Row{ Hardware::BCM88480_B0, 236, 13 } } ) {
-      const View::WithStorage view( row.chip, 0 );
-      EXPECT_EQ( view.reservedOffset(), row.offset );
-      EXPECT_EQ( view.reservedLen(), row.width );
-      EXPECT_EQ( row.offset + row.width, 249u );
-      EXPECT_EQ( view.isSnoopCodeClearValid(), row.offset != 233 );
-      EXPECT_EQ( view.isMirrorCodeClearValid(), row.offset != 233 );
-      EXPECT_EQ( view.isStatisticalSamplingCodeClearValid(), row.offset != 233 );
-      EXPECT_EQ( view.isNwkHeaderTruncateSizeClearValid(), row.offset == 240 );
-      EXPECT_EQ( view.isUseOamOffsetValid(), row.offset == 240 );
-      EXPECT_EQ( view.isAdjustOamOffsetValid(), row.offset == 240 );
-      EXPECT_EQ( view.isTcProfileClearValid(), row.offset == 240 );
-   }
-}
-
-TEST( FwdActProfileTable, OneValueIsSpeltInLowerCaseEverywhere ) {
-   View::WithStorage view( Hardware::BCM88690_B0, 0 );
-   view.forwardingLayerAdditionalInfovalueIs( 0xf );
-   EXPECT_EQ( view.stringField( "forwardingLayerAdditionalInfovalue", 0 ), 0xfu );
-   view.stringFieldIs( "forwardingLayerAdditionalInfovalue", 5 );
-   EXPECT_EQ( view.forwardingLayerAdditionalInfovalue(), 5 );
-   EXPECT_TRUE( view.isForwardingLayerAdditionalInfovalueValid() );
-   EXPECT_EQ( expressionOf( [&] { view.forwardingLayerAdditionalInfovalueIs( 0x10 ); } ),
-              "forwardingLayerAdditionalInfovalue <= 0xf" );
-   EXPECT_EQ( expressionOf( [&] { view.stringField( "forwardingLayerAdditionalInfoValue", 0 ); } ),
-              "\"false\" == nullptr" );
-   EXPECT_EQ(
-      expressionOf( [&] { view.stringField( "forwardingLayerAdditionalInfoOverwrite", 0 ); } ),
-      "none" );
-   U8 buffer[36] = {};
-   Testing::Probe<View> probe( Hardware::BCM88690_B0, buffer, U16{ 36 }, false, U8{ 0 } );
-   probe.pairIs( 8, 0 );
-   const auto failure = failureOf( [&] { probe.forwardingLayerAdditionalInfovalueLen(); } );
-   ASSERT_TRUE( failure );
-   EXPECT_EQ( failure->message,
-              "BCM88680_A0 does not have field FORWARDING_LAYER_ADDITIONAL_INFOVALUE" );
-}
 
 } // namespace

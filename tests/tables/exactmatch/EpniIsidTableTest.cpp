@@ -1,5 +1,4 @@
 // EpniIsidTable: one ISID in a word without variants, or two tagged formats of a request.
-#include "support/Addresses.h"
 #include "support/Chips.h"
 #include "support/Contract.h"
 
@@ -9,7 +8,6 @@
 namespace {
 
 using View = Hardware::EpniIsidTable;
-using Testing::Address;
 using Testing::Bits;
 using Testing::expressionOf;
 using Testing::Image;
@@ -154,24 +152,6 @@ TEST( EpniIsidTable, TagInsideTheEntryIsNotSafe ) {
          EXPECT_EQ( view.vmv(), variant == 0 ? 1 : 3 );
          EXPECT_EQ( view.resultType(), chipType == 14 ? 0x7f : 0x3f );
       }
-   }
-}
-
-TEST( EpniIsidTable, AddressOfSixteenBitsIsCutSilently ) {
-   for( const unsigned chipType : { 15u, 16u } ) {
-      View::WithStorage view( chip( chipType ), 0 );
-      view.addressIs( 0xffff2345 );
-      EXPECT_EQ( view.address(), 0x2345u );
-      view.setField64( 27, 0x1abcd );
-      EXPECT_EQ( view.address(), 0xabcdu );
-      EXPECT_EQ( view.entryType(), 0 );
-      EXPECT_EQ( view.tid(), 4 );
-   }
-   for( const unsigned chipType : { 10u, 12u, 13u, 14u } ) {
-      View::WithStorage view( chip( chipType ), 0 );
-      view.addressIs( 0x12345 );
-      EXPECT_EQ( view.address(), 0x12345u );
-      EXPECT_EQ( expressionOf( [&] { view.addressIs( 0x20000 ); } ), "address <= 0x1ffff" );
    }
 }
 

@@ -1,5 +1,4 @@
 // LifProfileAttributes: one field of two bits in 256 entries, on some chip types in two instances.
-#include "support/Addresses.h"
 #include "support/Contract.h"
 
 #include <Hardware/LifProfileAttributes.h>
@@ -7,7 +6,6 @@
 namespace {
 
 using View = Hardware::LifProfileAttributes;
-using Testing::Address;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "LifProfileAttributes" );
@@ -35,21 +33,5 @@ Testing::Expectation expectation() {
 }
 
 CONTRACT_TESTS( LifProfileAttributes, expectation() )
-
-Hardware::ChipType chip( unsigned chipType ) { return static_cast<Hardware::ChipType>( chipType ); }
-
-Address addressOf( unsigned chipType, unsigned identifier, U32 tableEntry ) {
-   return Testing::addressOf<View>( chip( chipType ), 0, identifier, tableEntry );
-}
-
-TEST( LifProfileAttributes, IdentifierChoosesTheInstanceAlone ) {
-   EXPECT_EQ( addressOf( 10, 0, 255 ), ( Address{ 0x8200ff, 18, 2 } ) );
-   EXPECT_EQ( addressOf( 10, 1, 255 ), ( Address{ 0x8200ff, 0, 10 } ) );
-   EXPECT_EQ( addressOf( 12, 1, 0 ), ( Address{ 0x820000, 0, 10 } ) );
-   EXPECT_EQ( addressOf( 14, 0, 3 ), ( Address{ 0x820003, 2, 14 } ) );
-   EXPECT_EQ( addressOf( 14, 1, 3 ), ( Address{ 0x820003, 2, 26 } ) );
-   EXPECT_EQ( addressOf( 13, 0, 255 ), ( Address{ 0x8200ff, 6, 10 } ) );
-   EXPECT_EQ( addressOf( 16, 0, 255 ), ( Address{ 0x8200ff, 24, 12 } ) );
-}
 
 } // namespace

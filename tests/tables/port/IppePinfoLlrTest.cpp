@@ -3,8 +3,6 @@
 
 #include <Hardware/IppePinfoLlr.h>
 
-#include <algorithm>
-
 namespace {
 
 using View = Hardware::IppePinfoLlr;
@@ -41,22 +39,5 @@ Testing::Expectation expectation() {
 }
 
 CONTRACT_TESTS( IppePinfoLlr, expectation() )
-
-TEST( IppePinfoLlr, SettersLeaveTheBitsBetweenTheFieldsAsTheyWere ) {
-   for( const U8 pattern : { U8{ 0 }, U8{ 0xff }, U8{ 0xa5 } } ) {
-      U8 buffer[12];
-      std::fill( std::begin( buffer ), std::end( buffer ), pattern );
-      View view( Hardware::BCM88690_B0, buffer, 12, false, 0 );
-      view.ignoreIncomingVidIs( 0 );
-      view.ignoreIncomingVidIs( 1 );
-      view.vlanClassificationProfileIs( 0 );
-      view.vlanClassificationProfileIs( 9 );
-      EXPECT_EQ( buffer[0], ( pattern & 0xf0 ) | 9 );
-      EXPECT_EQ( buffer[1], pattern );
-      EXPECT_EQ( buffer[2], pattern | 0x20 );
-      EXPECT_TRUE(
-         std::all_of( buffer + 3, buffer + 12, [pattern]( U8 byte ) { return byte == pattern; } ) );
-   }
-}
 
 } // namespace

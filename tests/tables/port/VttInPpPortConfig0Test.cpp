@@ -41,20 +41,4 @@ Testing::Expectation expectation() {
 
 CONTRACT_TESTS( VttInPpPortConfig0, expectation() )
 
-// A wider port number moves the other two fields up and leaves their widths alone.
-TEST( VttInPpPortConfig0, PortNumberPushesTheOthersOneBitUp ) {
-   const View::WithStorage ten( Hardware::BCM88690_B0, 0 );
-   const View::WithStorage fifteen( Hardware::BCM88480_A0, 0 );
-   EXPECT_EQ( ten.mappedPpPortLen(), 9 );
-   EXPECT_EQ( fifteen.mappedPpPortLen(), 10 );
-   EXPECT_EQ( ten.portKeyGenVarOffset(), 9 );
-   EXPECT_EQ( fifteen.portKeyGenVarOffset(), 10 );
-   EXPECT_EQ( ten.defaultPortLifOffset(), 41 );
-   EXPECT_EQ( fifteen.defaultPortLifOffset(), 42 );
-   EXPECT_EQ( ten.portKeyGenVarLen(), 32 );
-   EXPECT_EQ( fifteen.portKeyGenVarLen(), 32 );
-   EXPECT_EQ( ten.defaultPortLifLen(), 20 );
-   EXPECT_EQ( fifteen.defaultPortLifLen(), 20 );
-}
-
 } // namespace

@@ -7,7 +7,6 @@ namespace {
 
 using View = Hardware::TcamActionTable;
 using Testing::expressionOf;
-using Testing::failureOf;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "TcamActionTable" );
@@ -58,38 +57,6 @@ TEST( TcamActionTable, BoundFollowsTheWidthOfTheChip ) {
    View::WithStorage ten( Hardware::BCM88690_B0, 0 );
    ten.actionIs( 0xffffffff );
    EXPECT_EQ( ten.action(), 0xffffffffu );
-}
-
-TEST( TcamActionTable, WritesTheAddressBeforeItRefusesTheIdentifier ) {
-   U32 address = 7;
-   U8 accessType = 8;
-   U8 destBlock = 9;
-   const auto ask = [&]( U8 variant, U16 identifier ) {
-      return View::getSchanAddress( 2, variant, address, accessType, destBlock, identifier, 3, 1 );
-   };
-   EXPECT_FALSE( ask( 1, 0 ) );
-   EXPECT_EQ( address, 7u );
-   EXPECT_EQ( accessType, 8 );
-   EXPECT_EQ( destBlock, 9 );
-   EXPECT_EQ( expressionOf( [&] { ask( 0, 1 ); } ), "identifier <= 0" );
-   EXPECT_EQ( address, 0x1810000u + 1024 + 3 );
-   EXPECT_EQ( accessType, 8 );
-   EXPECT_EQ( destBlock, 9 );
-}
-
-TEST( TcamActionTable, RefusesOtherChips ) {
-   for( const unsigned chipType : { 9u, 21u } ) {
-      const auto failure = failureOf(
-         [&] { View::WithStorage view( static_cast<Hardware::ChipType>( chipType ), 0 ); } );
-      ASSERT_TRUE( failure );
-      EXPECT_EQ( failure->expression, "\"0\" == nullptr" );
-      EXPECT_EQ( failure->function,
-                 "Hardware::TcamActionTable::TcamActionTable(Hardware::ChipType, "
-                 "U8*, U16, bool, U8)" );
-      EXPECT_EQ( failure->message, std::string( "chipType: " ) +
-                                      ( chipType == 9 ? "ChipType(9)" : "Software" ) +
-                                      " variant: 0 not in metainfo for TcamActionTable!" );
-   }
 }
 
 } // namespace

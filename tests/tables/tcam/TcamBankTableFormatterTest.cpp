@@ -1,14 +1,11 @@
 // TcamBankTableFormatter: an IPv6 destination key, laid out in reverse on the late chips.
 #include "support/Contract.h"
 
-#include <Hardware/TcamBankTable.h>
 #include <Hardware/TcamBankTableFormatter.h>
 
 namespace {
 
 using View = Hardware::TcamBankTableFormatter;
-using Testing::expressionOf;
-using Testing::failureOf;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "TcamBankTableFormatter" );
@@ -51,27 +48,5 @@ Testing::Expectation expectation() {
 }
 
 CONTRACT_TESTS( TcamBankTableFormatter, expectation() )
-
-TEST( TcamBankTableFormatter, AddressIsKnownByIdentifierButNotSetByIt ) {
-   View::WithStorage view( Hardware::BCM88690_B0, 0 );
-   EXPECT_TRUE( view.isFieldValid( 188 ) );
-   EXPECT_EQ( view.fieldWidth( 188 ), 128 );
-   EXPECT_EQ( view.fieldOffset( 188 ), 26 );
-   EXPECT_EQ( expressionOf( [&] { view.setField64( 188, 1 ); } ), "false" );
-   const auto failure = failureOf( [&] { view.stringFieldIs( "ipv6Dip", 1 ); } );
-   ASSERT_TRUE( failure );
-   EXPECT_EQ( failure->expression, "false" );
-   EXPECT_FALSE( failure->message );
-
-   Raw128 address{};
-   address.wordIs( 0, 0x0123456789abcdef );
-   address.wordIs( 1, 0x20010db800000042 );
-   view.ipv6DipIs( address );
-   EXPECT_EQ( view.ipv6Dip(), address );
-   EXPECT_EQ( view.stringField( "ipv6Dip", 0 ), 0x0123456789abcdefu );
-   EXPECT_EQ( view.stringField( "ipv6Dip", 1 ), 0x20010db800000042u );
-   EXPECT_EQ( view.ipQualifierAdditionalHeader1St(), 0 );
-   EXPECT_EQ( view.vrf(), 0 );
-}
 
 } // namespace

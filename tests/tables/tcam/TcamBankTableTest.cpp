@@ -55,27 +55,4 @@ Testing::Expectation expectation() {
 
 CONTRACT_TESTS( TcamBankTable, expectation() )
 
-TEST( TcamBankTable, DataIsReadByNameInWordsOf64Bits ) {
-   View::WithStorage ten( Hardware::BCM88690_B0, 0 );
-   Raw512 value{};
-   for( unsigned word = 0; word < 8; ++word ) {
-      value.wordIs( word, 0x1111111111111111u * ( word + 1 ) );
-   }
-   ten.tcamCpuCmdDiIs( value );
-   EXPECT_EQ( ten.stringField( "tcamCpuCmdDi", 0 ), 0x1111111111111111u );
-   EXPECT_EQ( ten.stringField( "tcamCpuCmdDi", 1 ), 0x2222222222222222u );
-   EXPECT_EQ( ten.stringField( "tcamCpuCmdDi", 4 ), 0x5555555555555555u );
-   // 328 bits end eight bits into word 5.
-   EXPECT_EQ( ten.stringField( "tcamCpuCmdDi", 5 ), 0x66u );
-   EXPECT_EQ( ten.stringField( "tcamCpuCmdDi", 6 ), 0u );
-   EXPECT_EQ( ten.stringField( "tcamCpuCmdDi", 7 ), 0u );
-
-   // 164 bits end 36 bits into word 2.
-   View::WithStorage eight( Hardware::BCM88680_A0, 0 );
-   eight.tcamCpuCmdDiIs( value );
-   EXPECT_EQ( eight.stringField( "tcamCpuCmdDi", 1 ), 0x2222222222222222u );
-   EXPECT_EQ( eight.stringField( "tcamCpuCmdDi", 2 ), 0x333333333u );
-   EXPECT_EQ( eight.stringField( "tcamCpuCmdDi", 3 ), 0u );
-}
-
 } // namespace

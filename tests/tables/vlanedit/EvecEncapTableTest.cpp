@@ -1,5 +1,4 @@
 // EvecEncapTable: an egress VLAN edit command in one entry, in two copies of the table.
-#include "support/Addresses.h"
 #include "support/Contract.h"
 
 #include <Hardware/EvecEncapTable.h>
@@ -7,8 +6,6 @@
 namespace {
 
 using View = Hardware::EvecEncapTable;
-using Testing::Address;
-using Testing::addressOf;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "EvecEncapTable" );
@@ -62,14 +59,5 @@ Testing::Expectation expectation() {
 }
 
 CONTRACT_TESTS( EvecEncapTable, expectation() )
-
-TEST( EvecEncapTable, CopiesOfOneBlockAreToldApartByAccessType ) {
-   for( const auto chipType : { Hardware::BCM88480_A0, Hardware::BCM88480_B0 } ) {
-      EXPECT_EQ( addressOf<View>( chipType, 0, 0, 0 ), ( Address{ 0x1b0000, 16, 9 } ) );
-      EXPECT_EQ( addressOf<View>( chipType, 1, 0, 0 ), ( Address{ 0x2720000, 24, 9 } ) );
-   }
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88800_A0, 0, 0, 0 ), ( Address{ 0x1b0000, 2, 9 } ) );
-   EXPECT_EQ( addressOf<View>( Hardware::BCM88800_A0, 1, 0, 0 ), ( Address{ 0x2720000, 8, 4 } ) );
-}
 
 } // namespace

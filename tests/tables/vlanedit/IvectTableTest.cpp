@@ -6,8 +6,6 @@
 namespace {
 
 using View = Hardware::IvectTable;
-using Testing::expressionOf;
-using Testing::failureOf;
 
 Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "IvectTable" );
@@ -81,30 +79,6 @@ TEST( IvectTable, EightSlotsAreOneNumber ) {
    EXPECT_EQ( view.getAllFields(), U64{ 0x01 } | U64{ 0x02 } << 7 | U64{ 0x04 } << 14 |
                                       U64{ 0x08 } << 21 | U64{ 0x10 } << 28 | U64{ 0x20 } << 35 |
                                       U64{ 0x40 } << 42 | U64{ 0x7f } << 49 );
-}
-
-TEST( IvectTable, NoChipHasBothFormats ) {
-   View::WithStorage ten( Hardware::BCM88690_B0, 1 );
-   EXPECT_EQ( expressionOf( [&] { ten.ivec(); } ), "0" );
-   EXPECT_EQ( expressionOf( [&] { ten.ivecIs( 0 ); } ), "0" );
-   EXPECT_EQ( expressionOf( [&] { ten.ivecMask(); } ), "0" );
-   EXPECT_EQ( expressionOf( [&] { ten.ivecOffset(); } ), "0" );
-   EXPECT_FALSE( ten.isIvecValid() );
-   EXPECT_FALSE( ten.isFieldValid( 217 ) );
-   const auto ivecLen = failureOf( [&] { ten.ivecLen(); } );
-   ASSERT_TRUE( ivecLen );
-   EXPECT_EQ( ivecLen->message, "BCM88690_B0 does not have field IVEC" );
-
-   View::WithStorage two( Hardware::BCM88650_B0, 0 );
-   EXPECT_EQ( expressionOf( [&] { two.ivec0(); } ), "0" );
-   EXPECT_EQ( expressionOf( [&] { two.ivec0Is( 0 ); } ), "0" );
-   EXPECT_EQ( expressionOf( [&] { two.ivec0Mask(); } ), "0" );
-   EXPECT_EQ( expressionOf( [&] { two.ivec0Offset(); } ), "0" );
-   EXPECT_FALSE( two.isIvec0Valid() );
-   EXPECT_FALSE( two.isFieldValid( 218 ) );
-   const auto ivec0Len = failureOf( [&] { two.ivec0Len(); } );
-   ASSERT_TRUE( ivec0Len );
-   EXPECT_EQ( ivec0Len->message, "BCM88650_B0 does not have field IVEC_0" );
 }
 
 } // namespace
