@@ -14,7 +14,7 @@ case $("$compiler" --version) in
 esac
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-sed -n 's|^ *// refused: ||p' "$source" | sort >"$folder/expected"
+sed -n 's|^ *// refused: ||p' "$source" "${source%/*}/Flaws.inc" | sort >"$folder/expected"
 [ -s "$folder/expected" ] || { echo "nothing to refuse"; exit 1; }
 if "$compiler" -std=c++20 -fsyntax-only $options $includes "$source" 2>"$folder/messages"; then
    echo "nothing is refused"

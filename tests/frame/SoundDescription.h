@@ -31,6 +31,38 @@ inline constexpr auto soundAddresses =
    addresses( { { chips( 2, 3 ), variants( 0, 1 ), 0x100, 1, 0, { { 1, 2 }, { 3, 4 } } } } );
 inline constexpr auto soundTags = tags( { { chips( 2, 3 ), variants( 0, 1 ), { { tag, 15 } } } } );
 
+// What is found in a description, by default with the sound declarations.
+template<std::size_t Fields = 3>
+constexpr Finding findingOf( const auto& description,
+                             const Declaration ( &fields )[Fields] = declarations,
+                             unsigned bytes = storage ) {
+   return compile( description, fields, bytes ).finding;
+}
+
+// The same of the sound description with one other part.
+constexpr Finding ofLayout( const auto& other ) {
+   return findingOf( describe( other, soundDimensions, soundCounts, soundAddresses, soundTags ) );
+}
+constexpr Finding ofDimensions( const auto& other ) {
+   return findingOf( describe( soundLayout, other, soundCounts, soundAddresses, soundTags ) );
+}
+constexpr Finding ofCounts( const auto& other ) {
+   return findingOf( describe( soundLayout, soundDimensions, other, soundAddresses, soundTags ) );
+}
+constexpr Finding ofAddresses( const auto& other ) {
+   return findingOf( describe( soundLayout, soundDimensions, soundCounts, other, soundTags ) );
+}
+constexpr Finding ofTags( const auto& other ) {
+   return findingOf( describe( soundLayout, soundDimensions, soundCounts, soundAddresses, other ) );
+}
+constexpr Finding ofDeclarations( const Declaration ( &other )[3], unsigned bytes = storage ) {
+   return findingOf(
+      describe( soundLayout, soundDimensions, soundCounts, soundAddresses, soundTags ), other,
+      bytes );
+}
+
+inline constexpr auto both = variants( 0, 1 );
+
 // Two chip types with 31 variants each and one more, each of which has the field elsewhere.
 inline constexpr auto manyLayouts = [] {
    Placements<64> placements{};
