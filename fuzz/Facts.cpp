@@ -12,7 +12,7 @@ Pair pairOf( const Class& asked, Facts::Key key, const Hardware::PairInfo& info 
    Pair pair{ info, {}, {}, {}, {}, 0, 0 };
    std::vector<U8> zeros( asked.storageBytes, 0 );
    std::vector<U8> ones( asked.storageBytes, 0xff );
-   const auto len = static_cast<U16>( asked.storageBytes );
+   const auto len = asked.storageBytes;
    const auto view = asked.make( chipType, zeros.data(), len, false, key.second );
    const auto other = asked.make( chipType, ones.data(), len, false, key.second );
    for( const Field& field : asked.fields ) {

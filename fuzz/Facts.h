@@ -1,7 +1,7 @@
 // What the public queries say of all pairs of a class, asked once before the fuzzing begins.
 #pragma once
 
-#include "Classes.h"
+#include "support/EveryClass.h"
 
 #include <Hardware/Registry.h>
 
@@ -12,6 +12,11 @@
 #include <vector>
 
 namespace Fuzz {
+
+using Class = Testing::ClassAccessors;
+using Field = Testing::FieldAccessors;
+using Testing::Bits;
+using View = Kelvar::AsicBase;
 
 struct Place {
    unsigned offset = 0;

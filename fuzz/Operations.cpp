@@ -24,6 +24,7 @@ namespace Fuzz {
 namespace {
 
 using Testing::AssertionFailure;
+using Testing::hexOf;
 using Testing::lowOnes;
 
 // A refusal by a message assertion.
@@ -32,12 +33,6 @@ std::string quoted( const std::string& expression ) { return '"' + expression + 
 std::string nameOf( U8 chipType ) {
    std::ostringstream out;
    out << static_cast<Hardware::ChipType>( chipType );
-   return out.str();
-}
-
-std::string hexOf( const Bits& bits ) {
-   std::ostringstream out;
-   out << "0x" << std::hex << Testing::fromBits<U64>( bits );
    return out.str();
 }
 
@@ -56,7 +51,8 @@ struct Subject {
 };
 
 const std::vector<Subject>& subjects() {
-   static const std::vector<Subject> subjects( classes().begin(), classes().end() );
+   static const std::vector<Subject> subjects( Testing::everyClass().begin(),
+                                               Testing::everyClass().end() );
    return subjects;
 }
 
@@ -388,7 +384,7 @@ private:
    // Choices.
 
    U16 someLength() {
-      const auto bytes = static_cast<U16>( subject_.of.storageBytes );
+      const U16 bytes = subject_.of.storageBytes;
       return input_.ConsumeBool() ? bytes
                                   : input_.ConsumeIntegralInRange<U16>( 0, U16( bytes + 9 ) );
    }

@@ -10,7 +10,6 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
-#include <sstream>
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -101,15 +100,6 @@ Outcome outcomeOf( const std::function<void( Vorn::Output& )>& part, std::string
 
 Outcome encoded( const Vorn::EncodeArguments& arguments ) {
    return outcomeOf( [&]( Vorn::Output& output ) { output.write( Vorn::encode( arguments ) ); } );
-}
-
-std::vector<std::string> linesOf( const std::string& text ) {
-   std::vector<std::string> lines;
-   std::istringstream in( text );
-   for( std::string line; std::getline( in, line ); ) {
-      lines.push_back( line );
-   }
-   return lines;
 }
 
 std::vector<std::string> linesPrinted( const std::string& text ) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/Bits.h"
+#include "support/Lines.h"
 
 #include <Io.h>
 #include <Vorn/Layout.h>
@@ -35,8 +36,9 @@ Outcome outcomeOf( const std::function<void( Vorn::Output& )>& part, std::string
 // The outcome of `vorn encode`.
 Outcome encoded( const Vorn::EncodeArguments& arguments );
 
-// The lines of a text, without their ends. One that is printed has to end in a line's end.
-std::vector<std::string> linesOf( const std::string& text );
+using Testing::linesOf;
+
+// The lines of what is printed, each of which has to have an end.
 std::vector<std::string> linesPrinted( const std::string& text );
 
 // The objects that lines of JSON write. What is no JSON throws.

@@ -13,20 +13,19 @@
 
 #include <string>
 #include <tuple>
+#include <type_traits>
 
 namespace Bench {
-
-enum class Kind { narrow, wide, tag };
 
 struct NoSetter {};
 
 // `NoSetter{}` stands for the setters of a tag field.
-template<Kind kind_, class Value_, U32 identifier_, auto get_, auto set_, auto len_, auto offset_,
+template<class Value_, U32 identifier_, auto get_, auto set_, auto len_, auto offset_,
          auto floorGet_, auto floorSet_>
 struct Field {
    using Value = Value_;
-   static constexpr bool settable = kind_ != Kind::tag;
-   static constexpr bool wide = kind_ == Kind::wide;
+   static constexpr bool settable = !std::is_same_v<const decltype( floorSet_ ), const NoSetter>;
+   static constexpr bool wide = !std::is_integral_v<Value>;
    static constexpr U32 identifier = identifier_;
    static constexpr auto get = get_;
    static constexpr auto set = set_;
@@ -78,14 +77,13 @@ namespace Floor {
          static constexpr unsigned variant = variant_;                                             \
          static std::string name() { return #View_ "(" #chipType_ "," #variant_ ")"; }             \
          using Fields = std::tuple <
-#define PAIR_FIELD( kind, Type, name, set, floorSet )                                              \
-   Bench::Field<Bench::Kind::kind, Type, Hardware::FieldId::name, &View::name, set,                \
-                &View::name##Len, &View::name##Offset, &name, floorSet>,
-#define FIELD( Type, name, offset, width )                                                         \
-   PAIR_FIELD( narrow, Type, name, &View::name##Is, &name##Is )
-#define WIDE( Type, name, offset, width ) PAIR_FIELD( wide, Type, name, &View::name##Is, &name##Is )
+#define PAIR_FIELD( Type, name, set, floorSet )                                                    \
+   Bench::Field<Type, Hardware::FieldId::name, &View::name, set, &View::name##Len,                 \
+                &View::name##Offset, &name, floorSet>,
+#define FIELD( Type, name, offset, width ) PAIR_FIELD( Type, name, &View::name##Is, &name##Is )
+#define WIDE( Type, name, offset, width ) FIELD( Type, name, offset, width )
 #define TAG( Type, name, offset, width )                                                           \
-   PAIR_FIELD( tag, Type, name, Bench::NoSetter{}, Bench::NoSetter{} )
+   PAIR_FIELD( Type, name, Bench::NoSetter{}, Bench::NoSetter{} )
 #define END_PAIR                                                                                   \
    Bench::End > ;                                                                                  \
    static constexpr auto& names = fieldNames;                                                      \

@@ -1,6 +1,8 @@
 // Compares a pair through At with the class's view.
 #include "at/Walk.h"
 
+#include <Hardware/Registry.h>
+
 #include <random>
 
 namespace Testing {
@@ -11,13 +13,7 @@ namespace {
 class Random {
 public:
    U64 number() { return engine_(); }
-   Raw512 value() {
-      Raw512 value{};
-      for( unsigned word = 0; word < Raw512::wordCount; ++word ) {
-         value.wordIs( word, number() );
-      }
-      return value;
-   }
+   Bits value() { return bitsAt( bytes( 64 ), 0, 512 ); }
    std::vector<U8> bytes( std::size_t count ) {
       std::vector<U8> bytes( count );
       for( U8& byte : bytes ) {
@@ -45,11 +41,36 @@ bool failAlike( const std::string& what, Action view, Action at, bool withLine =
    return expected == "none";
 }
 
+// What a view does with a field, as a pair's `act`.
+void act( Kelvar::AsicBase& view, const FieldAccessors& field, Op op, Bits& value ) {
+   switch( op ) {
+   case Op::valid:
+      value = toBits( field.valid( view ) );
+      break;
+   case Op::get:
+      value = field.get( view );
+      break;
+   case Op::set:
+      field.set( view, value );
+      break;
+   case Op::mask:
+      field.mask( view );
+      break;
+   case Op::len:
+      value = toBits( field.len( view ) );
+      break;
+   case Op::offset:
+      value = toBits( field.offset( view ) );
+      break;
+   }
+}
+
 // A pair's two sides, each with an entry of exactly its bytes at an odd address.
 class Pair {
 public:
-   Pair( const WalkedClass& view, const WalkedPair& at, Random& random )
-      : class_( view ), at_( at ), random_( random ) {}
+   Pair( const ClassAccessors& view, Facts ( *factsOfView )( const Kelvar::AsicBase& ),
+         const WalkedPair& at, Random& random )
+      : class_( view ), factsOfView_( factsOfView ), at_( at ), random_( random ) {}
 
    void compare() {
       compareTag();
@@ -62,8 +83,8 @@ public:
 
 private:
    std::unique_ptr<Kelvar::AsicBase> viewOver( U8* buf, unsigned len, bool existing ) const {
-      return class_.make( at_.chipType, static_cast<U8>( at_.variant ), buf,
-                          static_cast<U16>( len ), existing );
+      return class_.make( at_.chipType, buf, static_cast<U16>( len ), existing,
+                          static_cast<U8>( at_.variant ) );
    }
 
    // Random bits under the pair's tag, one byte further than where memory begins.
@@ -74,9 +95,9 @@ private:
    }
 
    bool has( unsigned field ) const {
-      Raw512 value{};
+      Bits value;
       at_.act( unused(), Op::valid, field, value );
-      return value.word( 0 ) != 0;
+      return value.any();
    }
 
    static U8* unused() {
@@ -109,20 +130,19 @@ private:
 
    void compareFields() {
       for( unsigned field = 0; field < class_.fields.size(); ++field ) {
-         const WalkedField& row = class_.fields[field];
+         const FieldAccessors& row = class_.fields[field];
          SCOPED_TRACE( row.name );
          std::vector<U8> ofAt = randomEntry();
          std::vector<U8> ofView = ofAt;
          const auto view = viewOver( ofView.data() + 1, at_.bytes, true );
-         const auto both = [&]( Op op, Raw512& atValue, Raw512& viewValue ) {
+         const auto both = [&]( Op op, Bits& atValue, Bits& viewValue ) {
             return failAlike(
-               row.name, [&] { class_.act( *view, op, field, viewValue ); },
+               row.name, [&] { act( *view, row, op, viewValue ); },
                [&] { ASSERT_TRUE( at_.act( ofAt.data() + 1, op, field, atValue ) ); } );
          };
-         Raw512 expected{};
-         Raw512 seen = random_.value();
-         class_.act( *view, Op::valid, field, expected );
-         EXPECT_EQ( has( field ), expected.word( 0 ) != 0 );
+         Bits expected;
+         Bits seen = random_.value();
+         EXPECT_EQ( has( field ), row.valid( *view ) );
          if( !has( field ) ) {
             EXPECT_FALSE( at_.act( ofAt.data() + 1, Op::get, field, seen ) );
             continue;
@@ -132,15 +152,12 @@ private:
             both( op, seen, expected );
             EXPECT_TRUE( seen == expected ) << static_cast<int>( op );
          }
-         if( row.readOnly ) {
+         if( row.readOnly() ) {
             continue;
          }
          // Values of the type's full width, most of which exceed the bound, then smaller ones.
          for( unsigned cut = 0; cut < 64; cut += 3 ) {
-            Raw512 value = random_.value();
-            if( row.valueBits <= 64 ) {
-               value.wordIs( 0, value.word( 0 ) >> cut );
-            }
+            Bits value = row.wide() ? random_.value() : toBits( random_.number() >> cut );
             both( Op::set, value, value );
             EXPECT_EQ( ofAt, ofView );
          }
@@ -154,13 +171,13 @@ private:
       std::vector<U8> ofView = ofAt;
       const auto view = viewOver( ofView.data() + 1, at_.bytes, true );
       std::vector<U32> identifiers{ 0, 500, 351, 325 };
-      for( const WalkedField& row : class_.fields ) {
+      for( const FieldAccessors& row : class_.fields ) {
          identifiers.push_back( row.identifier );
       }
       for( const U32 identifier : identifiers ) {
-         const bool known =
-            std::any_of( class_.fields.begin(), class_.fields.end(),
-                         [&]( const WalkedField& row ) { return row.identifier == identifier; } );
+         const bool known = std::any_of(
+            class_.fields.begin(), class_.fields.end(),
+            [&]( const FieldAccessors& row ) { return row.identifier == identifier; } );
          const std::string what = std::to_string( identifier );
          EXPECT_EQ( at_.isFieldValid( identifier ), view->isFieldValid( identifier ) );
          U16 expected = 0;
@@ -185,15 +202,15 @@ private:
 
    bool isWideOrReadOnly( U32 identifier ) const {
       return std::any_of(
-         class_.fields.begin(), class_.fields.end(), [&]( const WalkedField& row ) {
-            return row.identifier == identifier && ( row.readOnly || row.valueBits > 64 );
+         class_.fields.begin(), class_.fields.end(), [&]( const FieldAccessors& row ) {
+            return row.identifier == identifier && ( row.readOnly() || row.wide() );
          } );
    }
 
    void compareWhole() {
       std::vector<U8> entry = random_.bytes( class_.storageBytes );
       const auto view = viewOver( entry.data(), class_.storageBytes, false );
-      EXPECT_EQ( at_.facts(), class_.facts( *view ) );
+      EXPECT_EQ( at_.facts(), factsOfView_( *view ) );
       EXPECT_TRUE( at_.getAllFields( entry.data(), entry.size() ) == class_.getAllFields( *view ) );
       EXPECT_TRUE( at_.allFieldsMask() == view->allFieldsMask() );
       if( at_.bytes < class_.storageBytes ) {
@@ -213,16 +230,14 @@ private:
       const auto writer = viewOver( expected.data(), at_.bytes, false );
       std::vector<std::pair<int, unsigned>> order;
       for( unsigned field = 0; field < class_.fields.size(); ++field ) {
-         if( has( field ) && !class_.fields[field].readOnly ) {
+         if( has( field ) && !class_.fields[field].readOnly() ) {
             order.emplace_back( -int{ reader->fieldWidth( class_.fields[field].identifier ) },
                                 field );
          }
       }
       std::sort( order.begin(), order.end() );
       for( const auto& [width, field] : order ) {
-         Raw512 value{};
-         class_.act( *reader, Op::get, field, value );
-         class_.act( *writer, Op::set, field, value );
+         class_.fields[field].set( *writer, class_.fields[field].get( *reader ) );
       }
       viewOver( expected.data(), at_.bytes, false );
       std::vector<U8> to = random_.bytes( at_.bytes + 1 );
@@ -262,15 +277,19 @@ private:
       }
    }
 
-   const WalkedClass& class_;
+   const ClassAccessors& class_;
+   Facts ( *factsOfView_ )( const Kelvar::AsicBase& );
    const WalkedPair& at_;
    Random& random_;
 };
 
 } // namespace
 
-void expectTheSame( const WalkedClass& view, const std::vector<WalkedPair>& pairs, unsigned first,
-                    unsigned last ) {
+void expectTheSame( const std::string& className, Facts ( *factsOfView )( const Kelvar::AsicBase& ),
+                    const std::vector<WalkedPair>& pairs, unsigned first, unsigned last ) {
+   const auto view = std::find_if( everyClass().begin(), everyClass().end(),
+                                   [&]( const auto& one ) { return one.name == className; } );
+   ASSERT_NE( view, everyClass().end() );
    const auto walked = [&pairs]( unsigned chipType, unsigned variant ) {
       return std::any_of( pairs.begin(), pairs.end(), [=]( const WalkedPair& pair ) {
          // 31 is walked where any variant will do.
@@ -279,17 +298,18 @@ void expectTheSame( const WalkedClass& view, const std::vector<WalkedPair>& pair
    };
    for( unsigned chipType = first; chipType <= last; ++chipType ) {
       for( unsigned variant = 0; variant < 32; ++variant ) {
-         EXPECT_EQ(
-            walked( chipType, variant ),
-            view.valid( static_cast<Hardware::ChipType>( chipType ), static_cast<U8>( variant ) ) )
+         EXPECT_EQ( walked( chipType, variant ),
+                    Hardware::chipTypeVariantValid( className,
+                                                    static_cast<Hardware::ChipType>( chipType ),
+                                                    static_cast<U8>( variant ) ) )
             << chipType << " " << variant;
       }
    }
    Random random;
    for( const WalkedPair& pair : pairs ) {
-      SCOPED_TRACE( std::string( view.name ) + " " + std::to_string( pair.chipType ) + " " +
+      SCOPED_TRACE( className + " " + std::to_string( pair.chipType ) + " " +
                     std::to_string( pair.variant ) );
-      Pair( view, pair, random ).compare();
+      Pair( *view, factsOfView, pair, random ).compare();
    }
 }
 

@@ -3,9 +3,10 @@
 #pragma once
 
 #include "support/Assertions.h"
+#include "support/EveryClass.h"
 
 #include <Hardware/ChipType.h>
-#include <Kelvar/BcmAsicBase.h>
+#include <Kelvar/AsicBase.h>
 
 #include <gtest/gtest.h>
 
@@ -20,13 +21,6 @@ namespace Testing {
 // What is done with a field: `valid`, `len` and `offset` yield a number, `get` the value.
 enum class Op { valid, get, set, mask, len, offset };
 
-struct WalkedField {
-   const char* name;
-   U32 identifier;
-   unsigned valueBits;
-   bool readOnly;
-};
-
 // Numbers that both sides state without arguments.
 using Facts = std::vector<U64>;
 
@@ -38,29 +32,16 @@ struct Address {
    bool operator==( const Address& ) const = default;
 };
 
-// A class as its view.
-struct WalkedClass {
-   const char* name;
-   unsigned storageBytes;
-   std::vector<WalkedField> fields;
-   bool ( *valid )( Hardware::ChipType chipType, U8 variant );
-   std::unique_ptr<Kelvar::AsicBase> ( *make )( Hardware::ChipType chipType, U8 variant, U8* buf,
-                                                U16 len, bool existingEntry );
-   void ( *act )( Kelvar::AsicBase& view, Op op, unsigned field, Raw512& value );
-   Facts ( *facts )( const Kelvar::AsicBase& view );
-   Raw1024 ( *getAllFields )( const Kelvar::AsicBase& view );
-};
-
 // A pair through At. `act` returns false where the pair lacks the field.
 struct WalkedPair {
    Hardware::ChipType chipType;
    unsigned variant;
    unsigned bytes;
-   bool ( *act )( U8* entry, Op op, unsigned field, Raw512& value );
+   bool ( *act )( U8* entry, Op op, unsigned field, Bits& value );
    Facts ( *facts )();
    void ( *blank )( U8* storage );
    bool ( *holdsTag )( const U8* entry );
-   Raw1024 ( *getAllFields )( U8* entry, std::size_t length );
+   Bits ( *getAllFields )( U8* entry, std::size_t length );
    Raw4096 ( *allFieldsMask )();
    void ( *recompose )( const U8* from, U8* to ); // compose( fields() )
    void ( *setField64 )( U8* entry, U32 fieldId, U64 value );
@@ -71,46 +52,8 @@ struct WalkedPair {
 };
 
 // Compares all operations, and which pairs there are on the chip types from first to last.
-void expectTheSame( const WalkedClass& view, const std::vector<WalkedPair>& pairs, unsigned first,
-                    unsigned last );
-
-template<class Value>
-void widen( const Value& value, Raw512& wide ) {
-   wide = {};
-   if constexpr( std::is_integral_v<Value> ) {
-      wide.wordIs( 0, value );
-   } else {
-      for( unsigned word = 0; word < Value::wordCount; ++word ) {
-         wide.wordIs( word, value.word( word ) );
-      }
-   }
-}
-
-template<class Value>
-Value narrowed( const Raw512& wide ) {
-   if constexpr( std::is_integral_v<Value> ) {
-      return static_cast<Value>( wide.word( 0 ) );
-   } else {
-      Value value{};
-      for( unsigned word = 0; word < Value::wordCount; ++word ) {
-         value.wordIs( word, wide.word( word ) );
-      }
-      return value;
-   }
-}
-
-template<class Entry>
-Raw1024 widenEntry( const Entry& entry ) {
-   Raw1024 wide{};
-   if constexpr( std::is_integral_v<Entry> ) {
-      wide.wordIs( 0, entry );
-   } else {
-      for( unsigned word = 0; word < Entry::wordCount; ++word ) {
-         wide.wordIs( word, entry.word( word ) );
-      }
-   }
-   return wide;
-}
+void expectTheSame( const std::string& className, Facts ( *factsOfView )( const Kelvar::AsicBase& ),
+                    const std::vector<WalkedPair>& pairs, unsigned first, unsigned last );
 
 template<class View>
 Facts factsOf( const View& view ) {

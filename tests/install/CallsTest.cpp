@@ -1,17 +1,10 @@
 // Over a platform that only declares its primitives, every access is one call of them. This program
 // runs over such a build of the library, which finds the program's own primitives first.
 #include "Primitives.h"
-#include "hardening/Accessors.h"
+#include "support/Assertions.h"
+#include "support/EveryClass.h"
 #include "support/Traces.h"
 
-#include <Hardware/EpniIsidTable.h>
-#include <Hardware/EsemMgmtReq.h>
-#include <Hardware/EvecEncapTable.h>
-#include <Hardware/IsemMgmtReq.h>
-#include <Hardware/IvecTable.h>
-#include <Hardware/IvectTable.h>
-#include <Hardware/LifTable.h>
-#include <Hardware/OutAcBank.h>
 #include <Hardware/Registry.h>
 
 #include <gtest/gtest.h>
@@ -33,7 +26,6 @@ using Testing::FieldAccessors;
 using Testing::Image;
 using Testing::lowOnes;
 using Testing::Primitive;
-using Testing::ValueImage;
 
 using Calls = std::vector<Call>;
 using View = std::unique_ptr<Kelvar::AsicBase>;
@@ -81,7 +73,7 @@ protected:
    template<class Act>
    void forEachField( const Act& act ) {
       forEachPair( of, [&]( Hardware::ChipType chipType, U8 variant ) {
-         const View view = of.make( chipType, variant );
+         const View view = of.viewOf( chipType, variant );
          for( const FieldAccessors& field : of.fields ) {
             if( view->isFieldValid( field.identifier ) ) {
                SCOPED_TRACE( field.name );
@@ -101,66 +93,64 @@ std::vector<U16> lengthsFor( unsigned offset, unsigned width ) {
 
 TEST_P( EveryAccess, IsOneCall ) {
    std::set<U32> walked;
-   forEachField( [&]( Kelvar::AsicBase& view, const FieldAccessors& field, unsigned offset,
-                      unsigned width ) {
-      walked.insert( field.identifier );
-      const bool wide = field.valueBytes > 8;
-      Image image = Testing::randomImage( 200, random );
-      U8* const buf = image.data();
-      for( const U16 len : lengthsFor( offset, width ) ) {
-         of.bufferIs( view, buf, len );
+   forEachField(
+      [&]( Kelvar::AsicBase& view, const FieldAccessors& field, unsigned offset, unsigned width ) {
+         walked.insert( field.identifier );
+         Image image = Testing::randomImage( 200, random );
+         U8* const buf = image.data();
+         for( const U16 len : lengthsFor( offset, width ) ) {
+            of.bufferIs( view, buf, len );
 
-         const Calls get{ getCall( buf, len, field.valueBytes, width, offset ) };
-         const Bits held = Testing::bitsAt( image, offset, width );
-         ValueImage value{};
-         EXPECT_EQ( callsOf( [&] { field.get( view, value ); } ), get );
-         EXPECT_EQ( Testing::toBits( value ), held );
-         U64 word = 0;
-         EXPECT_EQ( callsOf( [&] { word = view.stringField( field.name, 0 ); } ), get );
-         EXPECT_EQ( word, ( held & lowOnes( 64 ) ).to_ullong() );
-         if( field.set == nullptr ) {
-            continue;
-         }
+            const Calls get{ getCall( buf, len, field.valueBits / 8, width, offset ) };
+            const Bits held = Testing::bitsAt( image, offset, width );
+            Bits value;
+            EXPECT_EQ( callsOf( [&] { value = field.get( view ); } ), get );
+            EXPECT_EQ( value, held );
+            U64 word = 0;
+            EXPECT_EQ( callsOf( [&] { word = view.stringField( field.name, 0 ); } ), get );
+            EXPECT_EQ( word, ( held & lowOnes( 64 ) ).to_ullong() );
+            if( field.readOnly() ) {
+               continue;
+            }
 
-         const Bits bits = Testing::randomBits( width, random );
-         const Calls set{ setCall( buf, len, field.valueBytes, width, offset, bits ) };
-         EXPECT_EQ( callsOf( [&] { field.set( view, Testing::fromBits<ValueImage>( bits ) ); } ),
-                    set );
-         EXPECT_EQ( Testing::bitsAt( image, offset, width ), bits );
-         const Calls mask{ setCall( buf, len, field.valueBytes, width, offset, lowOnes( width ) ) };
-         EXPECT_EQ( callsOf( [&] { field.mask( view ); } ), mask );
-         EXPECT_EQ( Testing::bitsAt( image, offset, width ), lowOnes( width ) );
-         if( !wide ) {
-            const U64 number = bits.to_ullong();
-            EXPECT_EQ( callsOf( [&] { view.setField64( field.identifier, number ); } ), set );
-            EXPECT_EQ( callsOf( [&] { view.stringFieldIs( field.name, number ); } ), set );
+            const Bits bits = Testing::randomBits( width, random );
+            const Calls set{ setCall( buf, len, field.valueBits / 8, width, offset, bits ) };
+            EXPECT_EQ( callsOf( [&] { field.set( view, bits ); } ), set );
+            EXPECT_EQ( Testing::bitsAt( image, offset, width ), bits );
+            const Calls mask{ setCall( buf, len, field.valueBits / 8, width, offset,
+                                       lowOnes( width ) ) };
+            EXPECT_EQ( callsOf( [&] { field.mask( view ); } ), mask );
+            EXPECT_EQ( Testing::bitsAt( image, offset, width ), lowOnes( width ) );
+            if( !field.wide() ) {
+               const U64 number = bits.to_ullong();
+               EXPECT_EQ( callsOf( [&] { view.setField64( field.identifier, number ); } ), set );
+               EXPECT_EQ( callsOf( [&] { view.stringFieldIs( field.name, number ); } ), set );
+            }
          }
-      }
-   } );
+      } );
    EXPECT_EQ( walked.size(), of.fields.size() );
 }
 
 TEST_P( EveryAccess, IsOneCallWhenTraced ) {
-   forEachField(
-      [&]( Kelvar::AsicBase& view, const FieldAccessors& field, unsigned offset, unsigned width ) {
-         U8 buf[200] = {};
-         of.bufferIs( view, buf, sizeof buf );
-         const auto traced = [&]( const auto& action ) {
-            Calls calls;
-            EXPECT_EQ( Testing::tracesOf( 8, [&] { calls = callsOf( action ); } ).size(), 1u );
-            return calls;
-         };
-         ValueImage value{};
-         EXPECT_EQ( traced( [&] { field.get( view, value ); } ),
-                    Calls{ getCall( buf, sizeof buf, field.valueBytes, width, offset ) } );
-         if( field.set != nullptr ) {
-            EXPECT_EQ( traced( [&] { field.set( view, value ); } ),
-                       Calls{ setCall( buf, sizeof buf, field.valueBytes, width, offset, {} ) } );
-            EXPECT_EQ( traced( [&] { field.mask( view ); } ),
-                       Calls{ setCall( buf, sizeof buf, field.valueBytes, width, offset,
-                                       lowOnes( width ) ) } );
-         }
-      } );
+   forEachField( [&]( Kelvar::AsicBase& view, const FieldAccessors& field, unsigned offset,
+                      unsigned width ) {
+      U8 buf[200] = {};
+      of.bufferIs( view, buf, sizeof buf );
+      const auto traced = [&]( const auto& action ) {
+         Calls calls;
+         EXPECT_EQ( Testing::tracesOf( 8, [&] { calls = callsOf( action ); } ).size(), 1u );
+         return calls;
+      };
+      EXPECT_EQ( traced( [&] { field.get( view ); } ),
+                 Calls{ getCall( buf, sizeof buf, field.valueBits / 8, width, offset ) } );
+      if( !field.readOnly() ) {
+         EXPECT_EQ( traced( [&] { field.set( view, {} ); } ),
+                    Calls{ setCall( buf, sizeof buf, field.valueBits / 8, width, offset, {} ) } );
+         EXPECT_EQ( traced( [&] { field.mask( view ); } ),
+                    Calls{ setCall( buf, sizeof buf, field.valueBits / 8, width, offset,
+                                    lowOnes( width ) ) } );
+      }
+   } );
 }
 
 TEST_P( EveryAccess, IsNoCallWhereACheckFails ) {
@@ -176,20 +166,19 @@ TEST_P( EveryAccess, IsNoCallWhereACheckFails ) {
          };
          const std::string tooShort = "len_ >= " + std::to_string( bytes );
          const auto less = static_cast<U16>( bytes - 1 );
-         ValueImage value{};
-         EXPECT_EQ( refused( less, [&] { field.get( view, value ); } ), tooShort );
-         if( field.set == nullptr ) {
+         EXPECT_EQ( refused( less, [&] { field.get( view ); } ), tooShort );
+         if( field.readOnly() ) {
             return;
          }
          EXPECT_EQ( refused( less, [&] { field.mask( view ); } ), tooShort );
          // A value that is too great as well: the length comes first.
-         value.fill( 0xff );
+         const Bits value = ~Bits();
          EXPECT_EQ( refused( less, [&] { field.set( view, value ); } ), tooShort );
-         if( field.valueBytes > 8 || width == 8 || width == 16 || width == 32 || width == 64 ) {
-            const Bits whole = lowOnes( 8 * field.valueBytes );
+         if( field.wide() || width == 8 || width == 16 || width == 32 || width == 64 ) {
+            const Bits whole = lowOnes( field.valueBits );
             of.bufferIs( view, buf, 200 );
             EXPECT_EQ( callsOf( [&] { field.set( view, value ); } ),
-                       Calls{ setCall( buf, 200, field.valueBytes, width, offset, whole ) } );
+                       Calls{ setCall( buf, 200, field.valueBits / 8, width, offset, whole ) } );
          } else {
             const std::string bound = refused( 200, [&] { field.set( view, value ); } );
             EXPECT_EQ( bound.rfind( std::string( field.name ) + " <= 0x", 0 ), 0u ) << bound;
@@ -199,7 +188,7 @@ TEST_P( EveryAccess, IsNoCallWhereACheckFails ) {
 
 TEST_P( EveryAccess, OfAWholeEntryIsOneCall ) {
    forEachPair( of, [&]( Hardware::ChipType chipType, U8 variant ) {
-      const unsigned bytes = of.storageSize;
+      const unsigned bytes = of.storageBytes;
       const auto words = static_cast<int>( bytes / 4 );
       Raw4096 mask{};
       EXPECT_EQ( callsOf( [&] { mask = of.allFieldsMask( chipType, variant ); } ).size(), 1u );
@@ -211,7 +200,7 @@ TEST_P( EveryAccess, OfAWholeEntryIsOneCall ) {
          EXPECT_EQ( call, setCall( nullptr, bytes, bytes, 8 * bytes, 0, ones ) );
       }
 
-      const View view = of.make( chipType, variant );
+      const View view = of.viewOf( chipType, variant );
       Image image = Testing::randomImage( 200, random );
       for( const U16 len : { static_cast<U16>( bytes ), U16{ 200 } } ) {
          of.bufferIs( *view, image.data(), len );
@@ -227,27 +216,17 @@ TEST_P( EveryAccess, OfAWholeEntryIsOneCall ) {
    } );
 }
 
-// What a class stamps and verifies, in this order, and asks of a buffer.
-struct Tag {
-   std::vector<const char*> fields;
-   bool ( *discriminator )( Hardware::ChipType, const U8*, U16, U8 ) = nullptr;
-};
-
-Tag tagOf( const std::string& name ) {
-   const std::map<std::string, Tag> tags = {
-      { "EpniIsidTable",
-        { { "vmv", "tid", "entryType", "resultType" }, Hardware::EpniIsidTable::isEpniIsidTable } },
-      { "EsemMgmtReq",
-        { { "vmv", "tid", "entryType", "resultType" }, Hardware::EsemMgmtReq::isEsemMgmtReq } },
-      { "IsemMgmtReq", { { "tid", "entryType", "vmv" }, Hardware::IsemMgmtReq::isIsemMgmtReq } },
-      { "LifTable", { { "resultType" }, Hardware::LifTable::isLifTable } },
-      { "OutAcBank", { { "resultType" }, Hardware::OutAcBank::isOutAcBank } },
-      { "EvecEncapTable", { {}, Hardware::EvecEncapTable::isEvecEncapTable } },
-      { "IvecTable", { {}, Hardware::IvecTable::isIvecTable } },
-      { "IvectTable", { {}, Hardware::IvectTable::isIvectTable } },
+// What a class stamps and verifies, in this order.
+std::vector<const char*> tagFieldsOf( const std::string& name ) {
+   const std::map<std::string, std::vector<const char*>> fields = {
+      { "EpniIsidTable", { "vmv", "tid", "entryType", "resultType" } },
+      { "EsemMgmtReq", { "vmv", "tid", "entryType", "resultType" } },
+      { "IsemMgmtReq", { "tid", "entryType", "vmv" } },
+      { "LifTable", { "resultType" } },
+      { "OutAcBank", { "resultType" } },
    };
-   const auto tag = tags.find( name );
-   return tag == tags.end() ? Tag() : tag->second;
+   const auto found = fields.find( name );
+   return found == fields.end() ? std::vector<const char*>() : found->second;
 }
 
 bool hasTag( const std::string& name, unsigned chipType, unsigned variant ) {
@@ -258,22 +237,22 @@ bool hasTag( const std::string& name, unsigned chipType, unsigned variant ) {
 
 TEST_P( EveryAccess, OfATagIsOneCallAField ) {
    forEachPair( of, [&]( Hardware::ChipType chipType, U8 variant ) {
-      Tag tag = tagOf( of.name );
-      if( !hasTag( of.name, chipType, variant ) ) {
-         tag.fields.clear();
+      std::vector<const char*> fields;
+      if( hasTag( of.name, chipType, variant ) ) {
+         fields = tagFieldsOf( of.name );
       }
       constexpr U16 len = 200;
       Image image( len );
       U8* const buf = image.data();
       const auto construct = [&]( U16 length, bool existingEntry ) {
          return callsOf( [&] {
-            expressionOf( [&] { of.construct( chipType, buf, length, existingEntry, variant ); } );
+            expressionOf( [&] { of.make( chipType, buf, length, existingEntry, variant ); } );
          } );
       };
       const auto ask = [&]( U16 length, bool answer ) {
          return callsOf( [&] {
-            if( tag.discriminator != nullptr ) {
-               EXPECT_EQ( tag.discriminator( chipType, buf, length, variant ), answer );
+            if( of.holds != nullptr ) {
+               EXPECT_EQ( of.holds( chipType, buf, length, variant ), answer );
             }
          } );
       };
@@ -281,8 +260,8 @@ TEST_P( EveryAccess, OfATagIsOneCallAField ) {
       const Calls stamps = construct( len, false );
       Calls expectedStamps;
       Calls reads;
-      const View view = of.make( chipType, variant );
-      for( const char* name : tag.fields ) {
+      const View view = of.viewOf( chipType, variant );
+      for( const char* name : fields ) {
          const auto field =
             std::find_if( of.fields.begin(), of.fields.end(), [name]( const FieldAccessors& one ) {
                return one.name == std::string( name );
@@ -296,12 +275,12 @@ TEST_P( EveryAccess, OfATagIsOneCallAField ) {
       }
       EXPECT_EQ( stamps, expectedStamps );
       EXPECT_EQ( construct( len, true ), reads );
-      EXPECT_EQ( ask( len, true ), tag.discriminator == nullptr ? Calls{} : reads );
+      EXPECT_EQ( ask( len, true ), of.holds == nullptr ? Calls{} : reads );
 
       Calls owned = callsOf( [&] { Hardware::stringObj( of.name, chipType, variant ); } );
       for( std::size_t number = 0; number < owned.size(); ++number ) {
          owned[number].image = buf;
-         expectedStamps[number].imageLen = of.storageSize;
+         expectedStamps[number].imageLen = of.storageBytes;
       }
       EXPECT_EQ( owned, expectedStamps );
 

@@ -6,6 +6,7 @@
 #include <bitset>
 #include <cstring>
 #include <random>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -45,6 +46,16 @@ inline Bits lowOnes( unsigned width ) {
       bits.set( bit );
    }
    return bits;
+}
+
+// "0x12abc", without leading zeros.
+inline std::string hexOf( Bits bits ) {
+   std::string digits;
+   do {
+      digits.insert( digits.begin(), "0123456789abcdef"[( bits & Bits( 15 ) ).to_ulong()] );
+      bits >>= 4;
+   } while( bits.any() );
+   return "0x" + digits;
 }
 
 // Between Bits and an integer or a Raw value, through its bytes.

@@ -69,21 +69,6 @@ std::string chipName( unsigned chipType ) {
    return out.str();
 }
 
-std::string hex( const Bits& bits ) {
-   static const char digits[] = "0123456789abcdef";
-   std::string text;
-   for( std::size_t nibble = bits.size() / 4; nibble-- > 0; ) {
-      unsigned digit = 0;
-      for( unsigned bit = 0; bit < 4; ++bit ) {
-         digit |= static_cast<unsigned>( bits[4 * nibble + bit] ) << bit;
-      }
-      if( digit != 0 || !text.empty() || nibble == 0 ) {
-         text += digits[digit];
-      }
-   }
-   return text;
-}
-
 U64 lowWord( const Bits& bits ) { return fromBits<U64>( bits ); }
 
 // The rows of a class, by pair.
@@ -614,7 +599,7 @@ void checkAccessors( const Expectation& expected ) {
                expectStored( stored, "setField64 without bound" );
                continue;
             }
-            const std::string bound = field.name + " <= 0x" + hex( lowOnes( width ) );
+            const std::string bound = field.name + " <= " + hexOf( lowOnes( width ) );
             const std::string signature = signatures.set( field );
             const U64 wrong = lowWord( excess );
             expectFailure( [&] { field.set( *view, excess ); }, bound, signature, where );

@@ -21,6 +21,7 @@
 #include "Assertions.h"
 #include "Bits.h"
 #include "Literal.h"
+#include "Probe.h"
 
 #include <Hardware/ChipType.h>
 #include <Kelvar/BcmAsicBase.h>
@@ -211,21 +212,6 @@ void checkTraces( const Expectation& expected );
    TEST( Class, ComputesAddresses ) { Testing::checkAddresses( expectation ); }                    \
    TEST( Class, StampsAndVerifiesTags ) { Testing::checkTags( expectation ); }                     \
    TEST( Class, TracesItsOperations ) { Testing::checkTraces( expectation ); }
-
-// A view whose members can be set directly: every operation reads them afresh.
-template<class View>
-struct Probe : View {
-   using View::View;
-
-   void bufferIs( U8* buf, U16 len ) {
-      this->buf_ = buf;
-      this->len_ = len;
-   }
-   void pairIs( U8 chipType, U8 variant ) {
-      this->chipType_ = chipType;
-      this->variant_ = variant;
-   }
-};
 
 // A field from what its class declares, which must be of exactly these types.
 template<class View, class Type, class Get, class Len, class Offset, class Valid>
