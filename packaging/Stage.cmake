@@ -26,8 +26,13 @@ if( EXISTS ${CPACK_TEMPORARY_DIRECTORY}/vorn-sqlite )
    set( sqlite vorn-sqlite )
    document( vorn-sqlite "" ${source}/docs/sql.md )
 endif()
+set( explorer )
+if( EXISTS ${CPACK_TEMPORARY_DIRECTORY}/vorn-explorer )
+   set( explorer vorn-explorer )
+endif()
 foreach( package libvorntunnelkelvar1 libvorntunnelkelvar-dev libvorncodec1 libvorncodec-dev
-                 vorn-platform-stand-ins vorn-platform-stand-ins-dev vorn ${python} ${sqlite} )
+                 vorn-platform-stand-ins vorn-platform-stand-ins-dev vorn ${python} ${sqlite}
+                 ${explorer} )
    document( ${package} "" ${source}/LICENSE ${CPACK_TEMPORARY_DIRECTORY}/changelog
              ${source}/CHANGELOG.md )
    set( share ${CPACK_TEMPORARY_DIRECTORY}/${package}/usr/share )

@@ -22,3 +22,20 @@ buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev 
 testPackages='libgtest-dev libgmock-dev clang clangd pkg-config binutils abigail-tools xz-utils patch man-db zsh fish
               sqlite3 gdb python3-jsonschema python3-pytest python3-hypothesis python3-pandas mypy
               python3-zstandard python3-matplotlib python3-distributed python3-build python3-setuptools python3-wheel'
+
+# The explorer's: what builds it, and what tests it in a browser.
+explorerPackages='cmake ninja-build nlohmann-json3-dev emscripten nodejs'
+browserPackages='chromium'
+
+# npm, of Debian unless there is another one.
+needNpm() {
+   command -v npm >/dev/null || needPackages npm
+}
+
+# The modules that web/package-lock.json pins, unless they are there; no script of theirs is run.
+installModules() {
+   if ! cmp -s web/package-lock.json web/node_modules/package-lock.json; then
+      npm ci --prefix web --ignore-scripts --no-audit --no-fund --loglevel=error
+      cp web/package-lock.json web/node_modules/
+   fi
+}

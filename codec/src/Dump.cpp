@@ -1190,7 +1190,7 @@ const Layout* DumpReader::State::plainLayoutOf( const U8* image ) const {
       value |= Detail::bitsAt( image, size, field.offset, field.width ) << shift;
       shift += field.width;
    }
-   return byTag_[value];
+   return byTag_[static_cast<std::size_t>( value )];
 }
 
 // Feeds some entries' worth of a dump that is split.

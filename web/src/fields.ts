@@ -1,0 +1,180 @@
+// The fields of the entry: a row each, whose value can be changed.
+import type { Description, Field, View } from "./engine";
+import { byId, fillSelect, make, setText } from "./dom";
+
+export interface FieldEvents {
+   changed(field: Field, text: string): string; // the reason where the value is refused
+   committed(): void;
+   notationChosen(field: Field, notation: string): void;
+   looked(field: number | null): void; // at the field of that place, or at none
+}
+
+interface Row {
+   field: Field;
+   element: HTMLTableRowElement;
+   value: HTMLInputElement;
+   notation: HTMLSelectElement;
+   refusal: HTMLElement;
+}
+
+// As many names as stand beside a field that shares bits with many.
+const mostShared = 3;
+
+export class FieldList {
+   private rows: Row[] = [];
+   private values: string[] = [];
+
+   constructor(private readonly events: FieldEvents) {}
+
+   describe(description: Description, notationOf: (field: Field) => string): void {
+      this.rows = description.fields.map((field, place) => this.rowOf(field, place));
+      byId("field-rows").replaceChildren(...this.rows.map((row) => row.element));
+      for (const row of this.rows) {
+         row.notation.value = notationOf(row.field);
+      }
+   }
+
+   // The values of the entry; without a view there are none.
+   show(view: View | null): void {
+      this.values = view?.values ?? [];
+      this.rows.forEach((row, place) => {
+         const value = this.values[place] ?? "";
+         row.value.disabled = !view;
+         if (row.value === document.activeElement && row.value.dataset.typed !== undefined) {
+            return; // somebody is typing
+         }
+         this.settle(row);
+         if (row.value.value !== value) {
+            row.value.value = value;
+         }
+         row.element.classList.toggle("is-zero", view?.zeros[place] ?? false);
+      });
+   }
+
+   light(places: readonly number[]): void {
+      this.rows.forEach((row, place) => {
+         row.element.classList.toggle("is-lit", places.includes(place));
+      });
+   }
+
+   setNotations(notationOf: (field: Field) => string): void {
+      for (const row of this.rows) {
+         row.notation.value = notationOf(row.field);
+      }
+   }
+
+   // Goes to the value of a field.
+   focus(name: string): void {
+      const row = this.rows.find((one) => one.field.name === name);
+      row?.value.focus({ preventScroll: true });
+      row?.value.select();
+      row?.element.scrollIntoView({ block: "center" });
+   }
+
+   private rowOf(field: Field, place: number): Row {
+      const value = make("input", {
+         type: "text",
+         spellcheck: "false",
+         autocomplete: "off",
+         autocapitalize: "off",
+         "aria-label": `value of ${field.name}`,
+      });
+      value.readOnly = field.readOnly;
+      const notation = make("select", {
+         class: "radix",
+         "aria-label": `notation of ${field.name}`,
+      });
+      fillSelect(
+         notation,
+         field.notations.map((name) => [name, name]),
+      );
+      const refusal = make("p", { class: "refusal", role: "alert", hidden: "" });
+      const element = make(
+         "tr",
+         { "data-field": field.name, class: `tint-${place % 8}${field.readOnly ? " is-tag" : ""}` },
+         make("td", { class: "bits" }, field.bits, make("small", {}, widthText(field))),
+         make("td", { class: "identifier" }, String(field.identifier)),
+         make(
+            "th",
+            { scope: "row", class: "name" },
+            field.name,
+            make("small", { class: "hardware-name" }, field.hardwareName),
+            ...sharedNote(field),
+         ),
+         make("td", { class: "type" }, field.type),
+         make(
+            "td",
+            { class: "value" },
+            make("div", { class: "value-with-radix" }, value, notation),
+            ...(field.readOnly ? [make("small", {}, "tag, read-only")] : []),
+            refusal,
+         ),
+      );
+      const row = { field, element, value, notation, refusal };
+      value.addEventListener("input", () => this.typed(row));
+      value.addEventListener("change", () => this.leave(row, place));
+      value.addEventListener("blur", () => this.leave(row, place));
+      value.addEventListener("keydown", (event) => this.key(event, row, place));
+      notation.addEventListener("change", () => this.events.notationChosen(field, notation.value));
+      element.addEventListener("pointerenter", () => this.events.looked(place));
+      element.addEventListener("pointerleave", () => this.events.looked(null));
+      element.addEventListener("focusin", () => this.events.looked(place));
+      element.addEventListener("focusout", () => this.events.looked(null));
+      return row;
+   }
+
+   private typed(row: Row): void {
+      row.value.dataset.typed = "";
+      const refusal = this.events.changed(row.field, row.value.value);
+      row.value.setAttribute("aria-invalid", String(refusal !== ""));
+      setText(row.refusal, refusal);
+      row.refusal.hidden = refusal === "";
+   }
+
+   // A value that is refused goes; what is accepted is written as the notation has it.
+   private leave(row: Row, place: number): void {
+      if (row.value.dataset.typed !== undefined) {
+         this.settle(row);
+         row.value.value = this.values[place] ?? "";
+         this.events.committed();
+      }
+   }
+
+   private settle(row: Row): void {
+      delete row.value.dataset.typed;
+      row.value.removeAttribute("aria-invalid");
+      row.refusal.hidden = true;
+   }
+
+   private key(event: KeyboardEvent, row: Row, place: number): void {
+      const step = { ArrowDown: 1, ArrowUp: -1 }[event.key];
+      if (step !== undefined) {
+         event.preventDefault();
+         const next = this.rows[place + step];
+         next?.value.focus();
+         next?.value.select();
+      } else if (event.key === "Escape") {
+         this.leave(row, place);
+         row.value.select();
+      }
+   }
+}
+
+function widthText(field: Field): string {
+   return field.width === 1 ? "1 bit" : `${field.width} bits`;
+}
+
+function sharedNote(field: Field): HTMLElement[] {
+   if (field.shared.length === 0) {
+      return [];
+   }
+   const shown = field.shared.slice(0, mostShared).join(", ");
+   const left = field.shared.length - mostShared;
+   return [
+      make(
+         "small",
+         { class: "shared", title: field.shared.join(", ") },
+         `shares bits with ${shown}${left > 0 ? ` and ${left} more` : ""}`,
+      ),
+   ];
+}

@@ -1,0 +1,602 @@
+// The page: every layout of the library, and what an image means in it.
+import { BitGrid } from "./bits";
+import { differenceTable } from "./difference";
+import { byId, fillSelect, make, setText } from "./dom";
+import { Engine, refusalOf } from "./engine";
+import type { Catalogue, Description, DumpFacts, Field, View } from "./engine";
+import { EntryList } from "./entries";
+import { FieldList } from "./fields";
+import { SearchBox } from "./search";
+import type { Destination } from "./search";
+import { blankState, fragmentOf, loadPreferences, savePreferences, stateOf } from "./state";
+import type { State } from "./state";
+
+// Texts beyond this are dumps, which a text area would only show slowly.
+const longestText = 1 << 16;
+// A longer fragment is no link that people send.
+const longestFragment = 1 << 14;
+
+class Explorer {
+   private readonly preferences = loadPreferences();
+   private readonly catalogue: Catalogue;
+   private description!: Description;
+   private view: View | null = null;
+   private readonly fields: FieldList;
+   private readonly bits: BitGrid;
+   private readonly entries: EntryList;
+   private isTextList = false; // the entries are those of the text area
+   private fragment = "";
+   private isTyping = false;
+
+   private readonly table = byId<HTMLSelectElement>("table");
+   private readonly chip = byId<HTMLSelectElement>("chip");
+   private readonly variant = byId<HTMLSelectElement>("variant");
+   private readonly image = byId<HTMLTextAreaElement>("image");
+   private readonly index = (["entry", "array", "identifier"] as const).map((key) => ({
+      key,
+      input: byId<HTMLInputElement>(key),
+   }));
+
+   constructor(private readonly engine: Engine) {
+      this.catalogue = engine.ask("catalogue");
+      this.fields = new FieldList({
+         changed: (field, text) => this.change(() => engine.ask("set", { field: field.name, text })),
+         committed: () => this.remember(),
+         notationChosen: (field, notation) => this.chooseNotation(field, notation),
+         looked: (place) => this.light(place === null ? [] : [place]),
+      });
+      this.bits = new BitGrid({
+         flipped: (bit) => {
+            if (this.change(() => engine.ask("flip", { bit })) === "") {
+               this.remember();
+            }
+         },
+         looked: (bit) => this.light(bit === null ? [] : this.description.bits[bit]),
+      });
+      this.entries = new EntryList(engine, (index) => this.pick(index));
+      new SearchBox(engine, (destination) => this.go(destination));
+      this.fillTables();
+      this.listen();
+      this.apply(stateOf(location.hash));
+   }
+
+   // ---- the pair
+
+   private fillTables(): void {
+      fillSelect(
+         this.table,
+         this.catalogue.tables.map(({ name }) => [name, name]),
+      );
+      fillSelect(byId("all-radices"), [
+         ["", "as chosen"],
+         ...this.catalogue.notations.map((name): [string, string] => [name, name]),
+      ]);
+      byId<HTMLSelectElement>("all-radices").value = this.commonNotation();
+      byId<HTMLSelectElement>("bit-order").value = String(this.preferences.lowBitFirst);
+      byId<HTMLSelectElement>("word-order").value = String(this.preferences.lastWordFirst);
+   }
+
+   private pairsOf(table: string) {
+      return this.catalogue.tables.find(({ name }) => name === table)?.pairs ?? [];
+   }
+
+   private chipOptions(table: string): [string, string][] {
+      return this.pairsOf(table).map(({ chip }) => [
+         String(chip),
+         `${this.catalogue.chips.find(({ number }) => number === chip)?.name} (${chip})`,
+      ]);
+   }
+
+   private variantOptions(table: string, chip: number): [string, string][] {
+      const pair = this.pairsOf(table).find((one) => one.chip === chip);
+      return (pair?.variants ?? []).map((variant) => [
+         String(variant),
+         pair?.any ? "any" : String(variant),
+      ]);
+   }
+
+   // The pair that the selects name, or the nearest one that the table has.
+   private chosenPair(): { table: string; chip: string; variant: string } {
+      const table = this.table.value;
+      const keep = (wanted: string, options: [string, string][]) =>
+         options.some(([value]) => value === wanted) ? wanted : options[0][0];
+      const chip = keep(this.chip.value, this.chipOptions(table));
+      const variant = keep(this.variant.value, this.variantOptions(table, Number(chip)));
+      return { table, chip, variant };
+   }
+
+   private describe(description: Description): void {
+      this.description = description;
+      const { table, chip, variant } = description;
+      fillSelect(this.chip, this.chipOptions(table));
+      fillSelect(this.variant, this.variantOptions(table, chip));
+      this.table.value = table;
+      this.chip.value = String(chip);
+      this.variant.value = String(variant);
+      this.variant.disabled = this.variant.options.length < 2;
+      document.title = `${description.pairText} – Vorn explorer`;
+      setText(
+         byId("facts"),
+         [
+            description.isTable ? "table" : "register",
+            ...description.numbers.map(({ name, text }) => `${name} ${text}`),
+            `fields ${description.fields.length}`,
+            `unused bits ${description.unusedBits}`,
+         ].join(" · "),
+      );
+      this.fields.describe(description, (field) => this.notationOf(field));
+      this.bits.describe(description, this.preferences);
+      byId("picture").replaceChildren();
+      byId<HTMLDetailsElement>("picture-details").open = false;
+      this.fillComparison();
+   }
+
+   // ---- the image
+
+   // Reads the text area; `description` is that of a pair which was just opened.
+   private read(description?: Description): void {
+      let opened = description;
+      let message = "";
+      const refusal = refusalOf(() => {
+         const answer = this.engine.ask("read", {}, this.image.value);
+         opened = answer.description ?? opened;
+         message = answer.message;
+         if (answer.count > 1) {
+            this.isTextList = true;
+            this.loadEntries(this.engine.ask("entries", { from: 0, count: 0 }).total);
+         } else if (this.isTextList) {
+            this.isTextList = false;
+            this.entries.load(this.engine.ask("unload"));
+         }
+      });
+      if (opened) {
+         this.describe(opened);
+      }
+      if (refusal !== "") {
+         this.show(null, refusal);
+      } else {
+         this.refresh(message);
+      }
+   }
+
+   private loadEntries(count: number): void {
+      this.entries.load(
+         { count, otherCount: 0, changed: 0, message: "" },
+         { own: "the images above" },
+      );
+   }
+
+   private refresh(message?: string): void {
+      const notations = Object.fromEntries(
+         this.description.fields.map((field) => [field.name, this.notationOf(field)]),
+      );
+      const view = this.engine.ask("view", { notations });
+      this.show(view, message ?? view.message);
+   }
+
+   // Shows the entry, or that there is none and why.
+   private show(view: View | null, message: string): void {
+      this.view = view;
+      this.fields.show(view);
+      this.bits.show(view);
+      this.showMessage(message, view === null);
+      const owner = byId("variant-of-tag");
+      owner.hidden = view?.variantOfTag === undefined;
+      setText(owner, `Show as variant ${view?.variantOfTag}`);
+      document.body.classList.toggle("has-no-entry", view === null);
+      this.showAddress();
+      this.compareValues();
+   }
+
+   private showMessage(message: string, isError: boolean): void {
+      const element = byId("message");
+      setText(element, message);
+      element.classList.toggle("is-error", isError);
+      this.image.setAttribute("aria-invalid", String(isError));
+   }
+
+   // Does what changes the image; returns the reason where it is refused.
+   private change(action: () => void): string {
+      if (this.view === null) {
+         return "";
+      }
+      const refusal = refusalOf(action);
+      if (refusal !== "") {
+         this.showMessage(refusal, false);
+         byId("message").classList.add("is-error");
+         return refusal;
+      }
+      this.isTextList = false; // the text area gets an image of its own, the entries stay
+      this.refresh();
+      this.image.value = this.view.image;
+      this.remember(true);
+      return "";
+   }
+
+   // ---- notations
+
+   private notationOf(field: Field): string {
+      const { notation, notations } = this.preferences;
+      const own = notations[field.name] ?? notation;
+      return field.notations.includes(own) ? own : field.notations[1];
+   }
+
+   private commonNotation(): string {
+      const { notation, notations } = this.preferences;
+      return Object.keys(notations).length === 0 ? notation : "";
+   }
+
+   private chooseNotation(field: Field, notation: string): void {
+      this.preferences.notations[field.name] = notation;
+      this.keepNotations();
+   }
+
+   private keepNotations(): void {
+      savePreferences(this.preferences);
+      byId<HTMLSelectElement>("all-radices").value = this.commonNotation();
+      this.fields.setNotations((field) => this.notationOf(field));
+      if (this.view) {
+         this.refresh(byId("message").textContent ?? "");
+      }
+   }
+
+   // ---- the address, and what is copied
+
+   private indexOf(): Pick<State, "entry" | "array" | "identifier"> {
+      const [entry, array, identifier] = this.index.map(({ input }) => input.value.trim());
+      return { entry, array, identifier };
+   }
+
+   private showAddress(): void {
+      const output = byId("address");
+      const refusal = refusalOf(() => {
+         const { address, accessType, destBlock } = this.engine.ask("address", this.indexOf());
+         output.replaceChildren(
+            make("strong", { class: "code" }, address),
+            ` access type ${accessType}, block ${destBlock}`,
+         );
+      });
+      if (refusal !== "") {
+         setText(output, refusal);
+      }
+      output.classList.toggle("is-error", refusal !== "" && this.description.hasAddress);
+   }
+
+   private async copy(what: string): Promise<void> {
+      this.remember();
+      let text = location.href;
+      const refusal = refusalOf(() => {
+         if (what !== "link") {
+            text = this.engine.ask("copy", { what, ...this.indexOf() }).text;
+         }
+      });
+      if (refusal !== "") {
+         setText(byId("status"), refusal);
+         return;
+      }
+      const isCopied = await copied(text);
+      setText(byId("status"), `${isCopied ? "Copied" : "To be copied"}: ${text}`);
+   }
+
+   // ---- entries and dumps
+
+   private pick(index: number): void {
+      const picked = this.engine.ask("pick", { index });
+      for (const { key, input } of this.index) {
+         input.value = picked[key] ?? (key === "entry" ? String(index) : "");
+      }
+      this.isTextList = false;
+      byId<HTMLTextAreaElement>("diff-image").value = picked.other ?? "";
+      this.describe(picked.description);
+      this.refresh();
+      this.image.value = this.view?.image ?? "";
+      this.remember();
+   }
+
+   private async load(file: File, isOther: boolean): Promise<void> {
+      this.loadBytes(file.name, new Uint8Array(await file.arrayBuffer()), isOther);
+   }
+
+   private loadBytes(name: string, bytes: Uint8Array | string, isOther: boolean): void {
+      let facts: DumpFacts | undefined;
+      const refusal = refusalOf(() => {
+         facts = this.engine.ask(isOther ? "loadOther" : "load", { name }, bytes);
+      });
+      if (!facts) {
+         this.showMessage(refusal, true);
+         return;
+      }
+      this.entries.load(facts, isOther ? { other: name } : { own: name });
+      if (!isOther) {
+         this.isTextList = false;
+         this.pick(0);
+      }
+      this.showMessage(facts.message, false);
+   }
+
+   private unload(otherOnly: boolean): void {
+      this.entries.load(this.engine.ask("unload", { otherOnly }));
+   }
+
+   // ---- comparing
+
+   private fillComparison(): void {
+      const { table } = this.description;
+      const chips = byId<HTMLSelectElement>("diff-chip");
+      const wanted = chips.value;
+      fillSelect(chips, [["", "nothing"], ...this.chipOptions(table)]);
+      chips.value = wanted;
+      if (chips.selectedIndex < 0) {
+         chips.value = "";
+      }
+      this.fillComparedVariants();
+      this.compareLayouts();
+   }
+
+   private fillComparedVariants(): void {
+      const chip = byId<HTMLSelectElement>("diff-chip").value;
+      const variants = byId<HTMLSelectElement>("diff-variant");
+      const wanted = variants.value || String(this.description.variant);
+      const options = chip === "" ? [] : this.variantOptions(this.description.table, Number(chip));
+      fillSelect(variants, options);
+      variants.value = options.some(([value]) => value === wanted) ? wanted : options[0]?.[0] ?? "";
+      variants.disabled = options.length < 2;
+   }
+
+   private compareLayouts(): void {
+      const chip = byId<HTMLSelectElement>("diff-chip").value;
+      const variant = byId<HTMLSelectElement>("diff-variant").value;
+      byId("diff-layout").replaceChildren(
+         ...(chip === ""
+            ? []
+            : differenceTable(this.engine.ask("comparePair", { chip, variant }))),
+      );
+   }
+
+   private compareValues(): void {
+      const text = byId<HTMLTextAreaElement>("diff-image").value;
+      const output = byId("diff-values");
+      output.replaceChildren();
+      setText(byId("diff-message"), "");
+      if (text.trim() === "" || this.view === null) {
+         return;
+      }
+      const refusal = refusalOf(() => {
+         output.replaceChildren(...differenceTable(this.engine.ask("compareImage", {}, text)));
+      });
+      setText(byId("diff-message"), refusal);
+   }
+
+   // ---- the picture
+
+   private draw(): void {
+      const { svg } = this.engine.ask("picture");
+      const picture = new DOMParser().parseFromString(svg, "image/svg+xml").documentElement;
+      byId("picture").replaceChildren(document.importNode(picture, true));
+   }
+
+   private savePicture(): void {
+      const { svg } = this.engine.ask("picture");
+      const place = URL.createObjectURL(new Blob([svg], { type: "image/svg+xml" }));
+      const { table, chip, variant } = this.description;
+      make("a", { href: place, download: `${table}-${chip}-${variant}.svg` }).click();
+      URL.revokeObjectURL(place);
+   }
+
+   // ---- links
+
+   private state(): State {
+      const { table, chip, variant } = this.description;
+      const image = this.image.value.trim();
+      return {
+         ...blankState,
+         table,
+         chip: String(chip),
+         variant: String(variant),
+         image: image === "" ? "" : this.view && !this.isTextList ? this.view.image : image,
+         ...this.indexOf(),
+      };
+   }
+
+   // Puts what is shown into the link. What is typed on and on is one step to go back from.
+   private remember(isTyping = false): void {
+      let fragment = fragmentOf(this.state());
+      if (fragment.length > longestFragment) {
+         fragment = fragmentOf({ ...this.state(), image: this.view?.image ?? "" });
+      }
+      if (fragment !== this.fragment) {
+         if (this.isTyping) {
+            history.replaceState(null, "", fragment);
+         } else {
+            history.pushState(null, "", fragment);
+         }
+      }
+      this.fragment = fragment;
+      this.isTyping = isTyping;
+   }
+
+   private apply(state: State): void {
+      const first = this.catalogue.tables[0];
+      const pair = {
+         table: state.table || first.name,
+         chip: state.chip || String(this.pairsOf(state.table || first.name)[0]?.chip ?? ""),
+         variant: state.variant,
+      };
+      let description: Description | undefined;
+      const refusal = refusalOf(() => {
+         description = this.engine.ask("open", pair);
+      });
+      if (!description) {
+         if (!this.description) {
+            this.apply(blankState);
+         }
+         this.showMessage(refusal, true);
+         return;
+      }
+      for (const { key, input } of this.index) {
+         input.value = state[key];
+      }
+      this.image.value = state.image;
+      this.read(description);
+      this.fragment = location.hash;
+      this.isTyping = false;
+   }
+
+   private go(destination: Destination): void {
+      const { table, chip, variant } = this.description;
+      const isSame =
+         destination.table === table &&
+         destination.chip === chip &&
+         destination.variant === variant;
+      if (!isSame || destination.place) {
+         this.apply({
+            ...blankState,
+            table: destination.table,
+            chip: String(destination.chip),
+            variant: String(destination.variant),
+            image: isSame ? this.image.value : "",
+            ...destination.place,
+         });
+         this.remember();
+      }
+      if (destination.field) {
+         this.fields.focus(destination.field);
+      } else {
+         (destination.place ? byId("entry") : this.table).focus();
+      }
+   }
+
+   private openChosen(): void {
+      // An image that says its pair would hold on to it: its digits alone stay.
+      if (this.view && !this.isTextList && this.image.value.trim() !== "") {
+         this.image.value = this.view.image;
+      }
+      this.read(this.engine.ask("open", this.chosenPair()));
+      this.remember();
+   }
+
+   private light(places: readonly number[]): void {
+      this.fields.light(places);
+      this.bits.light(places);
+   }
+
+   // ---- what the page does
+
+   private listen(): void {
+      for (const select of [this.table, this.chip, this.variant]) {
+         select.addEventListener("change", () => this.openChosen());
+      }
+      byId("variant-of-tag").addEventListener("click", () => {
+         this.variant.value = String(this.view?.variantOfTag);
+         this.openChosen();
+      });
+      this.image.addEventListener("input", () => {
+         this.read();
+         this.remember(true);
+      });
+      this.image.addEventListener("change", () => this.remember());
+      this.image.addEventListener("paste", (event) => {
+         const text = event.clipboardData?.getData("text/plain") ?? "";
+         if (text.length > longestText) {
+            event.preventDefault();
+            this.loadBytes("clipboard", text, false);
+         }
+      });
+      byId("fresh").addEventListener("click", () => {
+         this.image.value = "";
+         this.read();
+         this.remember();
+         this.image.focus();
+      });
+      for (const { input } of this.index) {
+         input.addEventListener("input", () => {
+            this.showAddress();
+            this.remember(true);
+         });
+         input.addEventListener("change", () => this.remember());
+      }
+      document.querySelectorAll<HTMLElement>("[data-copy]").forEach((button) => {
+         button.addEventListener("click", () => void this.copy(button.dataset.copy ?? ""));
+      });
+      this.listenToDumps();
+      byId<HTMLSelectElement>("all-radices").addEventListener("change", (event) => {
+         const chosen = (event.target as HTMLSelectElement).value;
+         if (chosen !== "") {
+            this.preferences.notation = chosen;
+            this.preferences.notations = {};
+         }
+         this.keepNotations();
+      });
+      for (const [id, key] of [
+         ["bit-order", "lowBitFirst"],
+         ["word-order", "lastWordFirst"],
+      ] as const) {
+         byId<HTMLSelectElement>(id).addEventListener("change", (event) => {
+            this.preferences[key] = (event.target as HTMLSelectElement).value === "true";
+            savePreferences(this.preferences);
+            this.bits.turn(this.preferences);
+         });
+      }
+      byId("diff-chip").addEventListener("change", () => {
+         this.fillComparedVariants();
+         this.compareLayouts();
+      });
+      byId("diff-variant").addEventListener("change", () => this.compareLayouts());
+      byId("diff-image").addEventListener("input", () => this.compareValues());
+      byId("picture-details").addEventListener("toggle", () => this.draw());
+      byId("save-picture").addEventListener("click", () => this.savePicture());
+      window.addEventListener("popstate", () => this.apply(stateOf(location.hash)));
+   }
+
+   private listenToDumps(): void {
+      for (const [button, chooser, isOther] of [
+         ["open-dump", "dump-file", false],
+         ["open-other", "other-file", true],
+      ] as const) {
+         const input = byId<HTMLInputElement>(chooser);
+         byId(button).addEventListener("click", () => input.click());
+         input.addEventListener("change", () => {
+            const file = input.files?.[0];
+            if (file) {
+               void this.load(file, isOther).finally(() => (input.value = ""));
+            }
+         });
+      }
+      byId("close-dump").addEventListener("click", () => this.unload(false));
+      byId("close-other").addEventListener("click", () => this.unload(true));
+      window.addEventListener("dragover", (event) => {
+         event.preventDefault();
+         document.body.classList.add("is-dropping");
+      });
+      window.addEventListener("dragleave", () => document.body.classList.remove("is-dropping"));
+      window.addEventListener("drop", (event) => {
+         event.preventDefault();
+         document.body.classList.remove("is-dropping");
+         const file = event.dataTransfer?.files[0];
+         if (file) {
+            void this.load(file, this.entries.count > 0);
+         }
+      });
+   }
+}
+
+async function copied(text: string): Promise<boolean> {
+   try {
+      await navigator.clipboard.writeText(text);
+      return true;
+   } catch {
+      return false; // what is to be copied then stands on the page
+   }
+}
+
+async function start(): Promise<void> {
+   try {
+      new Explorer(await Engine.load());
+      document.body.classList.remove("is-loading");
+   } catch (error) {
+      setText(byId("message"), `The explorer can't start here: ${error}`);
+      throw error;
+   }
+}
+
+void start();

@@ -1,0 +1,75 @@
+// The page in Debian's Chromium, and vorn itself to hold it against.
+import { execFileSync, spawnSync } from "node:child_process";
+import { pathToFileURL } from "node:url";
+import { chromium } from "playwright-core";
+
+const root = new URL("../../", import.meta.url).pathname;
+export const pagePath = process.env.VORN_EXPLORER ?? `${root}build/explorer/vorn-explorer.html`;
+export const pageUrl = pathToFileURL(pagePath).href;
+const program = process.env.VORN ?? `${root}build/release/tools/vorn/vorn`;
+
+// What vorn prints for these arguments.
+export function vorn(args, input = "") {
+   return execFileSync(program, args, {
+      input,
+      encoding: "utf8",
+      maxBuffer: 1 << 28,
+      stdio: ["pipe", "pipe", "ignore"],
+   });
+}
+
+// The line with which vorn refuses them, without its own name.
+export function refusalBy(args, input = "") {
+   const { status, stderr } = spawnSync(program, args, { input, encoding: "utf8" });
+   if (status !== 1) {
+      throw new Error(`vorn ${args.join(" ")} ends with ${status}`);
+   }
+   return stderr.trimEnd().replace(/^vorn: /, "");
+}
+
+export async function openBrowser() {
+   return chromium.launch({
+      executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+      args: [
+         "--headless",
+         "--no-sandbox",
+         "--disable-gpu",
+         "--disable-quic",
+         "--no-first-run",
+         "--disable-background-networking",
+         "--disable-component-update",
+         "--disable-sync",
+      ],
+   });
+}
+
+// The page as a person finds it who follows a link; `requests` are those of the page and `errors`
+// what it reports, as they come.
+export async function openPage(browser, { fragment = "", url = pageUrl, ...options } = {}) {
+   const context = await browser.newContext({
+      viewport: { width: 1400, height: 1000 },
+      ...options,
+   });
+   const page = await context.newPage();
+   page.requests = [];
+   page.errors = [];
+   page.on("request", (request) => page.requests.push(request.url()));
+   page.on("pageerror", (error) => page.errors.push(error.message));
+   await page.goto(url + fragment);
+   await ready(page);
+   return page;
+}
+
+export async function ready(page) {
+   await page.waitForFunction(() => !document.body.classList.contains("is-loading"));
+}
+
+// The values of the fields by their names.
+export function valuesOn(page) {
+   return page.$$eval("#fields tr[data-field]", (rows) =>
+      Object.fromEntries(rows.map((row) => [row.dataset.field, row.querySelector("input").value])),
+   );
+}
+
+export const row = (page, name) => page.locator(`#fields tr[data-field="${name}"]`);
+export const valueOf = (page, name) => row(page, name).locator("input");
