@@ -4,7 +4,7 @@
 # for byte.
 #    check-builds.sh            all of it, which takes long
 #    check-builds.sh NAME...    some: {gcc,clang}-O{0,1,2,3}[-ndebug], {gcc,clang}-lto,
-#                               {gcc,clang}-static, {gcc,clang}-lto-static, aarch64, reproducible
+#                               {gcc,clang}-static, {gcc,clang}-lto-static, aarch64, i686, reproducible
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -65,12 +65,27 @@ reproducible() {
    done
 }
 
-# For the other supported machine, without the tests that run programs of this one, and with
-# GoogleTest from its sources.
-aarch64() {
-   needPackages g++-aarch64-linux-gnu qemu-user-static googletest
-   local folder=$work/aarch64
-   local arguments=(-G Ninja "-DCMAKE_TOOLCHAIN_FILE=$root/cmake/Aarch64.cmake")
+# Puts a script in the place of each program of a folder, which runs it under qemu-user: so programs
+# of another machine start one another, as they would there. The samples are only looked at.
+wrap() {
+   local folder=$1 machine=$2 emulator=$3 program
+   find "$folder" -name CMakeFiles -prune -o -type f -perm /100 ! -name '*.so*' ! -name '*Sample*' \
+      ! -name '*.real' -print | while read -r program; do
+      [ "$(head -c 4 "$program" | tail -c 3)" = ELF ] || continue
+      mv "$program" "$program.real"
+      printf '#!/bin/sh\nexec %s -L /usr/%s-linux-gnu -0 "$0" "$0.real" "$@"\n' \
+         "$emulator" "$machine" >"$program"
+      chmod +x "$program"
+   done
+}
+
+# For another machine: the test programs of the library and the stand-ins, with GoogleTest from its
+# sources.
+cross() {
+   local machine=$1 emulator=$2
+   needPackages "g++-$machine-linux-gnu" qemu-user-static googletest
+   local folder=$work/$machine
+   local arguments=(-G Ninja "-DCMAKE_TOOLCHAIN_FILE=$root/cmake/Cross.cmake" "-DVORN_MACHINE=$machine")
    local tests=(tablesTest frameTest registryTest exactBuffersTest threadsTest kelvarTest oruTest
       hwVornFennTypesTest undisturbedTest)
    {
@@ -78,19 +93,20 @@ aarch64() {
          -DCMAKE_BUILD_TYPE=Release "-DCMAKE_INSTALL_PREFIX=$folder/prefix" &&
          cmake --build "$folder/googletest" --target install
    } >"$work/log" 2>&1 || { tail -n 50 "$work/log"; exit 1; }
-   make "$folder/build" "${libraries[*]} VornCodec ${tests[*]} vornDump debugContainers reload reloadedPlugin \
-      hardenedSample hardenedSampleProgram bareSample bareSampleProgram" "${arguments[@]}" \
+   make "$folder/build" "${libraries[*]} VornCodec ${tests[*]} vornDump debugContainers reload \
+      reloadedPlugin hardenedSample hardenedSampleProgram bareSample bareSampleProgram" "${arguments[@]}" \
       "-DCMAKE_PREFIX_PATH=$folder/prefix" -DVORN_BUILD_TESTS=ON -DVORN_BUILD_TOOLS=OFF -DVORN_PYTHON=OFF
-   $emulator "$folder/build/tests/hardening/vornDump" | cmp - "$work/dump"
+   wrap "$folder/build" "$machine" "$emulator"
+   "$folder/build/tests/hardening/vornDump" | cmp - "$work/dump"
+   local program
    for program in "${tests[@]}"; do
-      $emulator "$(find "$folder/build" -type f -name "$program")" --gtest_brief=1 \
-         >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+      "$(find "$folder/build" -type f -name "$program")" --gtest_brief=1 >"$work/log" 2>&1 ||
+         { cat "$work/log"; exit 1; }
    done
    ctest --test-dir "$folder/build" --output-on-failure \
       -R '^(Elf\.|Headers\.serveDebugContainers|Process\.HoldsNoMore)' >"$work/log" ||
       { cat "$work/log"; exit 1; }
 }
-emulator='qemu-aarch64-static -L /usr/aarch64-linux-gnu'
 
 for name in "${names[@]}"; do
    SECONDS=0
@@ -99,9 +115,9 @@ for name in "${names[@]}"; do
       echo "reproducible: the same bytes elsewhere ($SECONDS s)"
       continue
    fi
-   if [ "$name" = aarch64 ]; then
-      aarch64
-      echo "aarch64: answers as the release build, and passes its tests ($SECONDS s)"
+   if [ "$name" = aarch64 ] || [ "$name" = i686 ]; then
+      cross "$name" "qemu-${name/i686/i386}-static"
+      echo "$name: answers as the release build, and passes its tests ($SECONDS s)"
       continue
    fi
    folder=$work/$name

@@ -1110,7 +1110,7 @@ bool DumpReader::State::stepArgument() {
             throw Error( "the image is longer than " + std::to_string( Image::longest ) +
                          " bytes" );
          }
-         for( U64 i = 0; i < repeats; ++i ) {
+         for( std::size_t i = 0; i < repeats; ++i ) {
             pending_.push_back( row_[i % row_.size()] );
          }
          pending_.insert( pending_.end(), bytes.begin(), bytes.end() );
