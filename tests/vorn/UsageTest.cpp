@@ -15,8 +15,9 @@ void expectWrongUsage( const std::vector<std::string>& arguments, const std::str
 } // namespace
 
 TEST( Usage, helpOfEveryVerbHasAnExample ) {
-   for( const std::string verb : { "tables", "layout", "encode", "decode", "program", "identify",
-                                   "address", "locate", "export", "reference", "trace" } ) {
+   for( const std::string verb :
+        { "tables", "layout", "encode", "decode", "program", "identify", "address", "locate",
+          "export", "reference", "explore", "trace" } ) {
       const auto outcome = Testing::vorn( { verb, "--help" } );
       EXPECT_NE( outcome.out.find( "Usage: vorn " + verb ), std::string::npos ) << outcome.out;
       EXPECT_NE( outcome.out.find( "Example:\n  " ), std::string::npos ) << outcome.out;
@@ -52,13 +53,14 @@ TEST( Usage, helpAndVersionOnAFullDevice ) {
 }
 
 TEST( Usage, verbs ) {
-   expectWrongUsage( {},
-                     "a verb is required; allowed: tables, field, layout, encode, decode, diff, "
-                     "stats, program, identify, address, locate, export, reference, trace" );
+   expectWrongUsage(
+      {}, "a verb is required; allowed: tables, field, layout, encode, decode, diff, "
+          "stats, program, identify, address, locate, export, reference, explore, trace" );
    expectWrongUsage( { "tabels" }, "unknown verb \"tabels\"; did you mean tables?" );
-   expectWrongUsage( { "frob", "tables" },
-                     "unknown verb \"frob\"; allowed: tables, field, layout, encode, decode, diff, "
-                     "stats, program, identify, address, locate, export, reference, trace" );
+   expectWrongUsage(
+      { "frob", "tables" },
+      "unknown verb \"frob\"; allowed: tables, field, layout, encode, decode, diff, "
+      "stats, program, identify, address, locate, export, reference, explore, trace" );
 }
 
 TEST( Usage, options ) {

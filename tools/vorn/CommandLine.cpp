@@ -20,7 +20,7 @@ namespace {
 // The verbs, in the order in which the help lists them.
 constexpr AddVerb addVerbs[] = {
    addTables,  addField,    addLayout,  addEncode, addDecode, addDiff,      addStats,
-   addProgram, addIdentify, addAddress, addLocate, addExport, addReference,
+   addProgram, addIdentify, addAddress, addLocate, addExport, addReference, addExplore,
 };
 
 using Names = std::vector<std::string>;

@@ -36,6 +36,7 @@ Verb addIdentify( CLI::App& commandLine );
 Verb addLayout( CLI::App& commandLine );
 Verb addReference( CLI::App& commandLine );
 Verb addExport( CLI::App& commandLine );
+Verb addExplore( CLI::App& commandLine );
 
 using AddVerb = Verb ( * )( CLI::App& commandLine );
 
