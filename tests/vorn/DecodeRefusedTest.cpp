@@ -221,18 +221,12 @@ TEST( DecodeRefused, hexdump ) {
 
 TEST( DecodeRefused, json ) {
    expectBadImages( {
-      { "an object without end", R"({"image":"05000000"^)",
-        invalid( "unexpected end of input; expected '}'" ) },
       { "a string without end", R"({"image":"05000000^)",
         invalid( "invalid string: missing closing quote" ) },
-      { "an array without end", "[5,0,0^", invalid( "unexpected end of input; expected ']'" ) },
       { "a comma too many", "[5,0,0,^]",
         invalid( "unexpected ']'; expected '[', '{', or a literal" ) },
-      { "single quotes", "{^'image':'05000000'}", invalid( "invalid literal" ) },
       { "something after it", "\"05000000\" ^00",
         invalid( "unexpected number literal; expected end of input" ) },
-      { "a bad escape", R"(["0\^x5"])",
-        invalid( "invalid string: forbidden character after backslash" ) },
       { "a zero byte", std::string( "[5,0,0]^\0", 9 ), "not valid JSON: a zero byte" },
 
       { "an empty object", "^{}", "missing key \"image\"" },
@@ -245,22 +239,13 @@ TEST( DecodeRefused, json ) {
 
       { "image: a number", R"({"image": ^5})",
         wrongType( "image", "a string or an array", "a number" ) },
-      { "image: a negative number", R"({"image": ^-5})",
-        wrongType( "image", "a string or an array", "a number" ) },
       { "image: null", R"({"image":^null})", wrongType( "image", "a string or an array", "null" ) },
-      { "image: true", R"({"image":^true})", wrongType( "image", "a string or an array", "true" ) },
-      { "image: false", R"({"image": ^false })",
-        wrongType( "image", "a string or an array", "false" ) },
       { "image: an object", R"({"image": ^{"image":"00"}})",
         wrongType( "image", "a string or an array", "an object" ) },
       { "table: a number", R"({"table":^5,"image":"05000000"})",
         wrongType( "table", "a string", "a number" ) },
-      { "table: an array", R"({"table":^["T"],"image":"05000000"})",
-        wrongType( "table", "a string", "an array" ) },
       { "chip: true", R"({"chip":^true,"image":"05000000"})",
         wrongType( "chip", "a name or a number", "true" ) },
-      { "chip: an object", R"({"chip":^{},"image":"05000000"})",
-        wrongType( "chip", "a name or a number", "an object" ) },
       { "variant: a string", R"({"variant":^"0","image":"05000000"})",
         wrongType( "variant", "a number", "a string" ) },
       { "variant: negative", R"({"variant":^-1,"image":"05000000"})",
@@ -275,11 +260,9 @@ TEST( DecodeRefused, json ) {
       { "digits: bad digit", R"(  {"image":"0500 0^z"})", bytes( "bad digit \"z\" in \"0z\"" ) },
       { "digits: 0x alone", "\"05 ^0x\"", bytes( "no digits in \"0x\"" ) },
       { "array: a negative number", "[5, ^-1]", "bad number -1; write an integer of 0 or more" },
-      { "array: a fraction", "[5,0,^0.0]", "bad number 0.0; write an integer of 0 or more" },
       { "array: a large number", "[^4294967296]",
         "number 4294967296 is too large; a word is at most 4294967295" },
       { "array: beyond a double", "[^1e999]", "bad number 1e999; write an integer of 0 or more" },
-      { "array: true", "[5,^true]", notIn( "true" ) },
       { "array: null", "[^null]", notIn( "null" ) },
       { "array: an array", "[^[5,0,0]]", notIn( "an array" ) },
       { "array: an object", R"([^{"image":"05000000"}])", notIn( "an object" ) },
@@ -319,11 +302,6 @@ TEST( DecodeRefused, pairs ) {
         "EgressPerPortTable does not exist on BCM88650_B0; allowed: " + Testing::newerChipsListed },
       { "a variant that the pair lacks", "TcamActionTable 2 ^1: 05000000",
         "TcamActionTable has no variant 1 on BCM88650_B0; allowed: 0" },
-      { "a large variant",
-        R"({"table":"TcamActionTable","chip":2,"variant":^256,"image":"050000"})",
-        "TcamActionTable has no variant 256 on BCM88650_B0; allowed: 0" },
-      { "a hole in the variants", R"({"table":"LifTable","variant":^5,"chip":10,"image":"00"})",
-        "LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" },
       { "too many words", "TcamActionTable 2 0 ^0: 05000000",
         "\"0\" is too much before the colon; write TABLE CHIP VARIANT: IMAGE" },
       { "a pair and no image", "^TcamActionTable 2 0:\n", "no image after the colon" },
@@ -389,12 +367,6 @@ TEST( DecodeRefused, theImageToCompareWith ) {
    EXPECT_EQ( outcome.status, 1 );
 }
 
-TEST( DecodeRefused, aLineWithoutEnd ) {
-   Testing::expectRefused( { "decode", "TcamActionTable", "--chip", "2", "-" },
-                           "<stdin>:1: the line is longer than 1048576 bytes",
-                           std::string( ( 1 << 20 ) + 1, '0' ) );
-}
-
 TEST( DecodeRefused, arguments ) {
    const auto refused = []( const Arguments& image, const std::string& message ) {
       Arguments arguments{ "decode", "TcamActionTable", "--chip", "2" };
@@ -408,11 +380,6 @@ TEST( DecodeRefused, arguments ) {
    refused( { R"({"image":[]})" }, tooShort( 0 ) );
    refused( { R"({"chip":10,"image":"45230100"})" },
             "the image is one of BCM88690_B0, not of BCM88650_B0" );
-   Testing::expectRefused( { "decode", "TcamActionTabel", "--chip", "2", "45230100" },
-                           "vorn: unknown table \"TcamActionTabel\"; did you mean "
-                           "TcamActionTable?" );
-   Testing::expectRefused( { "decode", "TcamActionTable", "--chip", "BCM88690_V6", "45230100" },
-                           "vorn: unknown chip \"BCM88690_V6\"; did you mean BCM88690_B0?" );
    Testing::expectRefused( { "decode", "TcamActionTable", "--chip", "2", "--variant", "7", "-" },
                            "vorn: TcamActionTable has no variant 7 on BCM88650_B0; allowed: 0" );
 }

@@ -125,10 +125,6 @@ TEST( Decode, theWaysToWriteAnImage ) {
           Arguments{ "0x5b7dde05", "0x02468bbd", "0x00000000" },
           Arguments{ "words: 0x5b7dde05 0x02468bbd 0x00000000" },
           Arguments{ "--image-format", "words", "5b7dde05", "2468bbd" },
-          Arguments{ "00000000  05 de 7d 5b bd 8b 46 02  00 00 00 00              |..}[..F.....|\n"
-                     "0000000c" },
-          Arguments{ R"({"image":[5,222,125,91,189,139,70,2]})" },
-          Arguments{ "\"05de7d5bbd8b4602\"" },
           Arguments{
              R"({"table":"VttInPpPortConfig0","chip":10,"image":"05de7d5bbd8b4602"})" } } ) {
       Arguments arguments = line;
@@ -305,12 +301,6 @@ TEST( Decode, anAnswerDoesNotWaitForFurtherInput ) {
    EXPECT_EQ( Testing::answerTo( decode( action, { "--single-line", "-" } ),
                                  "00000000  06 00 00 00  |....|\n00000004\n" ),
               "action=0x6\n" );
-}
-
-TEST( Decode, aFullDeviceIsAnError ) {
-   const auto outcome = vorn( decode( action, { "--csv", "-" } ), "05000000\n", "/dev/full" );
-   EXPECT_EQ( outcome.err, "vorn: cannot write standard output: No space left on device\n" );
-   EXPECT_EQ( outcome.status, 1 );
 }
 
 TEST( Decode, moreLinesThanAnyBufferHolds ) {

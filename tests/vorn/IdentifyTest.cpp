@@ -1,16 +1,9 @@
 // vorn identify: held against the classes' own discriminators, and what it prints.
 #include "RunVorn.h"
+#include "support/EveryClass.h"
 
 #include <Vorn/Identify.h>
 
-#include <Hardware/EpniIsidTable.h>
-#include <Hardware/EsemMgmtReq.h>
-#include <Hardware/EvecEncapTable.h>
-#include <Hardware/IsemMgmtReq.h>
-#include <Hardware/IvecTable.h>
-#include <Hardware/IvectTable.h>
-#include <Hardware/LifTable.h>
-#include <Hardware/OutAcBank.h>
 #include <Hardware/Registry.h>
 
 #include <nlohmann/json.hpp>
@@ -18,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <iterator>
-#include <map>
 #include <set>
 #include <sstream>
 #include <string>
@@ -31,38 +23,23 @@ using Json = nlohmann::ordered_json;
 using Testing::expectRefused;
 using Testing::vorn;
 
-using Discriminator = bool ( * )( Hardware::ChipType, const U8*, U16, U8 );
-
-// Tables that aren't listed have no tag.
-const std::map<std::string_view, Discriminator> discriminators{
-   { "EpniIsidTable", Hardware::EpniIsidTable::isEpniIsidTable },
-   { "EsemMgmtReq", Hardware::EsemMgmtReq::isEsemMgmtReq },
-   { "EvecEncapTable", Hardware::EvecEncapTable::isEvecEncapTable },
-   { "IsemMgmtReq", Hardware::IsemMgmtReq::isIsemMgmtReq },
-   { "IvecTable", Hardware::IvecTable::isIvecTable },
-   { "IvectTable", Hardware::IvectTable::isIvectTable },
-   { "LifTable", Hardware::LifTable::isLifTable },
-   { "OutAcBank", Hardware::OutAcBank::isOutAcBank },
-};
-
 using Pair = std::tuple<std::string, U32>; // table and variant
 
 // The pairs whose entries are as long as the image and whose discriminator takes it for theirs.
 std::set<Pair> takersOf( const Vorn::Chip& chip, const std::vector<U8>& image ) {
    const auto chipType = static_cast<Hardware::ChipType>( chip.number );
    std::set<Pair> takers;
-   for( const auto table : Hardware::classNames() ) {
-      const auto found = discriminators.find( table );
+   for( const Testing::ClassAccessors& table : Testing::everyClass() ) {
       for( unsigned variant = 0; variant < 256; ++variant ) {
          const auto number = static_cast<U8>( variant );
-         const auto info = Hardware::pairInfo( table, chip.number, number );
+         const auto info = Hardware::pairInfo( table.name, chip.number, number );
          // There are no entries of this one, so it has a discriminator that takes none.
          const bool isTaken =
-            chip.name == "Software" || found == discriminators.end() ||
-            found->second( chipType, image.data(), static_cast<U16>( image.size() ), number );
+            chip.name == "Software" || table.holds == nullptr ||
+            table.holds( chipType, image.data(), static_cast<U16>( image.size() ), number );
          if( info && ( info->hasVariants || variant == 0 ) && isTaken &&
              std::size_t( 4 ) * info->width == image.size() ) {
-            takers.emplace( table, variant );
+            takers.emplace( table.name, variant );
          }
       }
    }

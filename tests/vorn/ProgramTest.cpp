@@ -1,16 +1,11 @@
 // vorn program, run for real: the lines it makes, and each kind of bad line.
+#include "Folders.h"
 #include "RunVorn.h"
 #include "support/Chips.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <utility>
-
-#include <unistd.h>
 
 namespace {
 
@@ -67,23 +62,6 @@ std::string lif( const std::string& variant, const std::string& fields,
 
 // An image of LifTable with the tag of variant 3, 0x25 in 6 bits from bit 174.
 const std::string lifImage = std::string( 42, '0' ) + "4009" + std::string( 114, '0' );
-
-class TemporaryFile {
-public:
-   explicit TemporaryFile( const std::string& text ) {
-      path_ = testing::TempDir() + "vornProgramTest.XXXXXX";
-      const int descriptor = ::mkstemp( path_.data() );
-      EXPECT_GE( descriptor, 0 );
-      ::close( descriptor );
-      std::ofstream( path_ ) << text;
-   }
-   ~TemporaryFile() { std::remove( path_.c_str() ); }
-
-   const std::string& path() const { return path_; }
-
-private:
-   std::string path_;
-};
 
 } // namespace
 
@@ -212,8 +190,10 @@ TEST( Program, moreLinesThanAnyBufferHolds ) {
 }
 
 TEST( Program, aFile ) {
-   const TemporaryFile file( line( "2", "1" ) );
-   const auto outcome = vorn( { "program", file.path() } );
+   const Testing::TemporaryFolder folder;
+   const std::string file = folder / "entries.jsonl";
+   std::ofstream( file ) << line( "2", "1" );
+   const auto outcome = vorn( { "program", file } );
    EXPECT_EQ( outcome.out, madeOnChip2( "01000000" ) );
    EXPECT_EQ( outcome.err, "" );
    EXPECT_EQ( outcome.status, 0 );
@@ -225,44 +205,16 @@ TEST( Program, anAnswerDoesNotWaitForFurtherInput ) {
 }
 
 TEST( Program, theLinesBeforeABadOneArePrinted ) {
-   const TemporaryFile file( line( "2", "1" ) + "\n" + line( "2", "2" ) + line( "2", "1048576" ) +
-                             line( "2", "4" ) );
-   const auto outcome = vorn( { "program", file.path() } );
+   const Testing::TemporaryFolder folder;
+   const std::string file = folder / "entries.jsonl";
+   std::ofstream( file ) << line( "2", "1" ) << "\n"
+                         << line( "2", "2" ) << line( "2", "1048576" ) << line( "2", "4" );
+   const auto outcome = vorn( { "program", file } );
    EXPECT_EQ( outcome.out, madeOnChip2( "01000000" ) + madeOnChip2( "02000000" ) );
-   EXPECT_EQ( outcome.err, file.path() +
-                              ":4:56: value 1048576 of field action is too large; its 20 "
-                              "bits in TcamActionTable on BCM88650_B0 hold at most "
-                              "0xfffff\n" );
+   EXPECT_EQ( outcome.err, file + ":4:56: value 1048576 of field action is too large; its 20 "
+                                  "bits in TcamActionTable on BCM88650_B0 hold at most "
+                                  "0xfffff\n" );
    EXPECT_EQ( outcome.status, 1 );
-}
-
-TEST( Program, filesThatCannotBeRead ) {
-   Testing::expectRefused( { "program", "/nowhere/entries.jsonl" },
-                           "vorn: cannot open /nowhere/entries.jsonl: No such file or directory" );
-   Testing::expectRefused( { "program", "/tmp" }, "vorn: cannot read /tmp: Is a directory" );
-}
-
-TEST( Program, aFullDeviceIsAnError ) {
-   const auto outcome = vorn( { "program", "-" }, line( "2", "1" ), "/dev/full" );
-   EXPECT_EQ( outcome.err, "vorn: cannot write standard output: No space left on device\n" );
-   EXPECT_EQ( outcome.status, 1 );
-}
-
-TEST( Program, aLineWithoutEnd ) {
-   Testing::expectRefused( { "program", "-" }, "<stdin>:1: the line is longer than 1048576 bytes",
-                           std::string( ( 1 << 20 ) + 1, ' ' ) );
-   expectMade( std::string( 1 << 20, ' ' ), "" );
-}
-
-TEST( Program, notations ) {
-   for( const auto value :
-        { R"("0b1111_1111_1111_1111_1111")", R"("0xf_ffff")", R"("1_048_575")", R"("mask")",
-          R"("0.15.255.255")", R"("::f:ffff")", R"("00:00:00:0f:ff:ff")", R"("00-00-00-0f-ff-ff")",
-          R"("0000.000f.ffff")" } ) {
-      expectMade( line( "2", value ), madeOnChip2( "ffff0f00" ) );
-   }
-   expectMade( line( "2", "\"mask\"" ) + line( "2", "\"5\"" ) + line( "2", "7" ),
-               madeOnChip2( "ffff0f00" ) + madeOnChip2( "05000000" ) + madeOnChip2( "07000000" ) );
 }
 
 TEST( Program, fromAnImage ) {
@@ -316,7 +268,6 @@ TEST( Program, whatIsNotJson ) {
    const BadLine lines[] = {
       { "^action", "not valid JSON: invalid literal" },
       { "^// all ports", "not valid JSON: invalid literal" },
-      { "^'table'", "not valid JSON: invalid literal" },
       { "^}", "not valid JSON: unexpected '}'; expected '[', '{', or a literal" },
       { start + "^", "not valid JSON: unexpected end of input; expected '}'" },
       { start + ",^", "not valid JSON: unexpected end of input; expected string literal" },
@@ -333,17 +284,9 @@ TEST( Program, whatIsNotJson ) {
       { start + R"(,"fields":{"action":^}})",
         "not valid JSON: unexpected '}'; expected '[', '{', or a literal" },
       { start + R"(,"variant":^tru})", "not valid JSON: invalid literal" },
-      { start + R"(,"variant":^tru)", "not valid JSON: invalid literal" },
-      { start + R"(,"variant":^nul,"entry":1})", "not valid JSON: invalid literal" },
       { start + R"(,"variant":^1.})", "not valid JSON: invalid number; expected digit after '.'" },
-      { start + R"(,"variant":^-})", "not valid JSON: invalid number; expected digit after '-'" },
-      { start + R"(,"variant":^+1})", "not valid JSON: invalid literal" },
       { line( "2", "^01" ), "not valid JSON: unexpected number literal; expected '}'" },
       { line( "2", "^0x10" ),
-        "not valid JSON: invalid literal; all values but decimal numbers stand in quotes" },
-      { line( "2", "^mask" ),
-        "not valid JSON: invalid literal; all values but decimal numbers stand in quotes" },
-      { line( "2", "^1_000" ),
         "not valid JSON: invalid literal; all values but decimal numbers stand in quotes" },
       { line( "2", "\"1^" ).substr( 0, 58 ),
         "not valid JSON: invalid string: missing closing quote" },
@@ -402,10 +345,7 @@ TEST( Program, keys ) {
 TEST( Program, wrongTypes ) {
    const BadLine lines[] = {
       { R"({"table":^5})", "the value of \"table\" is a string, not a number" },
-      { R"({"table":^-5})", "the value of \"table\" is a string, not a number" },
-      { R"({"table":^0.5})", "the value of \"table\" is a string, not a number" },
       { R"({"table": ^null})", "the value of \"table\" is a string, not null" },
-      { R"({"table":^{}})", "the value of \"table\" is a string, not an object" },
       { R"({"chip":^false})", "the value of \"chip\" is a name or a number, not false" },
       { R"({"chip":^{"fields":1}})", "the value of \"chip\" is a name or a number, not an object" },
       { R"({"variant":^"0"})", "the value of \"variant\" is a number, not a string" },
@@ -415,8 +355,6 @@ TEST( Program, wrongTypes ) {
       { R"({"from":^0})", "the value of \"from\" is a string, not a number" },
       { R"({"from":^["00"]})", "the value of \"from\" is a string, not an array" },
       { R"({"fields":^[]})", "the value of \"fields\" is an object, not an array" },
-      { R"({"fields":^"action=1"})", "the value of \"fields\" is an object, not a string" },
-      { R"({"fields":^0.5})", "the value of \"fields\" is an object, not a number" },
       { line( "2", "^true" ), "the value of field \"action\" is a number or a string, not true" },
       { line( "2", "^null" ), "the value of field \"action\" is a number or a string, not null" },
       { line( "2", "^{}" ),
@@ -454,115 +392,37 @@ TEST( Program, numbers ) {
    }
 }
 
-TEST( Program, notationsThatAreNone ) {
-   const std::string anyValue =
-      "; write decimal digits, hexadecimal digits after 0x, binary digits after 0b, an IPv4, IPv6 "
-      "or MAC address, or mask";
-   const std::string colons =
-      "; write a MAC address as 00:1c:73:00:00:01 or an IPv6 address as 2001:db8::1";
-   const std::string dots =
-      "; write an IPv4 address as 10.0.0.1 or a MAC address as 001c.7300.0001";
-   const std::pair<std::string, std::string> values[] = {
-      { "", anyValue },
-      { "ten", anyValue },
-      { "1 2", "; did you mean 12?" },
-      { "0x12g", "; write hexadecimal digits after 0x" },
-      { "0b12", "; did you mean 0x0b12?" },
-      { "beef", "; did you mean 0xbeef?" },
-      { "msak", "; did you mean mask?" },
-      { "10.0.0.256", dots },
-      { "10.0.0", dots },
-      { "10.0.0.0/24", "; write an address without a prefix length" },
-      { "00:1c:73:00:00", colons },
-      { "2001:db8:::1", colons },
-      { "00-1c-73", "; write a MAC address as 00-1c-73-00-00-01" },
-   };
-   for( const auto& [value, advice] : values ) {
-      expectBad(
-         { line( "2", "^\"" + value + '"' ), "bad value \"" + value + "\" for action" + advice } );
-   }
-}
-
-TEST( Program, valuesThatAreTooLarge ) {
-   const std::string end20 = " of field action is too large; its 20 bits in TcamActionTable on "
-                             "BCM88650_B0 hold at most 0xfffff";
-   const std::string end32 = " of field action is too large; its 32 bits in TcamActionTable on "
-                             "BCM88690_B0 hold at most 0xffffffff";
-   const BadLine lines[] = {
-      { line( "2", "^1048576" ), "value 1048576" + end20 },
-      { line( "2", "^\"0b100000000000000000000\"" ), "value 0b100000000000000000000" + end20 },
-      { line( "2", "^\"10.0.0.1\"" ), "value 10.0.0.1" + end20 },
-      { line( "4", "^16777216" ), "value 16777216 of field action is too large; its 24 bits in "
-                                  "TcamActionTable on BCM88375_A0 hold at most 0xffffff" },
-      { line( "10", "^\"0x100000000\"" ), "value 0x100000000" + end32 },
-      { line( "10", "^\"00:1c:73:00:00:01\"" ), "value 00:1c:73:00:00:01" + end32 },
-      { line( "10", "^\"2001:db8::1\"" ), "value 2001:db8::1" + end32 },
-      { line( "10", "^\"0x" + std::string( 129, '1' ) + '"' ),
-        "value 0x" + std::string( 58, '1' ) + "..." + end32 },
-   };
-   for( const BadLine& bad : lines ) {
-      expectBad( bad );
-   }
-}
-
 TEST( Program, namesAndPlaces ) {
+   const std::string pair = "TcamActionTable on BCM88650_B0";
    const BadLine lines[] = {
-      { R"({"table":^"LifTable\u009b","chip":2,"fields":{}})",
-        "unknown table \"LifTable\\xc2\\x9b\"; did you mean LifTable?" },
       { R"({"table":^"TcamActionTabel","chip":2,"fields":{}})",
         "unknown table \"TcamActionTabel\"; did you mean TcamActionTable?" },
       { line( "^\"BCM88650_BO\"", "1" ),
         "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" },
-      { line( "^9", "1" ), "unknown chip 9; allowed: " + Testing::allChipsListed },
-      { line( "^\"9\"", "1" ), "unknown chip 9; allowed: " + Testing::allChipsListed },
-      { line( "^21", "1" ),
-        "TcamActionTable does not exist on Software; allowed: " + Testing::hardwareChipsListed },
-      { line( "2", "1", R"(,"variant":^3)" ),
-        "TcamActionTable has no variant 3 on BCM88650_B0; allowed: 0" },
-      { line( "2", "1", R"(,"variant":^256)" ),
-        "TcamActionTable has no variant 256 on BCM88650_B0; allowed: 0" },
       { R"({"table":"EgressPerPortTable","chip":^2,"variant":9,"fields":{}})",
         "EgressPerPortTable does not exist on BCM88650_B0; allowed: " + Testing::newerChipsListed },
-      { lif( "^5", "" ), "LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" },
+      { line( "2", "1", R"(,"variant":^256)" ),
+        "TcamActionTable has no variant 256 on BCM88650_B0; allowed: 0" },
       { line( "2", R"(1,^"actoin":2)" ),
-        "no field \"actoin\" in TcamActionTable on BCM88650_B0; did you mean action?" },
-      { line( "2", R"(1,^"vsi":2)" ),
-        "no field \"vsi\" in TcamActionTable on BCM88650_B0; allowed: action" },
-      { line( "2", R"(1,^"":2)" ),
-        "no field \"\" in TcamActionTable on BCM88650_B0; allowed: action" },
+        "no field \"actoin\" in " + pair + "; did you mean action?" },
       { line( "2", R"(1,^"action":1)" ), "field action is given twice" },
+      { line( "2", "^\"ten\"" ),
+        "bad value \"ten\" for action; write decimal digits, hexadecimal digits after 0x, binary "
+        "digits after 0b, an IPv4, IPv6 or MAC address, or mask" },
+      { line( "2", "^\"10.0.0.1\"" ),
+        "value 10.0.0.1 of field action is too large; its 20 bits in " + pair +
+           " hold at most 0xfffff" },
       { lif( "3", R"(^"resultType":"mask")" ),
         "field resultType of LifTable on BCM88690_B0 variant 3 is read-only: it holds the entry's "
         "tag" },
-      { lif( "0", R"("vsi":1,^"actionProfileIndex":1)" ),
-        "field actionProfileIndex does not exist in LifTable on BCM88690_B0 variant 0, only on "
-        "chip types and variants 2-8: 3,4; did you mean actionProfileIdx?" },
       { line( "2", "1", R"(,"entry":^1024)" ),
-        "entry 1024 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 1023" },
+        "entry 1024 is out of range in " + pair + "; allowed: 0 to 1023" },
       { line( "2", "1", R"(,"entry":1023,"array":^24)" ),
-        "array 24 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 to 23" },
+        "array 24 is out of range in " + pair + "; allowed: 0 to 23" },
       { line( "2", "1", R"(,"identifier":^1,"array":23)" ),
-        "identifier 1 is out of range in TcamActionTable on BCM88650_B0; allowed: 0" },
-      { line( "2", "1", R"(,"array":18446744073709551615,"entry":^18446744073709551615)" ),
-        "entry 18446744073709551615 is out of range in TcamActionTable on BCM88650_B0; allowed: 0 "
-        "to 1023" },
-   };
-   for( const BadLine& bad : lines ) {
-      expectBad( bad );
-   }
-}
-
-TEST( Program, whatIsNoImageToBeginWith ) {
-   const BadLine lines[] = {
+        "identifier 1 is out of range in " + pair + "; allowed: 0" },
       { line( "2", "1", R"(,"from":^"")" ),
-        "the image has 0 bytes; an entry of TcamActionTable on BCM88650_B0 has 4" },
-      { line( "2", "1", R"(,"from":^"000000")" ),
-        "the image has 3 bytes; an entry of TcamActionTable on BCM88650_B0 has 4" },
-      { line( "10", "1", R"(,"from":^"0x00000000")" ),
-        "the image has 4 bytes; an entry of TcamActionTable on BCM88690_B0 has 8" },
-      { lif( "3", "", R"(,"from":^")" + std::string( 160, '0' ) + '"' ),
-        "the image is not one of LifTable on BCM88690_B0 variant 3: its tag resultType is 0x0, "
-        "not 0x25" },
+        "the image has 0 bytes; an entry of " + pair + " has 4" },
       { lif( "4", "", R"(,"from":^")" + lifImage + '"' ),
         "the image is not one of LifTable on BCM88690_B0 variant 4: its tag resultType is 0x25, "
         "not 0x21; did you mean variant 3?" },

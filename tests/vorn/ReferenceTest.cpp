@@ -137,39 +137,6 @@ TEST( Reference, fieldsByName ) {
               page.text.find( "| `bypassFiltering` |" ) );
 }
 
-// The pages state two steps; every address is to follow from them.
-TEST( Reference, addressesGrowBySteps ) {
-   for( const auto table : Hardware::classNames() ) {
-      for( const auto& pair : Vorn::pairsOf( table ) ) {
-         for( const U32 variant : pair.variants ) {
-            const Vorn::Layout layout( table, U64( pair.chip ), variant );
-            const auto base = layout.address( {} );
-            if( !base ) {
-               continue;
-            }
-            const auto at = [&]( U64 entry, U64 array, U64 identifier ) {
-               return layout.address( { entry, array, identifier } )->schanAddress -
-                      base->schanAddress;
-            };
-            const U32 entries = layout.info().entries;
-            const U32 arrays = layout.info().arrayElements;
-            const U32 instances = layout.info().instanceCount;
-            const U32 entryStep = entries > 1 ? at( 1, 0, 0 ) : 0;
-            const U32 arrayStep = arrays > 1 ? at( 0, 1, 0 ) : 0;
-            for( const U32 entry : { U32( 0 ), entries / 2, entries - 1 } ) {
-               for( const U32 array : { U32( 0 ), arrays / 2, arrays - 1 } ) {
-                  for( U32 identifier = 0; identifier < instances; ++identifier ) {
-                     EXPECT_EQ( at( entry, array, identifier ),
-                                entry * entryStep + array * arrayStep )
-                        << layout.pairText();
-                  }
-               }
-            }
-         }
-      }
-   }
-}
-
 TEST( Reference, noPageIsTooWideOrTooLong ) {
    for( const auto& page : Vorn::referencePages() ) {
       EXPECT_LT( page.text.size(), 200000u ) << page.file;

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <sstream>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -257,15 +256,6 @@ std::vector<std::string> errorWrites( const std::vector<std::string>& arguments,
       writes.push_back( packet );
    }
    return writes;
-}
-
-std::vector<std::string> linesOf( const std::string& text ) {
-   std::vector<std::string> lines;
-   std::istringstream in( text );
-   for( std::string line; std::getline( in, line ); ) {
-      lines.push_back( line );
-   }
-   return lines;
 }
 
 void expectPrinted( const std::vector<std::string>& arguments, const std::string& output,

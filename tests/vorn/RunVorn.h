@@ -1,6 +1,8 @@
 // Runs the real program and hands back what it wrote and how it ended.
 #pragma once
 
+#include "support/Lines.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,9 +43,6 @@ Outcome throughPipesThatDontWait( const std::vector<std::string>& arguments,
 // Each of vorn's writes to standard error.
 std::vector<std::string> errorWrites( const std::vector<std::string>& arguments,
                                       std::string_view input = {} );
-
-// The lines of the text, without their ends.
-std::vector<std::string> linesOf( const std::string& text );
 
 // Expects an exit status of 0, this on standard output, and nothing on standard error.
 void expectPrinted( const std::vector<std::string>& arguments, const std::string& output,

@@ -149,9 +149,3 @@ TEST( Tables, ofOneChipType ) {
    Testing::expectRefused( { "tables", "--chip", "Sofware" },
                            "vorn: unknown chip \"Sofware\"; did you mean Software?" );
 }
-
-TEST( Tables, aFullDeviceIsAnError ) {
-   const auto outcome = Testing::vorn( { "tables" }, {}, "/dev/full" );
-   EXPECT_EQ( outcome.err, "vorn: cannot write standard output: No space left on device\n" );
-   EXPECT_EQ( outcome.status, 1 );
-}
