@@ -160,8 +160,7 @@ const std::vector<Refused> badInput{
 };
 
 const std::string verbs = "tables, field, layout, encode, decode, diff, stats, program, identify, "
-                          "address, locate, export, "
-                          "reference";
+                          "address, locate, export, reference, explore";
 
 const std::vector<Refused> wrongUsage{
    { "no verb", {}, "a verb is required; allowed: " + verbs + ", trace" },
