@@ -13,7 +13,8 @@ needPackages debootstrap lintian g++ dpkg-dev
 build=${VORN_PACKAGES_BUILD:-build/packages}
 consumerTools='g++ cmake ninja-build pkg-config'
 pythonTools='python3 python3-numpy'
-cleanRoot=${VORN_CLEAN_ROOT:-build/clean-root-$(echo $consumerTools $pythonTools | tr -d ' +-').tar}
+vornNeeds='libsimdjson14' # what a minimal system lacks
+cleanRoot=${VORN_CLEAN_ROOT:-build/clean-root-$(echo $consumerTools $pythonTools $vornNeeds | tr -d ' +-').tar}
 
 fail() {
    echo "$0: $*" >&2
@@ -53,6 +54,7 @@ echo "== on a clean system"
 if [ ! -f "$cleanRoot" ]; then
    debootstrap --variant=minbase bookworm "$root" >"$work/log" || { cat "$work/log"; exit 1; }
    inside apt-get -qq install --download-only --no-install-recommends $consumerTools $pythonTools \
+      $vornNeeds \
       >"$work/log"
    tar -C "$root" -cf "$cleanRoot.part" .
    mv "$cleanRoot.part" "$cleanRoot"
@@ -100,6 +102,7 @@ consumerBuilds() {
    done
 }
 
+aptInside --no-download $vornNeeds
 inside sh -c 'dpkg --install /packages/lib*[a-z]1_*.deb /packages/vorn-platform-stand-ins_*.deb \
    /packages/vorn_*.deb' >"$work/log"
 entriesAsHere ''

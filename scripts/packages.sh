@@ -17,7 +17,7 @@ needPackages() {
    apt-get install -y -qq --no-install-recommends $missing >&2
 }
 
-buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev libzstd-dev
+buildPackages='g++ cmake ninja-build libcli11-dev nlohmann-json3-dev zlib1g-dev libzstd-dev libsimdjson-dev
                pybind11-dev python3-dev python3-numpy libsqlite3-dev'
 testPackages='libgtest-dev libgmock-dev clang clangd pkg-config binutils abigail-tools xz-utils patch man-db zsh fish
               sqlite3 gdb python3-jsonschema python3-pytest python3-hypothesis python3-pandas mypy

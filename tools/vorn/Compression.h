@@ -36,7 +36,7 @@ public:
    std::string name() const override { return source_.name(); }
 
 private:
-   static constexpr std::size_t inputSize = 1 << 16;
+   static constexpr std::size_t inputSize = 1 << 17;
 
    void begin();
    std::size_t readPlain( char* to, std::size_t size );

@@ -78,6 +78,11 @@ FileBytes::FileBytes( const std::string& path, std::function<void()> beforeRead 
 
 FileBytes::~FileBytes() = default;
 
+bool FileBytes::isReady() const {
+   pollfd waiting{ raw_.descriptor, POLLIN, 0 };
+   return ::poll( &waiting, 1, 0 ) > 0;
+}
+
 FileBytes::Raw::Raw( const std::string& path, std::function<void()> calledBeforeRead )
    : shownPath( path == "-" ? "<stdin>" : shown( path ) ),
      beforeRead( std::move( calledBeforeRead ) ),

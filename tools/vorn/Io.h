@@ -48,6 +48,9 @@ public:
    std::size_t read( char* to, std::size_t size ) override { return plain_.read( to, size ); }
    std::string name() const override { return raw_.name(); }
 
+   // Whether reading doesn't have to wait for others.
+   bool isReady() const;
+
    // How many bytes there are to read, 0 if only reading tells; and how many have been read. They
    // are those of the file, compressed where it is.
    U64 size() const { return raw_.size; }

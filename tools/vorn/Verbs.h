@@ -48,6 +48,9 @@ Verb addComplete( CLI::App& commandLine );
 // made and what it says of each field, which the codec works out without views.
 void traceView( const Layout& layout );
 
+// Whether it has.
+bool isTracing();
+
 // Does those of the verbs that parsing has met.
 void runParsed( std::span<const Verb> verbs, Output& output );
 

@@ -11,16 +11,11 @@
 
 #include <charconv>
 #include <iterator>
+#include <string>
 
 namespace Vorn {
 
 namespace {
-
-void appendNumber( std::string& text, U64 number, int base = 10 ) {
-   char digits[20];
-   const auto end = std::to_chars( std::begin( digits ), std::end( digits ), number, base ).ptr;
-   text.append( digits, end );
-}
 
 void appendBytes( std::string& text, const Composed& entry ) {
    appendHex( text, entry.image );
@@ -46,32 +41,58 @@ void appendText( std::string& text, const Composed& entry ) {
            "\ndestBlock: " + std::to_string( entry.address->destBlock ) + '\n';
 }
 
+// Writes into room that is there.
+class Writer {
+public:
+   // Room for `size` bytes at the end of the text.
+   Writer( std::string& text, std::size_t size ) : text_( text ) {
+      const auto begin = text.size();
+      text.resize( begin + size );
+      to_ = text.data() + begin;
+   }
+   ~Writer() { text_.resize( static_cast<std::size_t>( to_ - text_.data() ) ); }
+   Writer( const Writer& ) = delete;
+   Writer& operator=( const Writer& ) = delete;
+
+   Writer& operator<<( std::string_view part ) {
+      to_ += part.copy( to_, part.size() );
+      return *this;
+   }
+   Writer& operator<<( U64 number ) { return append( number, 10 ); }
+   Writer& append( U64 number, int base ) {
+      to_ = std::to_chars( to_, to_ + 20, number, base ).ptr;
+      return *this;
+   }
+
+private:
+   std::string& text_;
+   char* to_;
+};
+
+// More than what stands in an object besides names and image.
+constexpr std::size_t roomOfObject = 160;
+
 // The keys of an object up to the entry's index, and those of its address.
 void appendIndex( std::string& text, const Layout& layout, const EntryIndex& index ) {
-   text.append( R"({"table":")" ).append( layout.table() );
-   text.append( R"(","chip":")" ).append( layout.chip().name );
-   text += R"(","variant":)";
-   appendNumber( text, layout.variant() );
-   text += R"(,"entry":)";
-   appendNumber( text, index.entry );
-   text += R"(,"array":)";
-   appendNumber( text, index.array );
-   text += R"(,"identifier":)";
-   appendNumber( text, index.identifier );
+   const std::string_view table = layout.table();
+   const std::string_view chip = layout.chip().name;
+   Writer( text, roomOfObject + table.size() + chip.size() )
+      << R"({"table":")" << table << R"(","chip":")" << chip << R"(","variant":)"
+      << layout.variant() << R"(,"entry":)" << index.entry << R"(,"array":)" << index.array
+      << R"(,"identifier":)" << index.identifier;
 }
 
 void appendAddress( std::string& text, const std::optional<Address>& address ) {
    if( address ) {
-      text += R"(,"address":"0x)";
-      appendNumber( text, address->schanAddress, 16 );
-      text += R"(","accessType":)";
-      appendNumber( text, address->accessType );
-      text += R"(,"destBlock":)";
-      appendNumber( text, address->destBlock );
+      Writer writer( text, roomOfObject );
+      writer << R"(,"address":"0x)";
+      writer.append( address->schanAddress, 16 )
+         << R"(","accessType":)" << address->accessType << R"(,"destBlock":)" << address->destBlock
+         << "}\n";
    } else {
-      text += R"(,"address":null,"accessType":null,"destBlock":null)";
+      text += R"(,"address":null,"accessType":null,"destBlock":null})"
+              "\n";
    }
-   text += "}\n";
 }
 
 void appendJson( std::string& text, const Composed& entry ) {

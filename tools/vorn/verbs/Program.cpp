@@ -2,11 +2,14 @@
 #include "verbs/Program.h"
 
 #include "Arguments.h"
+#include "Pipeline.h"
 #include "Progress.h"
+#include "QuickRecords.h"
 #include "Verbs.h"
 #include "forms/EntryForms.h"
 
 #include <Vorn/Compose.h>
+#include <Vorn/Dump.h>
 #include <Vorn/Error.h>
 #include <Vorn/Layout.h>
 #include <Vorn/Record.h>
@@ -17,46 +20,142 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <map>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
-#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace Vorn {
 
+namespace {
+
+// Whole lines of the input, and what has been made of them.
+struct Lines {
+   std::string text; // and QuickRecords::padding bytes
+   std::size_t size = 0;
+   U64 number = 0; // of the first one
+   std::string made;
+   U64 entries = 0;
+   U64 bytesRead = 0;          // of the file, up to their end
+   std::optional<Error> error; // of the line after those that `made` is of
+};
+
+// Composes the entries of lines: the plain ones quickly, the others by the careful parser, which
+// also says what is wrong with a bad one and where.
+class Composing {
+public:
+   Composing( EntryForm form, std::string name ) : form_( form ), name_( std::move( name ) ) {}
+
+   void compose( Lines& lines ) {
+      U64 number = lines.number;
+      for( std::string_view rest( lines.text.data(), lines.size ); !rest.empty(); ++number ) {
+         const auto end = std::min( rest.find( '\n' ), rest.size() );
+         const auto line = rest.substr( 0, end );
+         rest.remove_prefix( std::min( end + 1, rest.size() ) );
+         const auto place = [&] { return name_ + ':' + std::to_string( number ); };
+         if( line.size() > ByteLines::longest ) {
+            lines.error.emplace( place(), "the line is longer than " +
+                                             std::to_string( ByteLines::longest ) + " bytes" );
+            return;
+         }
+         if( line.find_first_not_of( " \t\r" ) == std::string_view::npos ) {
+            continue;
+         }
+         try {
+            const auto plain = quick_.compose( line );
+            append( lines.made, plain ? *plain : careful_.compose( line ) );
+            ++lines.entries;
+         } catch( const Error& error ) {
+            lines.error.emplace( place() + ':' + std::to_string( careful_.column() ),
+                                 error.message() );
+            return;
+         }
+      }
+   }
+
+private:
+   void append( std::string& made, const Composed& entry ) {
+      if( &entry.layout != last_ ) {
+         last_ = &entry.layout;
+         traceView( *last_ );
+      }
+      form_( made, entry );
+   }
+
+   EntryForm form_;
+   std::string name_; // of the file
+   QuickRecords quick_;
+   RecordComposer careful_;
+   const Layout* last_ = nullptr;
+};
+
+} // namespace
+
 void program( const ProgramArguments& arguments, Output& output ) {
    const U64 count = parseIndex( arguments.count, "count", ~U64( 0 ) );
-   RecordComposer composer;
-   const Layout* last = nullptr;
-   std::string made;
    Progress progress;
    U64 entries = 0;
-   LineReader reader( arguments.path, [&] {
-      output.flush();
-      if( const U64 size = reader.size() ) {
-         progress.show( reader.bytesRead(), size, entries );
+   U64 bytesRead = 0;
+   const auto finish = [&]( Lines& lines ) {
+      output.write( lines.made );
+      entries += lines.entries;
+      bytesRead = lines.bytesRead;
+      if( lines.error ) {
+         throw *lines.error;
+      }
+   };
+   std::function<void()> beforeRead = [] {};
+   FileBytes bytes( arguments.path, [&] { beforeRead(); } );
+   std::vector<std::unique_ptr<Composing>> composing( Pipeline<Lines>::mostThreads );
+   const auto work = [&]( Lines& lines, std::size_t thread ) {
+      if( !composing[thread] ) {
+         composing[thread] = std::make_unique<Composing>( arguments.form, bytes.name() );
+      }
+      composing[thread]->compose( lines );
+   };
+   Pipeline<Lines> pipeline( work, finish );
+   // What has been read is answered before there is a wait for more.
+   beforeRead = [&] {
+      if( !bytes.isReady() ) {
+         pipeline.drain();
+         output.flush();
+      }
+      if( const U64 size = bytes.size() ) {
+         progress.show( bytesRead, size, entries );
       } else {
          progress.show( entries, count, entries );
       }
-   } );
-   for( std::string_view line; reader.next( line ); ) {
-      if( line.find_first_not_of( " \t\r" ) == std::string_view::npos ) {
+   };
+   ByteLines input( bytes );
+   const bool isTraced = isTracing();
+   U64 number = 1;
+   for( bool isEnd = false; !isEnd; ) {
+      isEnd = !input.readMore();
+      const auto rest = input.rest();
+      const auto last = rest.rfind( '\n' );
+      const auto size = isEnd || rest.size() > 2 * ByteLines::longest ? rest.size() : last + 1;
+      if( size == 0 ) {
          continue;
       }
-      made.clear();
-      try {
-         const Composed entry = composer.compose( line );
-         if( &entry.layout != last ) {
-            last = &entry.layout;
-            traceView( *last );
-         }
-         arguments.form( made, entry );
-      } catch( const Error& error ) {
-         throw Error( reader.place() + ':' + std::to_string( composer.column() ), error.message() );
-      }
-      output.write( made );
-      ++entries;
+      Lines lines;
+      lines.text.reserve( size + QuickRecords::padding );
+      lines.text.assign( rest.data(), size );
+      lines.text.resize( size + QuickRecords::padding );
+      lines.size = size;
+      lines.number = number;
+      lines.bytesRead = bytes.bytesRead();
+      const auto ends = static_cast<U64>( std::count( rest.begin(), rest.begin() + size, '\n' ) );
+      number += ends;
+      input.skip( size, ends );
+      // Small pieces are those of a pipe that somebody writes to line by line.
+      constexpr std::size_t enough = 1 << 15;
+      const bool isMany = size >= enough && lines.number > 1 && !isTraced;
+      pipeline.give( std::move( lines ), isMany );
    }
+   pipeline.drain();
 }
 
 Verb addProgram( CLI::App& commandLine ) {

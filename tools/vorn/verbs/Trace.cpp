@@ -26,9 +26,13 @@ void runParsed( std::span<const Verb> verbs, Output& output ) {
    }
 }
 
-void traceView( const Layout& layout ) {
+bool isTracing() {
    static const Oru::TraceHandle handle( traceName, true );
-   if( !handle.enabled( Oru::TraceFacility::level8 ) ) {
+   return handle.enabled( Oru::TraceFacility::level8 );
+}
+
+void traceView( const Layout& layout ) {
+   if( !isTracing() ) {
       return;
    }
    const auto view = Hardware::stringObj( layout.table(), layout.chip().type(), layout.variant() );

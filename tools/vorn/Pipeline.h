@@ -1,0 +1,161 @@
+// Work on pieces of a stream by several threads, whose results stay in order.
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace Vorn {
+
+// Each job is worked on by one of the threads and then finished by the caller's, in the order in
+// which they were given.
+//
+//    Pipeline<Job> pipeline( work, finish );  // work( job, thread ), finish( job )
+//    while( ... ) { pipeline.give( std::move( job ) ); }
+//    pipeline.drain();
+template<class Job>
+class Pipeline {
+public:
+   using Work = std::function<void( Job&, std::size_t thread )>;
+   using Finish = std::function<void( Job& )>;
+
+   // More are of no use to what has to be read and written by one.
+   static constexpr std::size_t mostThreads = 4;
+
+   // `work` must not throw, and may be called by up to mostThreads threads at once.
+   Pipeline( Work work, Finish finish )
+      : work_( std::move( work ) ), finish_( std::move( finish ) ) {}
+
+   ~Pipeline() {
+      {
+         const std::lock_guard lock( mutex_ );
+         isEnding_ = true;
+      }
+      isThere_.notify_all();
+      for( std::thread& thread : threads_ ) {
+         thread.join();
+      }
+   }
+   Pipeline( const Pipeline& ) = delete;
+   Pipeline& operator=( const Pipeline& ) = delete;
+
+   // Does it, by another thread if `isMany`: there will be more of them without a wait.
+   void give( Job job, bool isMany ) {
+      if( isMany ) {
+         start();
+      }
+      if( threads_.empty() ) {
+         work_( job, 0 );
+         finish_( job );
+         return;
+      }
+      {
+         const std::lock_guard lock( mutex_ );
+         all_.push_back( std::make_unique<Slot>( Slot{ std::move( job ) } ) );
+      }
+      isThere_.notify_one();
+      while( all_.size() > 3 * threads_.size() || isFirstDone() ) {
+         finishFirst();
+      }
+   }
+
+   // Finishes all that was given.
+   void drain() {
+      while( !all_.empty() ) {
+         finishFirst();
+      }
+   }
+
+private:
+   struct Slot {
+      Job job;
+      bool isTaken = false;
+      bool isDone = false;
+   };
+
+   void start() {
+      if( !threads_.empty() || hasTried_ ) {
+         return;
+      }
+      hasTried_ = true;
+      const std::size_t processors = std::thread::hardware_concurrency();
+      try {
+         for( std::size_t i = 1; i < processors && i < mostThreads; ++i ) {
+            threads_.emplace_back( [this, i] { run( i ); } );
+         }
+      } catch( const std::system_error& ) {
+         // With fewer threads, then.
+      }
+   }
+
+   // With the lock: the first slot that nobody has begun, or null.
+   Slot* take() {
+      for( const auto& slot : all_ ) {
+         if( !slot->isTaken ) {
+            slot->isTaken = true;
+            return slot.get();
+         }
+      }
+      return nullptr;
+   }
+
+   void run( std::size_t thread ) {
+      std::unique_lock lock( mutex_ );
+      for( ;; ) {
+         Slot* slot = nullptr;
+         isThere_.wait( lock, [&] { return isEnding_ || ( slot = take() ) != nullptr; } );
+         if( !slot ) {
+            return;
+         }
+         lock.unlock();
+         work_( slot->job, thread );
+         lock.lock();
+         slot->isDone = true;
+         isDone_.notify_one();
+      }
+   }
+
+   bool isFirstDone() {
+      const std::lock_guard lock( mutex_ );
+      return !all_.empty() && all_.front()->isDone;
+   }
+
+   // Works on others while the first one isn't done.
+   void finishFirst() {
+      std::unique_lock lock( mutex_ );
+      while( !all_.front()->isDone ) {
+         if( Slot* const slot = take() ) {
+            lock.unlock();
+            work_( slot->job, 0 );
+            lock.lock();
+            slot->isDone = true;
+         } else {
+            isDone_.wait( lock, [&] { return all_.front()->isDone; } );
+         }
+      }
+      const auto first = std::move( all_.front() );
+      all_.pop_front();
+      lock.unlock();
+      finish_( first->job );
+   }
+
+   Work work_;
+   Finish finish_;
+   std::mutex mutex_;
+   std::condition_variable isThere_;
+   std::condition_variable isDone_;
+   std::deque<std::unique_ptr<Slot>> all_;
+   std::vector<std::thread> threads_;
+   bool isEnding_ = false;
+   bool hasTried_ = false;
+};
+
+} // namespace Vorn
