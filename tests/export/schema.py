@@ -144,13 +144,17 @@ def main():
         check(validator, {**lif, "variant": 3, "fields": {}}, True)
         check(validator, {**lif, "variant": 5}, False)
         check(validator, {**lif, "fields": {"vsi": 32768}}, False)
-        check(validator, {**lif, "fields": {"resultType": 58}}, False)
+        check(validator, {**lif, "fields": {"resultType": 58}}, True)  # its tag
+        check(validator, {**lif, "fields": {"resultType": 57}}, False)
+        check(validator, {**lif, "entry": None, "image": "a00f", "address": "0x1001"}, True)
+        check(validator, {**lif, "image": 1}, False)
         check(validator, {**lif, "table": "FheiIveSizeReg", "fields": {}}, False)
         check(validator, [lif], False)
     check(chip, older, False)
     check(everything, older, True)
-    assert refused([{**lif, "variant": 5}, {**lif, "fields": {"resultType": 58}},
-                    {**lif, "table": "FheiIveSizeReg", "fields": {}}, older]) == [True] * 3 + [False]
+    assert refused([{**lif, "variant": 5}, {**lif, "fields": {"resultType": 57}},
+                    {**lif, "table": "FheiIveSizeReg", "fields": {}}, older,
+                    {**lif, "fields": {"resultType": 58}}]) == [True] * 3 + [False] * 2
 
     print(f"{len(good_lines)} good records of {len(pairs)} pairs, {len(seen_widths)} widths")
 

@@ -116,6 +116,13 @@ Json indexSchema( U64 count ) {
    return { { "type", "integer" }, { "minimum", 0 }, { "maximum", count - 1 } };
 }
 
+// Of a place, which may be unknown.
+Json placeSchema( U64 count ) {
+   Json schema = indexSchema( count );
+   schema["type"] = { "integer", "null" };
+   return schema;
+}
+
 Json valueSchema( U32 width ) {
    Json schema;
    schema["type"] = { "integer", "string" };
@@ -152,17 +159,20 @@ Json pairSchema( const Layout& layout, std::set<U32>& widths ) {
    const Hardware::PairInfo& info = layout.info();
    Json fields = Json::object();
    for( const Field& field : layout.fields() ) {
-      if( !field.readOnly ) {
-         Json one = reference( widthName( field.width ) );
-         one["description"] = field.hardwareName;
-         fields[std::string( field.name )] = one;
+      Json one = reference( widthName( field.width ) );
+      one["description"] = field.hardwareName;
+      if( field.readOnly ) {
+         one = { { "description", field.hardwareName },
+                 { "const", layout.get( layout.blank(), field.name ) } };
+      } else {
          widths.insert( field.width );
       }
+      fields[std::string( field.name )] = one;
    }
    Json properties;
-   properties["entry"] = indexSchema( info.entries );
-   properties["array"] = indexSchema( info.arrayElements );
-   properties["identifier"] = indexSchema( info.instanceCount );
+   properties["entry"] = placeSchema( info.entries );
+   properties["array"] = placeSchema( info.arrayElements );
+   properties["identifier"] = placeSchema( info.instanceCount );
    properties["fields"] = { { "properties", fields }, { "additionalProperties", false } };
    return { { "title", layout.pairText() }, { "properties", properties } };
 }
@@ -205,9 +215,19 @@ std::string recordSchema( std::span<const Layout> layouts ) {
    properties["chip"]["enum"] = chips;
    properties["variant"] = indexSchema( 256 );
    for( const auto* const name : { "entry", "array", "identifier" } ) {
-      properties[name] = { { "type", "integer" }, { "minimum", 0 } };
+      properties[name] = { { "type", { "integer", "null" } }, { "minimum", 0 } };
    }
    properties["from"] = { { "type", "string" }, { "description", "an image to begin with" } };
+   // What `vorn decode --json` and `vorn program` print more.
+   properties["image"] = { { "type", { "string", "null" } },
+                           { "description", "the image to begin with" } };
+   properties["address"] = { { "type", { "integer", "string", "null" } } };
+   for( const auto* const name : { "accessType", "destBlock" } ) {
+      properties[name] = { { "type", { "integer", "null" } },
+                           { "minimum", 0 },
+                           { "maximum", 255 } };
+   }
+   properties["file"] = { { "type", "string" } };
    properties["fields"]["type"] = "object";
 
    Json schema;
