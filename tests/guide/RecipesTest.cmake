@@ -9,7 +9,7 @@ function( run )
    execute_process( COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY )
 endfunction()
 
-foreach( part CMakeLists.txt cmake codec include platform python src tests )
+foreach( part CMakeLists.txt cmake codec include integrations platform python src tests )
    file( COPY ${SOURCE}/${part} DESTINATION ${tree} )
 endforeach()
 file( STRINGS ${tree}/include/Hardware/detail/Classes.def lines )
