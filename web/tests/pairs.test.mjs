@@ -16,6 +16,9 @@ function bytes(count, seed) {
    }).join("");
 }
 
+// vorn prints small values as numbers; the page begins in hexadecimal.
+const hexOf = (value) => (typeof value === "number" ? `0x${value.toString(16)}` : value);
+
 test("all pairs show the fields and values that vorn prints", async () => {
    const tables = vorn(["tables", "--json"]).trimEnd().split("\n").map(JSON.parse);
    const pairs = tables.flatMap(({ name, pairs: own }) =>
@@ -71,7 +74,7 @@ test("all pairs show the fields and values that vorn prints", async () => {
             identifier,
             hardwareName,
             readOnly,
-            value: values[field],
+            value: hexOf(values[field]),
          })),
          name,
       );
