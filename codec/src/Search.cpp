@@ -1,6 +1,8 @@
 // Tables and fields by a part of one of their names.
 #include <Vorn/Search.h>
 
+#include "Letters.h"
+
 #include <Vorn/Error.h>
 #include <Vorn/Pairs.h>
 #include <Vorn/Suggest.h>
@@ -15,16 +17,6 @@
 namespace Vorn {
 
 namespace {
-
-std::string letters( std::string_view name ) {
-   std::string result;
-   for( const char c : name ) {
-      if( c != '_' ) {
-         result += c >= 'A' && c <= 'Z' ? static_cast<char>( c - 'A' + 'a' ) : c;
-      }
-   }
-   return result;
-}
 
 // How well a name matches; nothing where it doesn't.
 enum class Rank { whole, beginning, middle };

@@ -1,6 +1,8 @@
 // The nearest right name for a wrong one.
 #include <Vorn/Suggest.h>
 
+#include "Letters.h"
+
 #include <Vorn/Text.h>
 
 #include <algorithm>
@@ -13,16 +15,6 @@ namespace {
 
 // No right name is longer than this; what is longer need not be compared.
 constexpr std::size_t longestName = 100;
-
-std::string letters( std::string_view name ) {
-   std::string result;
-   for( const char c : name ) {
-      if( c != '_' ) {
-         result += c >= 'A' && c <= 'Z' ? static_cast<char>( c - 'A' + 'a' ) : c;
-      }
-   }
-   return result;
-}
 
 // Optimal string alignment, with the last three rows of the table kept.
 unsigned distanceOfLetters( const std::string& left, const std::string& right ) {

@@ -260,7 +260,7 @@ TEST( ExportHeader, OfATable ) {
               "#ifndef FheiIveSizeReg_BCM88650_B0_BYTES\n"
               "#define FheiIveSizeReg_BCM88650_B0_BYTES 16U\n"
               "\n" );
-   // The tag is what an entry is told by.
+   // An entry is recognised by its tag.
    const auto lif = vorn( { "export", "--format", "c-header", "LifTable", "--chip", "10" } ).out;
    EXPECT_NE( lif.find( "#define LifTable_BCM88690_B0_0_resultType_TAG 0x3aU\n" ),
               std::string::npos );

@@ -15,7 +15,7 @@ namespace Vorn {
 // "identifier" and "fields", in any order, without anything that would be an Error.
 class QuickRecords {
 public:
-   // Bytes behind the line that have to be there, whatever they hold.
+   // Readable bytes that must follow the line, whatever they hold.
    static constexpr std::size_t padding = 64;
 
    QuickRecords();

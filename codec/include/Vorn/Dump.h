@@ -67,7 +67,7 @@ public:
    // Hands out all of rest(), which belongs to no line any more.
    std::string_view takeRest();
 
-   // Passes over the first bytes of rest(), and over so many lines.
+   // Drops the first `bytes` of rest(), which hold `lines` lines.
    void skip( std::size_t bytes, std::size_t lines );
 
 private:

@@ -21,7 +21,7 @@ VORN_API std::span<const std::string_view> notationNames();
 // The notation of that name; else an Error.
 VORN_API Notation notationNamed( std::string_view name );
 
-// Those in which a field of so many bits is written: numbers always, an address where the field is
+// The notations for a field of that width in bits: numbers always, an address where the field is
 // exactly as wide.
 VORN_API std::vector<Notation> notationsOf( unsigned width );
 

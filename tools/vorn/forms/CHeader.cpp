@@ -60,7 +60,7 @@ std::string mask( U32 width ) {
    return width <= 32 ? hex( ones ) : "UINT64_C( " + hexOf( ones ) + " )";
 }
 
-// The type of C of so many bits at least.
+// The narrowest type of C for a field of that width.
 std::string typeOf( U32 width ) {
    return width <= 8 ? "uint8_t" : width <= 16 ? "uint16_t" : width <= 32 ? "uint32_t" : "uint64_t";
 }

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::size_t longestDecimal = 20;
 
-// Readers of JSON hold a number as a double, which has so many bits.
+// The whole numbers that a double, and so a reader of JSON, holds exactly have at most these bits.
 constexpr unsigned jsonBits = 53;
 
 constexpr std::string_view placeColumns = "table,chip,variant,entry,array,identifier,address";

@@ -65,12 +65,13 @@ std::string decimalPattern( U32 width ) {
    return pattern + '|' + same;
 }
 
-// The highest hexadecimal digit of numbers of so many bits.
+// A pattern for the highest hexadecimal digit of a number, which has these bits of it.
 std::string highestDigit( U32 bits ) {
    return bits == 1 ? "[01]" : bits == 2 ? "[0-3]" : bits == 3 ? "[0-7]" : "";
 }
 
-// Texts of values of so many bits. Addresses are there where the field holds all their bits.
+// A pattern for the texts of a value of that width. Addresses are there where the field holds all
+// their bits.
 std::string valuePattern( U32 width ) {
    const std::string hex = "[0-9a-fA-F]";
    const std::string octet = "(25[0-5]|2[0-4][0-9]|1[0-9][0-9]|[1-9]?[0-9])";

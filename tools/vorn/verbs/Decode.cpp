@@ -103,13 +103,7 @@ Verb addDecode( CLI::App& commandLine ) {
    verb->add_option( "IMAGE", arguments->image, "The image, or - for images from standard input" );
    verb->add_option( "--file", arguments->paths, "Files of images, - for standard input" )
       ->type_name( "FILE" );
-   verb->add_option( "--chip", given->line.pair.chip, "Chip type, by name or number" )
-      ->type_name( "NAME|NUMBER" );
-   verb
-      ->add_option( "--variant", given->line.pair.variant,
-                    "Variant of the table, by the tag if not given" )
-      ->type_name( "V" );
-   addDump( *verb, *arguments );
+   addDump( *verb, given->line.pair, *arguments );
    addChoice( *verb, *arguments );
    verb
       ->add_option( "--changed-from", arguments->changedFrom,

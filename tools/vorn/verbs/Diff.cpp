@@ -153,7 +153,7 @@ public:
    DumpRun ahead( EntryIndex& index ) {
       const auto& [entry, array, identifier] = options_.first;
       DumpRun run;
-      // What fails is told by next().
+      // next() reports what fails.
       if( !keepsGoing_ ) {
          run = reader_.ahead( DumpReader::Runs::ofAny );
       }
@@ -170,7 +170,7 @@ public:
 private:
    void warn( const std::string& doubt ) {
       constexpr std::size_t most = 8;
-      if( told_.size() < most && told_.insert( doubt ).second ) {
+      if( reported_.size() < most && reported_.insert( doubt ).second ) {
          output_.flush();
          printWarning( reader_.place(), doubt );
       }
@@ -184,7 +184,7 @@ private:
    Item item_;
    U64 ordinal_ = 0; // of the next image
    U64 bad_ = 0;
-   std::set<std::string> told_; // doubts
+   std::set<std::string> reported_; // doubts
 };
 
 using Json = nlohmann::ordered_json;

@@ -147,11 +147,11 @@ void DumpWalk::take( const std::function<void( const DumpEntry& )>& visit ) {
 }
 
 void DumpWalk::warn( const std::string& doubt ) {
-   if( told_.contains( doubt ) || told_.size() == mostWarnings ) {
-      ++untold_;
+   if( reported_.contains( doubt ) || reported_.size() == mostWarnings ) {
+      ++unreported_;
       return;
    }
-   told_.insert( doubt );
+   reported_.insert( doubt );
    output_.flush();
    printWarning( reader_.place(), doubt );
 }
@@ -167,7 +167,7 @@ void DumpWalk::keepGoing( const Error& error ) {
 
 void DumpWalk::finish( std::string_view done ) {
    const auto leftOut = filter_ ? filter_->leftOut() : std::span<const PairFilter::LeftOut>();
-   if( empty_ == 0 && untold_ == 0 && bad_ == 0 && leftOut.empty() ) {
+   if( empty_ == 0 && unreported_ == 0 && bad_ == 0 && leftOut.empty() ) {
       return;
    }
    output_.flush();
@@ -179,8 +179,8 @@ void DumpWalk::finish( std::string_view done ) {
       note( countOf( entries, "image" ) + " of " + layout.pairText() +
             " can't fulfil --where: " + reason );
    }
-   if( untold_ > 0 ) {
-      printWarning( "", countOf( untold_, "more image" ) + " like these" );
+   if( unreported_ > 0 ) {
+      printWarning( "", countOf( unreported_, "more image" ) + " like these" );
    }
    if( bad_ > 0 ) {
       note( countOf( bad_, "error" ) + ", " + countOf( done_, "image" ) + ' ' +
@@ -235,7 +235,11 @@ void DumpLine::completeInto( DumpArguments& arguments ) {
    arguments.chip = chip;
 }
 
-void addDump( CLI::App& verb, DumpArguments& arguments ) {
+void addDump( CLI::App& verb, PairText& pair, DumpArguments& arguments ) {
+   verb.add_option( "--chip", pair.chip, "Chip type, by name or number" )
+      ->type_name( "NAME|NUMBER" );
+   verb.add_option( "--variant", pair.variant, "Variant of the table, by the tag if not given" )
+      ->type_name( "V" );
    addImageFormat( verb, arguments.format );
    verb.add_option( "--stride", arguments.stride, "Bytes from an entry of a dump to the next" )
       ->type_name( "BYTES" );

@@ -40,8 +40,8 @@ struct DumpArguments {
    std::string fields;       // the names of fields that are looked at; empty for all
 };
 
-// Adds the options that say what a dump is like, and how it is read.
-void addDump( CLI::App& verb, DumpArguments& arguments );
+// Adds the options that name chip type and variant, and say what a dump is like and how it is read.
+void addDump( CLI::App& verb, PairText& pair, DumpArguments& arguments );
 
 // Adds --where and --fields.
 void addChoice( CLI::App& verb, DumpArguments& arguments );
@@ -64,10 +64,11 @@ public:
    std::function<void( const std::string& )> onFile;
 
    // Calls `visit` for each entry that isn't empty and fulfils the condition. An Error of it gets
-   // the place of the entry. A bad image ends the walk with an Error, or is told on standard error.
+   // the place of the entry. A bad image ends the walk with an Error, or is reported on standard
+   // error.
    void run( const std::function<void( const DumpEntry& )>& visit );
 
-   // To be called at the end: tells what was left out. If there were Errors it ends in HasFailed;
+   // To be called at the end: reports what was left out. If there were Errors it ends in HasFailed;
    // `done` is what has become of the entries, for the message: "printed".
    void finish( std::string_view done );
 
@@ -84,11 +85,11 @@ private:
    Output& output_;
    DumpReader reader_;
    std::optional<PairFilter> filter_;
-   std::set<std::string> told_; // warnings
+   std::set<std::string> reported_; // warnings
    U64 images_ = 0;
    U64 done_ = 0;
    U64 empty_ = 0;
-   U64 untold_ = 0; // warnings
+   U64 unreported_ = 0; // warnings
    U64 bad_ = 0;
 };
 

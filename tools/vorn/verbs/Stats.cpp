@@ -205,13 +205,7 @@ Verb addStats( CLI::App& commandLine ) {
    StatsArguments* const arguments = &given->arguments;
    verb->add_option( "TABLE FILE", arguments->words,
                      "Name of the table, and files of images; - for standard input" );
-   verb->add_option( "--chip", given->line.pair.chip, "Chip type, by name or number" )
-      ->type_name( "NAME|NUMBER" );
-   verb
-      ->add_option( "--variant", given->line.pair.variant,
-                    "Variant of the table, by the tag if not given" )
-      ->type_name( "V" );
-   addDump( *verb, *arguments );
+   addDump( *verb, given->line.pair, *arguments );
    addChoice( *verb, *arguments );
    verb->add_flag( "--json", arguments->json, "Print an object of JSON for each pair" );
    verb->callback( [given] {
