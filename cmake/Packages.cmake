@@ -1,6 +1,6 @@
 # The Debian packages libvorntunnelkelvar1, libvorncodec1, vorn-platform-stand-ins, a -dev package
 # of each, vorn and python3-vorn, made of the components of a tree that is configured for /usr:
-# scripts/make-packages.sh. A site replaces the stand-ins with packages of libraries that are
+# scripts/make/packages.sh. A site replaces the stand-ins with packages of libraries that are
 # compatible with them; one whose platform isn't packages the library itself.
 if( NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr" OR NOT PROJECT_IS_TOP_LEVEL OR VORN_PLATFORM OR
     NOT BUILD_SHARED_LIBS )
@@ -173,7 +173,7 @@ tables in queries, views and indexes. The document sql.md shows how." )
    set( CPACK_DEBIAN_VORN-SQLITE_PACKAGE_RECOMMENDS sqlite3 )
 endif()
 
-# The page of scripts/make-explorer.sh, where that has built it.
+# The page of scripts/make/explorer.sh, where that has built it.
 set( explorer ${PROJECT_SOURCE_DIR}/build/explorer/vorn-explorer.html )
 if( EXISTS ${explorer} )
    vornPackage( vorn-explorer utils "packet processor table entries in a browser"

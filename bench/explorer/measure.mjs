@@ -1,6 +1,6 @@
 // What the explorer takes in Chromium: to start, for a keystroke on every pair, for a large dump.
 //
-//    scripts/make-explorer.sh && node bench/explorer/measure.mjs
+//    scripts/make/explorer.sh && node bench/explorer/measure.mjs
 //
 // All in milliseconds of this machine; beside a keystroke stands the time of a frame at 60 Hz.
 import { openBrowser, openPage, vorn } from "../../web/tests/browser.mjs";

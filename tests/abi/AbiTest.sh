@@ -1,6 +1,6 @@
 #!/bin/sh
 # AbiTest.sh BASELINE symbols|slots|types ARGUMENT...: whether the libraries are still what the
-# baseline says, see print.sh. scripts/accept-abi.sh makes a change the new baseline.
+# baseline says, see print.sh. scripts/make/abi.sh makes a change the new baseline.
 set -eu
 here=$(dirname "$0")
 baseline=$1
@@ -22,6 +22,6 @@ types)
    }
    ;;
 esac && echo "as in $(basename "$baseline")" || {
-   echo "differs from $baseline; if that is meant: scripts/accept-abi.sh"
+   echo "differs from $baseline; if that is meant: scripts/make/abi.sh"
    exit 1
 }

@@ -1,5 +1,6 @@
 """links.py ROOT: every relative link and picture in the documents leads to a file, and its #heading
-is there; every document can be reached from README.md."""
+is there; every document can be reached from README.md. Every script that a document names is there,
+and CONTRIBUTING.md names them all."""
 
 import re
 import sys
@@ -53,6 +54,15 @@ while ahead:
         reached.add(document)
         ahead += links[document]
 failures += [f"{p.relative_to(ROOT)}: no link leads there" for p in sorted(DOCUMENTS - reached)]
+
+SCRIPTS = {str(p.relative_to(ROOT)) for p in ROOT.glob("scripts/**/*") if p.suffix in (".sh", ".py")}
+for document in DOCUMENTS:
+    for script in set(re.findall(r"\bscripts/[\w/.-]+\.(?:sh|py)\b", document.read_text())) - SCRIPTS:
+        failures.append(f"{document.relative_to(ROOT)}: {script}: no such file")
+# What other scripts include.
+LISTED = SCRIPTS - {"scripts/packages.sh"}
+failures += [f"CONTRIBUTING.md: lacks {script}" for script in sorted(LISTED)
+             if script not in (ROOT / "CONTRIBUTING.md").read_text()]
 
 print("\n".join(failures) or f"{sum(map(len, links.values()))} links in {len(DOCUMENTS)} documents")
 sys.exit(bool(failures))

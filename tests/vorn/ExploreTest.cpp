@@ -109,7 +109,7 @@ TEST_F( Explore, refusesWhatThereIsNot ) {
    ::setenv( "VORN_EXPLORER", "/nowhere/page.html", 1 );
    Testing::expectRefused( { "explore" },
                            "vorn: no page \"/nowhere/page.html\"; install the package "
-                           "vorn-explorer, or build it with scripts/make-explorer.sh" );
+                           "vorn-explorer, or build it with scripts/make/explorer.sh" );
 }
 
 TEST_F( Explore, needsATableForAPair ) {

@@ -186,7 +186,7 @@ void explore( const ExploreArguments& arguments, Output& output ) {
    if( !std::filesystem::exists( path ) ) {
       throw Error( "no page " + inQuotes( path.string() ) +
                    "; install the package vorn-explorer, or build it with "
-                   "scripts/make-explorer.sh" );
+                   "scripts/make/explorer.sh" );
    }
    const std::string url = urlOf( path ) + fragment;
    output.write( url + '\n' );
@@ -231,7 +231,7 @@ Verb addExplore( CLI::App& commandLine ) {
              "their values and compares layouts, and opens it with xdg-open where there is a "
              "display. With TABLE, the page shows that pair, and the image with it. It needs "
              "neither a server nor a network.\n\n"
-             "The page is that of the package vorn-explorer, or what scripts/make-explorer.sh has "
+             "The page is that of the package vorn-explorer, or what scripts/make/explorer.sh has "
              "built; the variable VORN_EXPLORER of the environment names another.\n\n" +
                 imagesParagraphs() + "\n\n" + chipTypesParagraph(),
              "  vorn explore\n"

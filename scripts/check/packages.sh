@@ -5,7 +5,7 @@
 # behind when they go, and a second build yields the same bytes. For root; the clean system is
 # fetched once and kept in build/clean-root-*.tar.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 [ "$(id -u)" -eq 0 ] || { echo "$0 makes a root for chroot, which needs root" >&2; exit 1; }
 needPackages debootstrap lintian g++ dpkg-dev
@@ -27,7 +27,7 @@ inside() {
       env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root DEBIAN_FRONTEND=noninteractive "$@"
 }
 
-scripts/make-packages.sh >&2
+scripts/make/packages.sh >&2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 root=$work/root
@@ -165,7 +165,7 @@ left=$(cd "$root" && xargs ls -d $module <"$work/packed.txt" 2>/dev/null || true
 echo "nothing left behind"
 
 echo "== a second build"
-VORN_PACKAGES_BUILD=$work/again scripts/make-packages.sh >"$work/log" 2>&1 ||
+VORN_PACKAGES_BUILD=$work/again scripts/make/packages.sh >"$work/log" 2>&1 ||
    { tail "$work/log"; exit 1; }
 for package in "$build"/*.deb; do
    cmp "$package" "$work/again/$(basename "$package")" || fail "the bytes differ"

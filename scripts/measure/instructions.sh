@@ -6,7 +6,7 @@
 #    --accept   makes them the new bench/counts/baseline.txt
 # The counts repeat exactly on one machine with one compiler.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 
 mode=${1:-print}

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""list-branches.py ROOT BUILD: which branches of src/ and platform/ no test has taken.
+"""branches.py ROOT BUILD: which branches of src/ and platform/ no test has taken.
 
 From the counters of a build with --coverage. A branch of a template counts once, and as taken if
 any of its instances took it: an instance for a class without variants can't take what one for a

@@ -3,7 +3,7 @@
 # branches of src/ and platform/ they reach, and those branches that they don't. Pages with each
 # line and its branches are left in build/coverage/report.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages $testPackages gcovr
 
@@ -22,4 +22,4 @@ gcovr --root . --object-directory "$build" --filter 'src/' \
    --exclude-unreachable-branches --html-details "$build/report/index.html" --txt - \
    --print-summary "$build"
 echo "Branches, each once for all instances of a template:"
-scripts/list-branches.py . "$build"
+scripts/measure/branches.py . "$build"

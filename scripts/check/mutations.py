@@ -23,7 +23,7 @@ import subprocess
 import sys
 import time
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 # How many of a hundred mutants are drawn from each place.
 SHARES = {'classes': 66, 'frame': 20, 'platform': 9, 'registry': 5}

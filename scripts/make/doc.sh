@@ -1,7 +1,7 @@
 #!/bin/sh
 # Builds the reference of the public headers, with the guide, into build/doc/html. A warning fails.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages doxygen
 

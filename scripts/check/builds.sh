@@ -2,11 +2,11 @@
 # Builds the library in many ways and compares the results: the same test programs pass over each,
 # and vornDump prints the same bytes. Two builds of one tree in different folders are the same, byte
 # for byte.
-#    check-builds.sh            all of it, which takes long
-#    check-builds.sh NAME...    some: {gcc,clang}-O{0,1,2,3}[-ndebug], {gcc,clang}-lto,
+#    builds.sh            all of it, which takes long
+#    builds.sh NAME...    some: {gcc,clang}-O{0,1,2,3}[-ndebug], {gcc,clang}-lto,
 #                               {gcc,clang}-static, {gcc,clang}-lto-static, aarch64, i686, reproducible
 set -euo pipefail
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages $testPackages llvm
 

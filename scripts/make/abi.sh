@@ -1,7 +1,7 @@
 #!/bin/sh
 # Updates the baselines in abi/ to the present libraries. Only for intended changes.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages binutils abigail-tools xz-utils
 

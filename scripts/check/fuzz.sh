@@ -3,7 +3,7 @@
 # input is then in build/fuzz/findings. The corpus is kept in build/fuzz/corpus, and the next run
 # continues from there.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages clang libclang-rt-14-dev
 

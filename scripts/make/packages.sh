@@ -1,7 +1,7 @@
 #!/bin/sh
 # Builds the Debian packages of cmake/Packages.cmake into build/packages. Two runs over one commit give the same bytes.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages dpkg-dev file
 

@@ -3,14 +3,14 @@
 # last passed on: with --if-changed, the same files are not checked
 # again, nor any where npm can get no modules; --accept writes it.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 mode=${1:-}
 
 # Of all that the page, and what the tests hold it against, are made of.
 inputs() {
    git ls-files -co --exclude-standard -- web codec include src platform \
-      scripts/make-explorer.sh scripts/check-explorer.sh |
+      scripts/make/explorer.sh scripts/check/explorer.sh |
       grep -v '^web/checked$' | LC_ALL=C sort |
       while read -r file; do
          [ ! -f "$file" ] || printf '%s %s\n' "$(git hash-object "$file")" "$file"
@@ -29,7 +29,7 @@ if [ "$mode" = --if-changed ]; then
       exit 0
    fi
 fi
-scripts/make-explorer.sh
+scripts/make/explorer.sh
 needPackages $buildPackages $browserPackages
 build=${VORN_EXPLORER_VORN:-build/release}
 cmake --preset release -B "$build" -DVORN_BUILD_TOOLS=ON

@@ -3,7 +3,7 @@
 # With --all, clang-tidy looks at each class, not just at one of each kind, as they differ in their
 # descriptions alone; and follows the paths through vorn too, which takes most of the time.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages clang clang-tidy cppcheck
 

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Builds vorn, and writes the pages of docs/reference/ and the picture of the README anew.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages
 

@@ -2,7 +2,7 @@
 # Runs the core of the tests under valgrind, over the build of a preset: release unless another is
 # given. Left out are the tests of processes that end, and of most tables, which take long.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages $testPackages valgrind
 

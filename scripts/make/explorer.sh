@@ -2,7 +2,7 @@
 # Builds the explorer, a page that needs no server and no network: build/explorer/vorn-explorer.html.
 # The engine in it is made with emscripten, the page with the tools of web/package-lock.json.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $explorerPackages
 needNpm

@@ -3,7 +3,7 @@
 # them into docs/performance.md, with the chart docs/performance-growth.svg. Options are handed to
 # Google Benchmark; with those that pick some of the rows, their times are printed alone.
 set -eu
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages libbenchmark-dev valgrind gnuplot-nox
 
