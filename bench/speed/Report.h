@@ -20,7 +20,7 @@ using Figures = std::map<std::string, Sides>; // by row, for one operation
 
 double median( std::vector<double> values );
 
-// Instructions of each row, as scripts/measure/instructions.sh writes them; empty if it isn't there.
+// Instructions of each row, as scripts/measure/instructions.sh writes them; empty without a file.
 Figures readCounts( const std::string& file, const Rows& rows );
 
 // The tables of docs/performance.md.
