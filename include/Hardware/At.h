@@ -134,37 +134,7 @@ public:
 template<class Table, ChipType... chipTypes, class Act>
 constexpr bool withPair( ChipType chipType, U8 variant, Act&& act ) {
    using Formats = Detail::AtFormats<Table, ( U32{ 0 } | ... | U32{ U32{ 1 } << chipTypes } )>;
-   static_assert( Formats::count <= 64 );
-   switch( Formats::numberOf( chipType, variant ) ) {
-#define HARDWARE_FORMAT( number )                                                                  \
-   case number:                                                                                    \
-      if constexpr( number < Formats::count ) {                                                    \
-         act( typename Formats::template Pair<number>{} );                                         \
-         return true;                                                                              \
-      }                                                                                            \
-      [[fallthrough]];
-#define HARDWARE_FORMATS( first )                                                                  \
-   HARDWARE_FORMAT( first )                                                                        \
-   HARDWARE_FORMAT( first + 1 )                                                                    \
-   HARDWARE_FORMAT( first + 2 )                                                                    \
-   HARDWARE_FORMAT( first + 3 )                                                                    \
-   HARDWARE_FORMAT( first + 4 )                                                                    \
-   HARDWARE_FORMAT( first + 5 )                                                                    \
-   HARDWARE_FORMAT( first + 6 )                                                                    \
-   HARDWARE_FORMAT( first + 7 )
-      HARDWARE_FORMATS( 0 )
-      HARDWARE_FORMATS( 8 )
-      HARDWARE_FORMATS( 16 )
-      HARDWARE_FORMATS( 24 )
-      HARDWARE_FORMATS( 32 )
-      HARDWARE_FORMATS( 40 )
-      HARDWARE_FORMATS( 48 )
-      HARDWARE_FORMATS( 56 )
-#undef HARDWARE_FORMATS
-#undef HARDWARE_FORMAT
-   default:
-      return false;
-   }
+   return Formats::template call<0, Formats::count>( Formats::numberOf( chipType, variant ), act );
 }
 
 } // namespace Hardware

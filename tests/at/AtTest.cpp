@@ -185,6 +185,9 @@ TEST( WithPair, keepsToTheChipTypesItIsGiven ) {
    EXPECT_FALSE( served( Hardware::BCM88690_B0, 5 ) );
    EXPECT_FALSE( served( Hardware::BCM88800_A0, 0 ) );
    EXPECT_FALSE( served( static_cast<Hardware::ChipType>( 200 ), 0 ) );
+   // None of the class's.
+   EXPECT_FALSE( ( Hardware::withPair<Hardware::LifTable, Hardware::BCM88375_A0>(
+      Hardware::BCM88690_B0, 0, []( auto ) {} ) ) );
 }
 
 TEST( WithPair, findsAnyVariantWhereNoneIsLookedAt ) {

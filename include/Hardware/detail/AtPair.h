@@ -579,6 +579,25 @@ public:
       using At =
          AtEntry<Table, static_cast<ChipType>( found.chipType[format] ), found.variant[format]>;
    };
+
+   // Calls `act` with the pair of the format of that number, if it is at least `first` and less
+   // than `end`. Comparisons, because a jump through a table was predicted badly.
+   template<unsigned first, unsigned end, class Act>
+   [[gnu::always_inline]] static constexpr bool call( unsigned number, Act& act ) {
+      if constexpr( end - first > 1 ) {
+         constexpr unsigned middle = first + ( end - first ) / 2;
+         return number < middle ? call<first, middle>( number, act )
+                                : call<middle, end>( number, act );
+      } else {
+         if constexpr( first < end ) {
+            if( number == first ) {
+               act( Pair<first>{} );
+               return true;
+            }
+         }
+         return false;
+      }
+   }
 };
 
 } // namespace Hardware::Detail
