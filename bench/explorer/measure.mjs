@@ -1,85 +1,248 @@
 // What the explorer takes in Chromium: to start, for a keystroke on every pair, for a large dump.
 //
-//    scripts/make/explorer.sh && node bench/explorer/measure.mjs
+//    scripts/make/explorer.sh && node bench/explorer/measure.mjs [start] [keystrokes] [dump]
 //
-// All in milliseconds of this machine; beside a keystroke stands the time of a frame at 60 Hz.
-import { openBrowser, openPage, vorn } from "../../web/tests/browser.mjs";
+// Times are milliseconds of this machine. Beside those that a page sees, which grow with whatever
+// else runs here, stands the processor time that Linux counts for the browser.
+import { execFileSync } from "node:child_process";
+import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { openBrowser, openPage, pageUrl, ready, vorn } from "../../web/tests/browser.mjs";
 
-const frame = 1000 / 60;
-const browser = await openBrowser();
+const frame = 16;
+const parts = process.argv.slice(2);
+const isAsked = (part) => parts.length === 0 || parts.includes(part);
 
-const starts = [];
-for (let i = 0; i < 5; ++i) {
+// ---- processor time
+
+const tick = 1000 / Number(execFileSync("getconf", ["CLK_TCK"], { encoding: "utf8" }));
+
+// That of all threads of a process.
+function timeOf(process) {
+   try {
+      const [, rest] = readFileSync(`/proc/${process}/stat`, "utf8").split(/\) (?=[A-Z] )/);
+      const fields = rest.split(" ");
+      return (Number(fields[11]) + Number(fields[12])) * tick;
+   } catch {
+      return 0; // it has ended
+   }
+}
+
+// That of the process's first thread, where a renderer runs its page.
+const timeOfPage = (process) =>
+   Number(readFileSync(`/proc/${process}/schedstat`, "utf8").split(" ")[0]) / 1e6;
+
+// The processes that the browser has, and when they were asked.
+async function processesOf(browser) {
+   const client = await browser.newBrowserCDPSession();
+   const { processInfo } = await client.send("SystemInfo.getProcessInfo");
+   await client.detach();
+   return processInfo.map(({ id, type }) => ({ id, type, time: timeOf(id) }));
+}
+
+// What they have taken since; those that have come since then have begun with nothing.
+async function timeSince(browser, before) {
+   const taken = { all: 0, renderer: 0 };
+   for (const { id, type, time } of await processesOf(browser)) {
+      const own = time - (before.find((one) => one.id === id)?.time ?? 0);
+      taken.all += own;
+      taken.renderer += type === "renderer" ? own : 0;
+   }
+   return taken;
+}
+
+// ---- figures
+
+const sorted = (numbers) => [...numbers].sort((left, right) => left - right);
+const medianOf = (numbers) => sorted(numbers)[numbers.length >> 1];
+const shown = (time) => time.toFixed(1);
+
+// ---- start
+
+// From the navigation on: reads the file, parses it, compiles the engine and draws the first frame.
+async function measureStart(browser) {
+   const starts = [];
+   for (let i = 0; i < 5; ++i) {
+      const context = await browser.newContext({ viewport: { width: 1400, height: 1000 } });
+      const page = await context.newPage();
+      const before = await processesOf(browser);
+      await page.goto(pageUrl);
+      await ready(page);
+      const elapsed = await page.evaluate(
+         () =>
+            new Promise((resolve) => {
+               requestAnimationFrame(() => setTimeout(() => resolve(performance.now())));
+            }),
+      );
+      starts.push({ elapsed, ...(await timeSince(browser, before)) });
+      await context.close();
+   }
+   const median = (key) => medianOf(starts.map((start) => start[key])).toFixed(0);
+   console.log(
+      `start: ${median("all")} ms of processor time in all of the browser's processes, ` +
+         `${median("renderer")} in the page's; ready ${median("elapsed")} ms after the navigation`,
+   );
+}
+
+// ---- keystrokes
+
+// On the page: does as a person types, `count` times, and returns how long each keystroke takes
+// from before it is made to the end of the frame that shows it.
+async function type({ kind, digits, count }) {
+   const image = document.getElementById("image");
+   const shown = () =>
+      new Promise((resolve) => {
+         requestAnimationFrame(() => {
+            const { port1, port2 } = new MessageChannel();
+            port1.onmessage = resolve; // comes after the frame is drawn
+            port2.postMessage(null);
+         });
+      });
+   const times = [];
+   image.focus();
+   await shown();
+   for (let i = 0; i < count; ++i) {
+      // A selection has its own frame, which isn't the keystroke's.
+      if (kind === "a digit") {
+         image.setSelectionRange((7 * i) % digits, ((7 * i) % digits) + 1);
+      } else if (kind === "all digits") {
+         image.select();
+      } else {
+         image.setSelectionRange(digits, digits + 1);
+      }
+      await shown();
+      const begin = performance.now();
+      if (kind === "a digit") {
+         document.execCommand("insertText", false, "369cf258be147ad0"[i % 16]);
+      } else if (kind === "all digits") {
+         document.execCommand("insertText", false, (i % 2 ? "5a" : "a5").repeat(digits / 2));
+      } else if (i % 2 === 0) {
+         document.execCommand("insertText", false, "0");
+      } else {
+         document.execCommand("delete");
+      }
+      await shown();
+      times.push(performance.now() - begin);
+   }
+   return times;
+}
+
+// Opens a pair with an image, and waits until it is drawn.
+async function open({ table, chip, variant, words }) {
+   const arrived = new Promise((resolve) => addEventListener("popstate", resolve, { once: true }));
+   location.hash = new URLSearchParams({ table, chip, variant, image: "0".repeat(8 * words) });
+   await arrived;
+   await new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
+}
+
+async function measureKeystrokes(browser) {
+   const pairs = vorn(["tables", "--json"])
+      .trimEnd()
+      .split("\n")
+      .map(JSON.parse)
+      .flatMap(({ name, pairs: own }) =>
+         own.map(({ chip, variant, words }) => ({ table: name, chip, variant: variant ?? 0, words })),
+      );
    const page = await openPage(browser);
-   const client = await page.context().newCDPSession(page);
-   await client.send("Performance.enable");
-   const { metrics } = await client.send("Performance.getMetrics");
-   starts.push(1000 * metrics.find(({ name }) => name === "TaskDuration").value);
+   const renderers = (await processesOf(browser)).filter(({ type: kind }) => kind === "renderer");
+   const count = 6;
+   // One that makes the image too long is refused, and clears all values; the next takes it back.
+   for (const kind of ["a digit", "a digit too many", "all digits"]) {
+      const results = [];
+      for (const pair of pairs) {
+         await page.evaluate(open, pair);
+         const before = renderers.map(({ id }) => timeOfPage(id));
+         const times = await page.evaluate(type, { kind, digits: 8 * pair.words, count });
+         const processor = renderers.map(({ id }, i) => timeOfPage(id) - before[i]);
+         results.push({
+            name: `${pair.table} ${pair.chip} ${pair.variant}`,
+            time: medianOf(times),
+            processor: Math.max(...processor) / count,
+         });
+      }
+      const figures = (key) => {
+         const times = sorted(results.map((result) => result[key]));
+         const slowest = results.find((result) => result[key] === times.at(-1));
+         return (
+            `median ${shown(times[times.length >> 1])}, slowest ${shown(times.at(-1))} ` +
+            `(${slowest.name}), ${times.filter((time) => time > frame).length} over ${frame}`
+         );
+      };
+      console.log(`keystroke, ${kind}, on ${results.length} pairs`);
+      console.log(`   from the event to the frame's end: ${figures("time")}`);
+      console.log(`   processor time of the page, with all beside it: ${figures("processor")}`);
+   }
    await page.context().close();
 }
-starts.sort((a, b) => a - b);
-console.log(`start, processor time of the page: ${starts[2].toFixed(0)} ms (median of 5)`);
 
-const page = await openPage(browser);
-const pairs = vorn(["tables", "--json"])
-   .trimEnd()
-   .split("\n")
-   .map(JSON.parse)
-   .flatMap(({ name, pairs: own }) =>
-      own.map(({ chip, variant, words }) => ({ table: name, chip, variant: variant ?? 0, words })),
-   );
-// From the event to the new layout, so that all the page has to work out is in it.
-const times = await page.evaluate(async (all) => {
-   const image = document.getElementById("image");
-   const result = [];
-   for (const { table, chip, variant, words } of all) {
-      const arrived = new Promise((resolve) => addEventListener("popstate", resolve, { once: true }));
-      location.hash = new URLSearchParams({ table, chip, variant, image: "0".repeat(8 * words) });
-      await arrived;
-      const own = [];
-      for (let i = 0; i < 9; ++i) {
-         image.value = i % 2 ? "5a".repeat(4 * words) : "a5".repeat(4 * words);
-         const begin = performance.now();
-         image.dispatchEvent(new Event("input"));
-         document.body.getBoundingClientRect();
-         own.push(performance.now() - begin);
-      }
-      own.sort((a, b) => a - b);
-      result.push({ name: `${table} ${chip} ${variant}`, time: own[4] });
-   }
-   return result.sort((a, b) => a.time - b.time);
-}, pairs);
-const last = times.at(-1);
-console.log(
-   `keystroke on ${times.length} pairs: median ${times[times.length >> 1].time.toFixed(1)} ms, ` +
-      `slowest ${last.time.toFixed(1)} ms (${last.name}); ` +
-      `${times.filter(({ time }) => time > frame).length} take more than a frame`,
-);
+// ---- dumps
 
-const image = vorn(["encode", "LifTable", "--chip", "10", "--output", "bytes", "vsi=2000"]);
-const large = await page.evaluate(async (line) => {
-   const transfer = new DataTransfer();
-   transfer.items.add(new File([line.repeat(100_000)], "large.txt"));
-   const facts = document.getElementById("dump-facts");
-   const begin = performance.now();
-   window.dispatchEvent(new DragEvent("drop", { dataTransfer: transfer, bubbles: true }));
-   while (!facts.textContent.includes("100,000")) {
-      await new Promise((resolve) => setTimeout(resolve, 1));
+async function measureDump(browser) {
+   const count = 100_000;
+   const image = vorn(["encode", "LifTable", "--chip", "10", "--output", "bytes", "vsi=2000"]).trim();
+   const bytes = Buffer.concat(Array(count).fill(Buffer.from(image, "hex")));
+   const folder = mkdtempSync(join(tmpdir(), "vorn-explorer-"));
+   const files = {
+      "large.bin": bytes,
+      "large.txt": `${image}\n`.repeat(count),
+      "large.hexdump": hexdumpOf(bytes),
+   };
+   for (const [name, content] of Object.entries(files)) {
+      const path = join(folder, name);
+      writeFileSync(path, content);
+      const page = await openPage(browser, { fragment: "#table=LifTable&chip=10&variant=0" });
+      const before = await processesOf(browser);
+      const begin = performance.now();
+      await page.setInputFiles("#dump-file", path);
+      await page.waitForFunction(
+         () => document.getElementById("dump-facts").textContent.includes("100,000"),
+      );
+      const loaded = performance.now() - begin;
+      const taken = await timeSince(browser, before);
+      const scrolls = await page.evaluate(async () => {
+         const list = document.getElementById("entries");
+         const result = [];
+         for (let i = 1; i < 50; ++i) {
+            const from = performance.now();
+            list.scrollTop = (i / 50) * list.scrollHeight;
+            await new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
+            result.push(performance.now() - from);
+         }
+         return result;
+      });
+      console.log(
+         `dump of 100,000 images, ${name}: ${loaded.toFixed(0)} ms, ` +
+            `${taken.all.toFixed(0)} of processor time; a jump in its list: ` +
+            `median ${shown(medianOf(scrolls))}, slowest ${shown(Math.max(...scrolls))}`,
+      );
+      await page.context().close();
    }
-   const loaded = performance.now() - begin;
-   const list = document.getElementById("entries");
-   const scrolls = [];
-   for (let i = 1; i < 50; ++i) {
-      const from = performance.now();
-      list.scrollTop = (i / 50) * list.scrollHeight;
-      list.dispatchEvent(new Event("scroll"));
-      list.getBoundingClientRect();
-      scrolls.push(performance.now() - from);
+   rmSync(folder, { recursive: true });
+}
+
+// As `hexdump -C` writes it.
+function hexdumpOf(bytes) {
+   const lines = [];
+   for (let at = 0; at < bytes.length; at += 16) {
+      const digits = bytes.toString("hex", at, at + 16).match(/../g);
+      lines.push(
+         `${at.toString(16).padStart(8, "0")}  ${digits.slice(0, 8).join(" ")}  ` +
+            `${digits.slice(8).join(" ")}  |................|`,
+      );
    }
-   return { loaded, scroll: Math.max(...scrolls) };
-}, image);
-console.log(
-   `dump of 100,000 images: ${large.loaded.toFixed(0)} ms; ` +
-      `slowest of 49 jumps in its list ${large.scroll.toFixed(1)} ms`,
-);
+   return `${lines.join("\n")}\n${bytes.length.toString(16).padStart(8, "0")}\n`;
+}
+
+// A frame is drawn as soon as there is something to draw: no time is spent waiting for a screen.
+const browser = await openBrowser(["--disable-frame-rate-limit", "--disable-gpu-vsync"]);
+if (isAsked("start")) {
+   await measureStart(browser);
+}
+if (isAsked("keystrokes")) {
+   await measureKeystrokes(browser);
+}
+if (isAsked("dump")) {
+   await measureDump(browser);
+}
 await browser.close();

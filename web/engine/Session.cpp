@@ -90,7 +90,7 @@ Json pairsText( const std::vector<Vorn::ChipVariants>& pairs ) { return Vorn::te
 Session::Session()
    : layout_( Vorn::allTables().front(),
               [] { return U64( Vorn::pairsOf( Vorn::allTables().front() ).front().chip ); }() ),
-     image_( layout_.blank() ) {}
+     order_( layout_ ), image_( layout_.blank() ) {}
 
 Json Session::answer( std::string_view name, const Json& question, std::string_view bytes ) {
    struct Question {
@@ -154,19 +154,21 @@ Json Session::open( const Json& question, std::string_view ) {
 void Session::show( const Layout& layout, std::span<const U8> image ) {
    std::vector<U8> bytes( image.begin(), image.end() );
    bytes.resize( layout.bytes() );
-   layout_ = layout;
+   if( !( layout == layout_ ) ) {
+      layout_ = layout;
+      order_ = Vorn::BitOrder( layout );
+   }
    image_ = std::move( bytes );
 }
 
 // All about the pair that is shown, its fields in bit order.
 Json Session::description() const {
-   const Vorn::BitOrder order( layout_ );
    Json fields = Json::array();
    Json bits = Json::array(); // the fields of each, by their place in `fields`
    for( std::size_t bit = 0; bit < 8 * layout_.bytes(); ++bit ) {
       bits.push_back( Json::array() );
    }
-   for( const Vorn::BitOrder::Field& field : order.fields() ) {
+   for( const Vorn::BitOrder::Field& field : order_.fields() ) {
       for( U32 bit = field.offset; bit < field.end(); ++bit ) {
          bits[bit].push_back( fields.size() );
       }
@@ -199,7 +201,7 @@ Json Session::description() const {
    return { { "table", layout_.table() },          { "chip", layout_.chip().number },
             { "variant", layout_.variant() },      { "pairText", layout_.pairText() },
             { "isTable", layout_.info().isTable }, { "hasAddress", layout_.info().hasAddress },
-            { "unusedBits", order.unusedBits() },  { "numbers", std::move( numbers ) },
+            { "unusedBits", order_.unusedBits() }, { "numbers", std::move( numbers ) },
             { "fields", std::move( fields ) },     { "bits", std::move( bits ) } };
 }
 
@@ -249,11 +251,12 @@ Entries Session::readDump( std::string_view bytes, const std::string& name ) con
    return first;
 }
 
-// Shows the image of a text, or the first of several, which then are the entries to pick from.
-Json Session::read( const Json&, std::string_view text ) {
+// Shows the image of a text, or the first of several, which then are the entries to pick from; of
+// no text, a fresh entry. Answers with the view, unless the pair is another one.
+Json Session::read( const Json& question, std::string_view text ) {
    if( isBlank( text ) ) {
       show( layout_, layout_.blank() );
-      return { { "count", 0 }, { "message", "" }, { "description", description() } };
+      return { { "count", 0 }, { "view", viewOf( question, "" ) } };
    }
    Entries entries = readImages( text );
    const std::string message = entries.message();
@@ -268,24 +271,18 @@ Json Session::read( const Json&, std::string_view text ) {
       entries_ = std::move( entries );
       compareDumps();
    }
-   Json answer{ { "count", count }, { "message", message } };
-   if( isOther ) {
-      answer["description"] = description();
-   }
-   return answer;
+   return isOther
+             ? Json{ { "count", count }, { "message", message }, { "description", description() } }
+             : Json{ { "count", count }, { "view", viewOf( question, message ) } };
 }
 
-// The entry that is shown: its values in the notations that are asked for, and its bits.
-Json Session::view( const Json& question, std::string_view ) {
-   const Json& notations = question["notations"]; // of some fields, by name
+// The entry that is shown, its values in the notations that are asked for, one for each field.
+Json Session::viewOf( const Json& question, const std::string& message ) const {
+   const Json& notations = question.at( "notations" );
    Json values = Json::array();
    Json zeros = Json::array();
-   const Vorn::BitOrder order( layout_ );
-   for( const Vorn::BitOrder::Field& field : order.fields() ) {
-      const auto own = notations.find( std::string( field.name ) );
-      const Vorn::Notation notation = own != notations.end()
-                                         ? Vorn::notationNamed( own->get<std::string>() )
-                                         : Vorn::Notation::hexadecimal;
+   for( const Vorn::BitOrder::Field& field : order_.fields() ) {
+      const auto notation = Vorn::notationNamed( notations.at( values.size() ).get<std::string>() );
       const Vorn::Value value = layout_.value( image_, field );
       values.push_back( Vorn::textOf( value, notation ) );
       zeros.push_back( value == 0 );
@@ -294,13 +291,8 @@ Json Session::view( const Json& question, std::string_view ) {
    for( U32 bit = 0; bit < 8 * image_.size(); ++bit ) {
       bits += layout_.get( image_, bitAt( bit ) ) != 0 ? '1' : '0';
    }
-   const std::string digits = hexDigitsOf( image_ );
-   const auto warning = Entries::ofArgument( digits, { .table = std::string( layout_.table() ),
-                                                       .chip = &layout_.chip(),
-                                                       .variant = layout_.variant() } )
-                           .message();
-   Json answer{ { "image", digits },
-                { "message", warning },
+   Json answer{ { "image", hexDigitsOf( image_ ) },
+                { "message", message },
                 { "values", std::move( values ) },
                 { "zeros", std::move( zeros ) },
                 { "bits", std::move( bits ) } };
@@ -310,6 +302,15 @@ Json Session::view( const Json& question, std::string_view ) {
       }
    }
    return answer;
+}
+
+// The same, with the warning that the image deserves.
+Json Session::view( const Json& question, std::string_view ) {
+   const auto read =
+      Entries::ofArgument( hexDigitsOf( image_ ), { .table = std::string( layout_.table() ),
+                                                    .chip = &layout_.chip(),
+                                                    .variant = layout_.variant() } );
+   return viewOf( question, read.message() );
 }
 
 Json Session::set( const Json& question, std::string_view ) {
@@ -324,7 +325,7 @@ Json Session::set( const Json& question, std::string_view ) {
    } else {
       image_ = Vorn::compose( layout_, image_, { { name, value } } );
    }
-   return {};
+   return view( question, {} );
 }
 
 Json Session::flip( const Json& question, std::string_view ) {
@@ -342,7 +343,7 @@ Json Session::flip( const Json& question, std::string_view ) {
    }
    layout_.settable( of->name );
    layout_.set( image_, bitAt( number ), layout_.get( image_, bitAt( number ) ) == 0 );
-   return {};
+   return view( question, {} );
 }
 
 Json Session::address( const Json& question, std::string_view ) {
@@ -388,9 +389,8 @@ Json Session::copy( const Json& question, std::string_view ) {
 }
 
 Json Session::picture( const Json&, std::string_view ) {
-   const Vorn::BitOrder order( layout_ );
    return { { "svg",
-              Vorn::drawnAsSvg( Vorn::Drawing( order, Vorn::svgRoom() ), layout_.pairText() ) } };
+              Vorn::drawnAsSvg( Vorn::Drawing( order_, Vorn::svgRoom() ), layout_.pairText() ) } };
 }
 
 Json Session::comparePair( const Json& question, std::string_view ) {
@@ -441,8 +441,7 @@ Json Session::compareImage( const Json&, std::string_view text ) {
    Vorn::EntryComparison comparison;
    const auto found = comparison.changeOf( { &layout_, image_ }, { &layout_, image } );
    Json fields = Json::array();
-   const Vorn::BitOrder order( layout_ );
-   for( const Field& field : order.fields() ) {
+   for( const Field& field : order_.fields() ) {
       const bool isChanged =
          found.kind == Vorn::EntryChange::Kind::changed
             ? std::any_of( found.fields.begin(), found.fields.end(),

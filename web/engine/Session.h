@@ -3,6 +3,7 @@
 
 #include "Entries.h"
 
+#include <Vorn/BitOrder.h>
 #include <Vorn/Difference.h>
 #include <Vorn/Layout.h>
 #include <Vorn/Notation.h>
@@ -52,6 +53,7 @@ private:
    Entries readDump( std::string_view bytes, const std::string& name ) const;
    void show( const Vorn::Layout& layout, std::span<const U8> image );
    Json description() const;
+   Json viewOf( const Json& question, const std::string& message ) const;
    Json dumpFacts() const;
    void compareDumps();
    Vorn::EntryChange changeOf( std::size_t index );
@@ -62,6 +64,7 @@ private:
    Json places( std::string_view text ) const;
 
    Vorn::Layout layout_;
+   Vorn::BitOrder order_;  // of its fields
    std::vector<U8> image_; // all bytes of the entry
    Entries entries_;
    Entries other_; // the dump to compare with

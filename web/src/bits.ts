@@ -1,6 +1,6 @@
 // The entry as words of 32 bits, each bit to be looked at and flipped.
 import type { Description, View } from "./engine";
-import { byId, make, setText } from "./dom";
+import { byId, make } from "./dom";
 
 export interface BitEvents {
    flipped(bit: number): void;
@@ -14,10 +14,30 @@ export interface BitOrderChoice {
 
 const wordBits = 32;
 
+// How a digit is drawn.
+const inks = ["is-set", "is-clear", "is-unused"] as const;
+type Ink = (typeof inks)[number];
+
+// The digits of a word are a text for each ink, which lies over the bits: a few long texts are drawn
+// in a frame, hundreds of single digits are not. A bit has its own digit too, which is not drawn.
+interface Word {
+   bits: number[]; // as they lie on the page
+   texts: Record<Ink, Text>;
+}
+
+interface Bit {
+   element: HTMLElement;
+   digit: Text;
+   name: string;
+   isUnused: boolean;
+}
+
 export class BitGrid {
-   private bits: HTMLElement[] = [];
+   private bits: Bit[] = [];
+   private words: Word[] = [];
    private description: Description | null = null;
    private shown = ""; // the bits of the last view
+   private lit: Bit[] = [];
    private current = 0; // the one that the tab key reaches
 
    constructor(private readonly events: BitEvents) {
@@ -39,67 +59,100 @@ export class BitGrid {
    describe(description: Description, order: BitOrderChoice): void {
       this.description = description;
       this.shown = "";
+      this.lit = [];
       this.current = 0;
-      this.bits = description.bits.map((fields, bit) => {
+      this.bits = description.bits.map((fields, number) => {
          const narrowest = narrowestOf(description, fields);
          const tint = narrowest === null ? "is-unused" : `tint-${narrowest % 8}`;
          const isTag = fields.some((place) => description.fields[place].readOnly);
-         const isShared = fields.length > 1 ? " is-shared" : "";
-         return make("span", {
-            class: `bit ${tint}${isTag ? " is-tag" : ""}${isShared}`,
-            role: "button",
-            tabindex: bit === 0 ? "0" : "-1",
-            "data-bit": String(bit),
-            title: titleOf(description, bit),
-         });
+         const names = fields.map((place) => description.fields[place].name).join(", ");
+         const name = `bit ${number} of ${names || "no field"}`;
+         const digit = new Text();
+         const element = make(
+            "span",
+            {
+               class: `bit ${tint}${isTag ? " is-tag" : ""}`,
+               role: "button",
+               tabindex: number === 0 ? "0" : "-1",
+               "data-bit": String(number),
+               title: name,
+               "aria-label": `${name}: no value`,
+            },
+            make("span", { hidden: "" }, digit),
+         );
+         return { element, digit, name, isUnused: narrowest === null };
       });
       this.turn(order);
    }
 
    // Puts the bits in the order that is chosen.
    turn(order: BitOrderChoice): void {
-      const words: HTMLElement[] = [];
-      for (let first = 0; first < this.bits.length; first += wordBits) {
-         const bits = this.bits.slice(first, first + wordBits);
-         const number = first / wordBits;
-         words.push(
+      const numbers = [...this.bits.keys()];
+      this.words = [];
+      const elements: HTMLElement[] = [];
+      for (let first = 0; first < numbers.length; first += wordBits) {
+         const bits = numbers.slice(first, first + wordBits);
+         if (!order.lowBitFirst) {
+            bits.reverse();
+         }
+         const word = {
+            bits,
+            texts: { "is-set": new Text(), "is-clear": new Text(), "is-unused": new Text() },
+         };
+         const number = String(first / wordBits);
+         const digits = inks.map((ink) => make("span", { class: ink }, word.texts[ink]));
+         elements.push(
             make(
                "div",
                { class: "word", role: "group", "aria-label": `word ${number}` },
-               make("span", { class: "word-number", "aria-hidden": "true" }, String(number)),
-               make("div", { class: "word-bits" }, ...(order.lowBitFirst ? bits : bits.reverse())),
+               make("span", { class: "word-number", "aria-hidden": "true" }, number),
+               make("div", { class: "word-bits" }, ...bits.map((bit) => this.bits[bit].element)),
+               make("div", { class: "word-digits", "aria-hidden": "true" }, ...digits),
             ),
          );
+         this.write(word, this.shown);
+         this.words.push(word);
       }
-      byId("bits").replaceChildren(...(order.lastWordFirst ? words.reverse() : words));
-      byId("bits").classList.toggle("low-bit-first", order.lowBitFirst);
+      byId("bits").replaceChildren(...(order.lastWordFirst ? elements.reverse() : elements));
    }
 
    show(view: View | null): void {
-      const bits = view?.bits ?? "";
-      this.bits.forEach((element, bit) => {
-         const value = bits[bit] ?? "";
-         if (value !== (this.shown[bit] ?? "") || element.textContent !== value) {
-            setText(element, value);
-            element.classList.toggle("is-set", value === "1");
-            element.setAttribute("aria-label", `${this.nameOf(bit)}: ${value || "no value"}`);
+      const values = view?.bits ?? "";
+      for (const word of this.words) {
+         const changed = word.bits.filter((bit) => values[bit] !== this.shown[bit]);
+         for (const bit of changed) {
+            const { element, digit, name } = this.bits[bit];
+            digit.data = values[bit] ?? "";
+            element.setAttribute("aria-label", `${name}: ${digit.data || "no value"}`);
          }
-      });
-      this.shown = bits;
+         if (changed.length > 0) {
+            this.write(word, values);
+         }
+      }
+      this.shown = values;
    }
 
    light(places: readonly number[]): void {
-      this.description?.bits.forEach((fields, bit) => {
-         this.bits[bit].classList.toggle(
-            "is-lit",
-            fields.some((place) => places.includes(place)),
-         );
-      });
+      for (const { element } of this.lit) {
+         element.classList.remove("is-lit");
+      }
+      this.lit = this.bits.filter((_, bit) =>
+         this.description?.bits[bit].some((place) => places.includes(place)),
+      );
+      for (const { element } of this.lit) {
+         element.classList.add("is-lit");
+      }
    }
 
-   private nameOf(bit: number): string {
-      const names = this.description?.bits[bit].map((place) => this.description?.fields[place].name);
-      return `bit ${bit}${names?.length ? ` of ${names.join(", ")}` : ", of no field"}`;
+   private write(word: Word, values: string): void {
+      const inkOf = (bit: number): Ink =>
+         this.bits[bit].isUnused ? "is-unused" : values[bit] === "1" ? "is-set" : "is-clear";
+      for (const ink of inks) {
+         const text = word.bits.map((bit) => (inkOf(bit) === ink ? values[bit] ?? " " : " ")).join("");
+         if (word.texts[ink].data !== text) {
+            word.texts[ink].data = text;
+         }
+      }
    }
 
    // The arrows go as the bits lie on the page.
@@ -116,8 +169,10 @@ export class BitGrid {
          return;
       }
       const shown = [...byId("bits").querySelectorAll<HTMLElement>("[data-bit]")];
-      const at = shown.indexOf(this.bits[bit]);
-      const rowBits = shown.filter((one) => one.offsetTop === shown[0].offsetTop).length;
+      const at = shown.indexOf(this.bits[bit].element);
+      const topOf = (one: HTMLElement) => one.getBoundingClientRect().top;
+      const top = topOf(shown[0]);
+      const rowBits = shown.filter((one) => topOf(one) === top).length;
       const next = {
          ArrowLeft: at - 1,
          ArrowRight: at + 1,
@@ -135,10 +190,10 @@ export class BitGrid {
    }
 
    private enter(bit: number): void {
-      this.bits[this.current].tabIndex = -1;
+      this.bits[this.current].element.tabIndex = -1;
       this.current = bit;
-      this.bits[bit].tabIndex = 0;
-      this.bits[bit].focus();
+      this.bits[bit].element.tabIndex = 0;
+      this.bits[bit].element.focus();
    }
 }
 
@@ -155,9 +210,4 @@ function narrowestOf(description: Description, places: readonly number[]): numbe
             : best,
       null,
    );
-}
-
-function titleOf(description: Description, bit: number): string {
-   const names = description.bits[bit].map((place) => description.fields[place].name);
-   return `bit ${bit}: ${names.length > 0 ? names.join(", ") : "no field"}`;
 }

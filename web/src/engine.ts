@@ -118,13 +118,15 @@ export interface Picked {
 }
 
 // What the questions are answered with; a question's own members are its arguments.
-interface Answers {
+export interface Answers {
    catalogue: Catalogue;
    open: Description;
-   read: { count: number; message: string; description?: Description };
+   read:
+      | { count: number; view: View }
+      | { count: number; message: string; description: Description }; // of another pair
    view: View;
-   set: null;
-   flip: null;
+   set: View;
+   flip: View;
    address: { address: string; accessType: number; destBlock: number };
    copy: { text: string };
    picture: { svg: string };

@@ -15,6 +15,8 @@ interface Row {
    value: HTMLInputElement;
    notation: HTMLSelectElement;
    refusal: HTMLElement;
+   isTyped: boolean; // and so has a text of its own
+   isZero: boolean;
 }
 
 // As many names as stand beside a field that shares bits with many.
@@ -22,32 +24,27 @@ const mostShared = 3;
 
 export class FieldList {
    private rows: Row[] = [];
-   private values: string[] = [];
+   private view: View | null = null;
 
    constructor(private readonly events: FieldEvents) {}
 
-   describe(description: Description, notationOf: (field: Field) => string): void {
+   describe(description: Description, notations: readonly string[]): void {
+      this.view = null;
       this.rows = description.fields.map((field, place) => this.rowOf(field, place));
       byId("field-rows").replaceChildren(...this.rows.map((row) => row.element));
-      for (const row of this.rows) {
-         row.notation.value = notationOf(row.field);
-      }
+      this.setNotations(notations);
    }
 
-   // The values of the entry; without a view there are none.
+   // The values of the entry; without a view there are none. What stays the same isn't touched.
    show(view: View | null): void {
-      this.values = view?.values ?? [];
+      this.view = view;
       this.rows.forEach((row, place) => {
-         const value = this.values[place] ?? "";
-         row.value.disabled = !view;
-         if (row.value === document.activeElement && row.value.dataset.typed !== undefined) {
-            return; // somebody is typing
+         if (row.value.disabled !== (view === null)) {
+            row.value.disabled = view === null;
          }
-         this.settle(row);
-         if (row.value.value !== value) {
-            row.value.value = value;
+         if (!row.isTyped || row.value !== document.activeElement) {
+            this.settle(row, place);
          }
-         row.element.classList.toggle("is-zero", view?.zeros[place] ?? false);
       });
    }
 
@@ -57,10 +54,9 @@ export class FieldList {
       });
    }
 
-   setNotations(notationOf: (field: Field) => string): void {
-      for (const row of this.rows) {
-         row.notation.value = notationOf(row.field);
-      }
+   // One for each field.
+   setNotations(notations: readonly string[]): void {
+      this.rows.forEach((row, place) => (row.notation.value = notations[place]));
    }
 
    // Goes to the value of a field.
@@ -80,6 +76,7 @@ export class FieldList {
          "aria-label": `value of ${field.name}`,
       });
       value.readOnly = field.readOnly;
+      value.disabled = true;
       const notation = make("select", {
          class: "radix",
          "aria-label": `notation of ${field.name}`,
@@ -110,7 +107,7 @@ export class FieldList {
             refusal,
          ),
       );
-      const row = { field, element, value, notation, refusal };
+      const row = { field, element, value, notation, refusal, isTyped: false, isZero: false };
       value.addEventListener("input", () => this.typed(row));
       value.addEventListener("change", () => this.leave(row, place));
       value.addEventListener("blur", () => this.leave(row, place));
@@ -124,7 +121,7 @@ export class FieldList {
    }
 
    private typed(row: Row): void {
-      row.value.dataset.typed = "";
+      row.isTyped = true;
       const refusal = this.events.changed(row.field, row.value.value);
       row.value.setAttribute("aria-invalid", String(refusal !== ""));
       setText(row.refusal, refusal);
@@ -133,17 +130,27 @@ export class FieldList {
 
    // A value that is refused goes; what is accepted is written as the notation has it.
    private leave(row: Row, place: number): void {
-      if (row.value.dataset.typed !== undefined) {
-         this.settle(row);
-         row.value.value = this.values[place] ?? "";
+      if (row.isTyped) {
+         this.settle(row, place);
          this.events.committed();
       }
    }
 
-   private settle(row: Row): void {
-      delete row.value.dataset.typed;
-      row.value.removeAttribute("aria-invalid");
-      row.refusal.hidden = true;
+   private settle(row: Row, place: number): void {
+      if (row.isTyped) {
+         row.isTyped = false;
+         row.value.removeAttribute("aria-invalid");
+         row.refusal.hidden = true;
+      }
+      const value = this.view?.values[place] ?? "";
+      if (row.value.value !== value) {
+         row.value.value = value;
+      }
+      const isZero = this.view?.zeros[place] ?? false;
+      if (row.isZero !== isZero) {
+         row.isZero = isZero;
+         row.element.classList.toggle("is-zero", isZero);
+      }
    }
 
    private key(event: KeyboardEvent, row: Row, place: number): void {

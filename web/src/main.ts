@@ -3,7 +3,7 @@ import { BitGrid } from "./bits";
 import { differenceTable } from "./difference";
 import { byId, fillSelect, make, setText } from "./dom";
 import { Engine, refusalOf } from "./engine";
-import type { Catalogue, Description, DumpFacts, Field, View } from "./engine";
+import type { Answers, Catalogue, Description, DumpFacts, Field, View } from "./engine";
 import { EntryList } from "./entries";
 import { FieldList } from "./fields";
 import { SearchBox } from "./search";
@@ -15,11 +15,14 @@ import type { State } from "./state";
 const longestText = 1 << 16;
 // A longer fragment is no link that people send.
 const longestFragment = 1 << 14;
+// From a keystroke to the link that has it, in milliseconds.
+const linkDelay = 100;
 
 class Explorer {
    private readonly preferences = loadPreferences();
    private readonly catalogue: Catalogue;
    private description!: Description;
+   private notations: string[] = []; // of its fields
    private view: View | null = null;
    private readonly fields: FieldList;
    private readonly bits: BitGrid;
@@ -27,6 +30,7 @@ class Explorer {
    private isTextList = false; // the entries are those of the text area
    private fragment = "";
    private isTyping = false;
+   private timer: ReturnType<typeof setTimeout> | undefined; // until what is typed is in the link
 
    private readonly table = byId<HTMLSelectElement>("table");
    private readonly chip = byId<HTMLSelectElement>("chip");
@@ -40,14 +44,14 @@ class Explorer {
    constructor(private readonly engine: Engine) {
       this.catalogue = engine.ask("catalogue");
       this.fields = new FieldList({
-         changed: (field, text) => this.change(() => engine.ask("set", { field: field.name, text })),
+         changed: (field, text) => this.change("set", { field: field.name, text }),
          committed: () => this.remember(),
          notationChosen: (field, notation) => this.chooseNotation(field, notation),
          looked: (place) => this.light(place === null ? [] : [place]),
       });
       this.bits = new BitGrid({
          flipped: (bit) => {
-            if (this.change(() => engine.ask("flip", { bit })) === "") {
+            if (this.change("flip", { bit }) === "") {
                this.remember();
             }
          },
@@ -106,7 +110,6 @@ class Explorer {
    }
 
    private describe(description: Description): void {
-      this.description = description;
       const { table, chip, variant } = description;
       fillSelect(this.chip, this.chipOptions(table));
       fillSelect(this.variant, this.variantOptions(table, chip));
@@ -114,6 +117,10 @@ class Explorer {
       this.chip.value = String(chip);
       this.variant.value = String(variant);
       this.variant.disabled = this.variant.options.length < 2;
+      if (description.pairText === this.description?.pairText) {
+         return;
+      }
+      this.description = description;
       document.title = `${description.pairText} – Vorn explorer`;
       setText(
          byId("facts"),
@@ -124,38 +131,40 @@ class Explorer {
             `unused bits ${description.unusedBits}`,
          ].join(" · "),
       );
-      this.fields.describe(description, (field) => this.notationOf(field));
+      this.chooseNotations();
+      this.fields.describe(description, this.notations);
       this.bits.describe(description, this.preferences);
       byId("picture").replaceChildren();
       byId<HTMLDetailsElement>("picture-details").open = false;
       this.fillComparison();
+      this.showAddress();
    }
 
    // ---- the image
 
-   // Reads the text area; `description` is that of a pair which was just opened.
-   private read(description?: Description): void {
-      let opened = description;
-      let message = "";
+   // Reads the text area.
+   private read(): void {
+      const { notations } = this;
+      let answer: Answers["read"] | undefined;
       const refusal = refusalOf(() => {
-         const answer = this.engine.ask("read", {}, this.image.value);
-         opened = answer.description ?? opened;
-         message = answer.message;
-         if (answer.count > 1) {
-            this.isTextList = true;
-            this.loadEntries(this.engine.ask("entries", { from: 0, count: 0 }).total);
-         } else if (this.isTextList) {
-            this.isTextList = false;
-            this.entries.load(this.engine.ask("unload"));
-         }
+         answer = this.engine.ask("read", { notations }, this.image.value);
       });
-      if (opened) {
-         this.describe(opened);
-      }
-      if (refusal !== "") {
+      if (!answer) {
          this.show(null, refusal);
+         return;
+      }
+      if (answer.count > 1) {
+         this.isTextList = true;
+         this.loadEntries(this.engine.ask("entries", { from: 0, count: 0 }).total);
+      } else if (this.isTextList) {
+         this.isTextList = false;
+         this.entries.load(this.engine.ask("unload"));
+      }
+      if ("view" in answer) {
+         this.show(answer.view);
       } else {
-         this.refresh(message);
+         this.describe(answer.description);
+         this.refresh(answer.message);
       }
    }
 
@@ -167,15 +176,11 @@ class Explorer {
    }
 
    private refresh(message?: string): void {
-      const notations = Object.fromEntries(
-         this.description.fields.map((field) => [field.name, this.notationOf(field)]),
-      );
-      const view = this.engine.ask("view", { notations });
-      this.show(view, message ?? view.message);
+      this.show(this.engine.ask("view", { notations: this.notations }), message);
    }
 
    // Shows the entry, or that there is none and why.
-   private show(view: View | null, message: string): void {
+   private show(view: View | null, message = view?.message ?? ""): void {
       this.view = view;
       this.fields.show(view);
       this.bits.show(view);
@@ -183,8 +188,6 @@ class Explorer {
       const owner = byId("variant-of-tag");
       owner.hidden = view?.variantOfTag === undefined;
       setText(owner, `Show as variant ${view?.variantOfTag}`);
-      document.body.classList.toggle("has-no-entry", view === null);
-      this.showAddress();
       this.compareValues();
    }
 
@@ -196,20 +199,23 @@ class Explorer {
    }
 
    // Does what changes the image; returns the reason where it is refused.
-   private change(action: () => void): string {
+   private change(name: "set" | "flip", question: object): string {
       if (this.view === null) {
          return "";
       }
-      const refusal = refusalOf(action);
-      if (refusal !== "") {
+      let view: View | undefined;
+      const refusal = refusalOf(() => {
+         view = this.engine.ask(name, { ...question, notations: this.notations });
+      });
+      if (!view) {
          this.showMessage(refusal, false);
          byId("message").classList.add("is-error");
          return refusal;
       }
       this.isTextList = false; // the text area gets an image of its own, the entries stay
-      this.refresh();
-      this.image.value = this.view.image;
-      this.remember(true);
+      this.show(view);
+      this.image.value = view.image;
+      this.rememberSoon();
       return "";
    }
 
@@ -231,10 +237,15 @@ class Explorer {
       this.keepNotations();
    }
 
+   private chooseNotations(): void {
+      this.notations = this.description.fields.map((field) => this.notationOf(field));
+   }
+
    private keepNotations(): void {
       savePreferences(this.preferences);
       byId<HTMLSelectElement>("all-radices").value = this.commonNotation();
-      this.fields.setNotations((field) => this.notationOf(field));
+      this.chooseNotations();
+      this.fields.setNotations(this.notations);
       if (this.view) {
          this.refresh(byId("message").textContent ?? "");
       }
@@ -288,6 +299,7 @@ class Explorer {
       this.isTextList = false;
       byId<HTMLTextAreaElement>("diff-image").value = picked.other ?? "";
       this.describe(picked.description);
+      this.showAddress();
       this.refresh();
       this.image.value = this.view?.image ?? "";
       this.remember();
@@ -356,14 +368,17 @@ class Explorer {
    private compareValues(): void {
       const text = byId<HTMLTextAreaElement>("diff-image").value;
       const output = byId("diff-values");
-      output.replaceChildren();
-      setText(byId("diff-message"), "");
       if (text.trim() === "" || this.view === null) {
+         output.replaceChildren();
+         setText(byId("diff-message"), "");
          return;
       }
       const refusal = refusalOf(() => {
          output.replaceChildren(...differenceTable(this.engine.ask("compareImage", {}, text)));
       });
+      if (refusal !== "") {
+         output.replaceChildren();
+      }
       setText(byId("diff-message"), refusal);
    }
 
@@ -398,8 +413,16 @@ class Explorer {
       };
    }
 
+   // Puts what is typed into the link, in a moment: that takes a browser longer than all that shows
+   // it, and browsers refuse hundreds of links within seconds.
+   private rememberSoon(): void {
+      this.timer ??= setTimeout(() => this.remember(true), linkDelay);
+   }
+
    // Puts what is shown into the link. What is typed on and on is one step to go back from.
    private remember(isTyping = false): void {
+      clearTimeout(this.timer);
+      this.timer = undefined;
       let fragment = fragmentOf(this.state());
       if (fragment.length > longestFragment) {
          fragment = fragmentOf({ ...this.state(), image: this.view?.image ?? "" });
@@ -437,7 +460,11 @@ class Explorer {
          input.value = state[key];
       }
       this.image.value = state.image;
-      this.read(description);
+      this.describe(description);
+      this.showAddress();
+      this.read();
+      clearTimeout(this.timer);
+      this.timer = undefined;
       this.fragment = location.hash;
       this.isTyping = false;
    }
@@ -471,7 +498,8 @@ class Explorer {
       if (this.view && !this.isTextList && this.image.value.trim() !== "") {
          this.image.value = this.view.image;
       }
-      this.read(this.engine.ask("open", this.chosenPair()));
+      this.describe(this.engine.ask("open", this.chosenPair()));
+      this.read();
       this.remember();
    }
 
@@ -492,7 +520,7 @@ class Explorer {
       });
       this.image.addEventListener("input", () => {
          this.read();
-         this.remember(true);
+         this.rememberSoon();
       });
       this.image.addEventListener("change", () => this.remember());
       this.image.addEventListener("paste", (event) => {
@@ -511,7 +539,7 @@ class Explorer {
       for (const { input } of this.index) {
          input.addEventListener("input", () => {
             this.showAddress();
-            this.remember(true);
+            this.rememberSoon();
          });
          input.addEventListener("change", () => this.remember());
       }

@@ -27,7 +27,7 @@ export function refusalBy(args, input = "") {
    return stderr.trimEnd().replace(/^vorn: /, "");
 }
 
-export async function openBrowser() {
+export async function openBrowser(options = []) {
    return chromium.launch({
       executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
       args: [
@@ -39,6 +39,7 @@ export async function openBrowser() {
          "--disable-background-networking",
          "--disable-component-update",
          "--disable-sync",
+         ...options,
       ],
    });
 }
