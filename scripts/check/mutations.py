@@ -402,6 +402,7 @@ class Bench:
             replaced = self.compiled(self.objects_of('Catalogue.cpp', 'CatalogueTest.cpp'), quick)
             self.linked(library, replaced)
             self.tested(self.linked('tests/registryTest', replaced), 'Catalogue.*')
+            self.tested(tables, '*.DeclaresItsFields')
         elif name.startswith(('src/frame/', 'include/Hardware/detail/')):
             replaced = self.compiled(self.affected(name, 'VornFrame', 'frameTest'), quick)
             self.tested(self.linked('tests/frameTest', replaced))

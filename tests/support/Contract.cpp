@@ -3,6 +3,7 @@
 
 #include "Traces.h"
 
+#include <Hardware/FieldId.h>
 #include <Hardware/Registry.h>
 
 #include <algorithm>
@@ -396,6 +397,17 @@ void checkPairs( const Expectation& expected ) {
 void checkDeclarations( const Expectation& expected ) {
    if( !expected.registered ) {
       return;
+   }
+   const auto& catalogue = Hardware::fieldCatalogue();
+   for( const FieldUnderTest& field : expected.fields ) {
+      EXPECT_EQ( std::count_if( catalogue.begin(), catalogue.end(),
+                                [&field]( const Hardware::CatalogueRow& row ) {
+                                   return row.identifier == field.identifier &&
+                                          row.name == field.name &&
+                                          row.hardwareName == field.hardwareName;
+                                } ),
+                 1 )
+         << field.name;
    }
    const auto fields = Hardware::classFields( expected.name );
    ASSERT_EQ( fields.size(), expected.fields.size() );
