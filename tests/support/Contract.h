@@ -200,18 +200,22 @@ void checkTags( const Expectation& expected );
 void checkTraces( const Expectation& expected );
 
 #define CONTRACT_TESTS( Class, expectation )                                                       \
-   TEST( Class, HasItsPairsAlone ) { Testing::checkPairs( expectation ); }                         \
-   TEST( Class, DeclaresItsFields ) { Testing::checkDeclarations( expectation ); }                 \
-   TEST( Class, StatesItsMetadata ) { Testing::checkMetadata( expectation ); }                     \
-   TEST( Class, AccessesItsFields ) { Testing::checkAccessors( expectation ); }                    \
-   TEST( Class, RefusesAbsentFields ) { Testing::checkAbsentFields( expectation ); }               \
-   TEST( Class, AnswersToItsIdentifiersAndNames ) {                                                \
-      Testing::checkIdentifiersAndNames( expectation );                                            \
+   const Testing::Expectation& expectationOf##Class() {                                            \
+      static const Testing::Expectation expected = expectation;                                    \
+      return expected;                                                                             \
    }                                                                                               \
-   TEST( Class, MasksWholeEntries ) { Testing::checkWholeEntry( expectation ); }                   \
-   TEST( Class, ComputesAddresses ) { Testing::checkAddresses( expectation ); }                    \
-   TEST( Class, StampsAndVerifiesTags ) { Testing::checkTags( expectation ); }                     \
-   TEST( Class, TracesItsOperations ) { Testing::checkTraces( expectation ); }
+   TEST( Class, HasItsPairsAlone ) { Testing::checkPairs( expectationOf##Class() ); }              \
+   TEST( Class, DeclaresItsFields ) { Testing::checkDeclarations( expectationOf##Class() ); }      \
+   TEST( Class, StatesItsMetadata ) { Testing::checkMetadata( expectationOf##Class() ); }          \
+   TEST( Class, AccessesItsFields ) { Testing::checkAccessors( expectationOf##Class() ); }         \
+   TEST( Class, RefusesAbsentFields ) { Testing::checkAbsentFields( expectationOf##Class() ); }    \
+   TEST( Class, AnswersToItsIdentifiersAndNames ) {                                                \
+      Testing::checkIdentifiersAndNames( expectationOf##Class() );                                 \
+   }                                                                                               \
+   TEST( Class, MasksWholeEntries ) { Testing::checkWholeEntry( expectationOf##Class() ); }        \
+   TEST( Class, ComputesAddresses ) { Testing::checkAddresses( expectationOf##Class() ); }         \
+   TEST( Class, StampsAndVerifiesTags ) { Testing::checkTags( expectationOf##Class() ); }          \
+   TEST( Class, TracesItsOperations ) { Testing::checkTraces( expectationOf##Class() ); }
 
 // A field from what its class declares, which must be of exactly these types.
 template<class View, class Type, class Get, class Len, class Offset, class Valid>

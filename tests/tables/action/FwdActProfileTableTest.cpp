@@ -7,7 +7,7 @@ namespace {
 
 using View = Hardware::FwdActProfileTable;
 
-Testing::Expectation makeExpectation() {
+Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "FwdActProfileTable" );
    expected.storageBytes = 36;
    expected.fields = {
@@ -175,11 +175,6 @@ Testing::Expectation makeExpectation() {
       { "15,16", "0", 0x20f0000, 1, 0, { { 2, 18 } } },
    };
    // clang-format on
-   return expected;
-}
-
-const Testing::Expectation& expectation() {
-   static const Testing::Expectation expected = makeExpectation();
    return expected;
 }
 

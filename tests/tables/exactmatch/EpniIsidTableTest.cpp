@@ -12,7 +12,7 @@ using Testing::Bits;
 using Testing::expressionOf;
 using Testing::Image;
 
-Testing::Expectation stated() {
+Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "EpniIsidTable" );
    expected.storageBytes = 24;
    expected.discriminator = View::isEpniIsidTable;
@@ -119,11 +119,6 @@ Testing::Expectation stated() {
    return expected;
 }
 
-const Testing::Expectation& expectation() {
-   static const Testing::Expectation expected = stated();
-   return expected;
-}
-
 CONTRACT_TESTS( EpniIsidTable, expectation() )
 
 Hardware::ChipType chip( unsigned chipType ) { return static_cast<Hardware::ChipType>( chipType ); }
@@ -139,7 +134,7 @@ TEST( EpniIsidTable, TagInsideTheEntryIsNotSafe ) {
          EXPECT_EQ( view.vmv(), 0 );
          EXPECT_FALSE( View::isEpniIsidTable( chip( chipType ), view.buf(), 24, variant ) );
          // No setter reaches the part of the tag above.
-         for( const Testing::FieldUnderTest& field : expectation().fields ) {
+         for( const Testing::FieldUnderTest& field : expectationOfEpniIsidTable().fields ) {
             if( !field.readOnly && view.isFieldValid( field.identifier ) ) {
                field.set( view, Bits() );
                EXPECT_EQ( view.tid(), 4 ) << field.name;

@@ -8,7 +8,7 @@ namespace {
 using View = Hardware::EsemMgmtReq;
 using Testing::expressionOf;
 
-Testing::Expectation stated() {
+Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "EsemMgmtReq" );
    expected.storageBytes = 24;
    expected.discriminator = View::isEsemMgmtReq;
@@ -190,11 +190,6 @@ Testing::Expectation stated() {
       { "10,12-16", "1", { { "vmv", 1 }, { "tid", 2 }, { "entryType", 0 }, { "resultType", 9 } } },
    };
    // clang-format on
-   return expected;
-}
-
-const Testing::Expectation& expectation() {
-   static const Testing::Expectation expected = stated();
    return expected;
 }
 

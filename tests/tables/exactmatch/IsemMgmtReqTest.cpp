@@ -7,7 +7,7 @@ namespace {
 
 using View = Hardware::IsemMgmtReq;
 
-Testing::Expectation stated() {
+Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "IsemMgmtReq" );
    expected.storageBytes = 24;
    expected.discriminator = View::isIsemMgmtReq;
@@ -285,11 +285,6 @@ Testing::Expectation stated() {
       tag( "10,13,15,16", "19,20", 62, 0, 3 ),
    };
    // clang-format on
-   return expected;
-}
-
-const Testing::Expectation& expectation() {
-   static const Testing::Expectation expected = stated();
    return expected;
 }
 

@@ -10,7 +10,7 @@ namespace {
 using View = Hardware::LifTable;
 using Testing::Image;
 
-Testing::Expectation stated() {
+Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "LifTable" );
    expected.storageBytes = 80;
    expected.fields = Testing::lifTableFields();
@@ -79,11 +79,6 @@ Testing::Expectation stated() {
    };
    // clang-format on
    expected.discriminator = View::isLifTable;
-   return expected;
-}
-
-const Testing::Expectation& expectation() {
-   static const Testing::Expectation expected = stated();
    return expected;
 }
 

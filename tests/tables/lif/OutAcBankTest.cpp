@@ -8,7 +8,7 @@ namespace {
 
 using View = Hardware::OutAcBank;
 
-Testing::Expectation stated() {
+Testing::Expectation expectation() {
    Testing::Expectation expected = Testing::tableUnderTest<View>( "OutAcBank" );
    expected.storageBytes = 80;
    expected.discriminator = View::isOutAcBank;
@@ -180,11 +180,6 @@ Testing::Expectation stated() {
    expected.tags = {
       { "10,12-16", "0", { { "resultType", 8 } } },
    };
-   return expected;
-}
-
-const Testing::Expectation& expectation() {
-   static const Testing::Expectation expected = stated();
    return expected;
 }
 
