@@ -45,9 +45,6 @@ TEST( OtherTables, aFreshEntryCarriesItsTag ) {
                                          }() +
                                          '\n' ) )
       << outcome.out;
-   expectRefused( { "encode", "LifTable", "--chip", "10", "--variant", "3", "resultType=0x24" },
-                  "vorn: field resultType of LifTable on BCM88690_B0 variant 3 is read-only: it "
-                  "holds the entry's tag" );
 }
 
 TEST( OtherTables, aTagThatAgreesMayBeGiven ) {
@@ -103,11 +100,6 @@ TEST( OtherTables, fieldsThatThePairLacks ) {
       { "encode", "LifTable", "--chip", "10", "actionProfileIndex=1" },
       "vorn: field actionProfileIndex does not exist in LifTable on BCM88690_B0 variant "
       "0, only on chip types and variants 2-8: 3,4; did you mean actionProfileIdx?" );
-}
-
-TEST( OtherTables, variantsWithAHole ) {
-   expectRefused( { "encode", "LifTable", "--chip", "10", "--variant", "5" },
-                  "vorn: LifTable has no variant 5 on BCM88690_B0; allowed: 0-4,6-11" );
 }
 
 TEST( OtherTables, aTableThatDoesNotLookAtTheVariant ) {
