@@ -172,6 +172,8 @@ TEST( AllClasses, RegistryReachesTheClassOfTheName ) {
       const Kelvar::AsicBase& object = *view;
       EXPECT_TRUE( typeid( object ) == one->owner ) << pair;
       EXPECT_EQ( view->len(), one->storageBytes ) << pair;
+      EXPECT_EQ( view->chipType(), pair.chipType ) << pair;
+      EXPECT_EQ( view->variant(), pair.variant ) << pair;
       ++reached;
    }
    // LifTable alone has 114.

@@ -2,7 +2,6 @@
 #include "support/Assertions.h"
 #include "support/Traces.h"
 
-#include <Hardware/LifTable.h>
 #include <Hardware/Registry.h>
 #include <Hardware/TcamActionTable.h>
 
@@ -94,26 +93,6 @@ constexpr Hardware::ChipType chip( unsigned number ) {
    return static_cast<Hardware::ChipType>( number );
 }
 
-TEST( Registry, KnowsEachNameInBothFunctions ) {
-   for( const std::string_view name : Hardware::classNames() ) {
-      unsigned valid = 0;
-      for( unsigned chipType = 0; chipType < 256; ++chipType ) {
-         for( const unsigned variant : { 0u, 1u, 2u, 31u, 255u } ) {
-            const auto number = static_cast<U8>( variant );
-            if( !chipTypeVariantValid( name, chip( chipType ), number ) ) {
-               continue;
-            }
-            ++valid;
-            const auto view = stringObj( name, chip( chipType ), number );
-            ASSERT_TRUE( view ) << name;
-            EXPECT_EQ( view->chipType(), chipType ) << name;
-            EXPECT_EQ( view->variant(), variant ) << name;
-         }
-      }
-      EXPECT_NE( valid, 0u ) << name;
-   }
-}
-
 TEST( Registry, RefusesUnknownNamesInBothFunctions ) {
    for( const std::string& name : unknownNames() ) {
       // The name is looked up before the pair is looked at.
@@ -173,14 +152,6 @@ TEST( Registry, StampsTheTagOfAFreshEntry ) {
    }
 }
 
-TEST( Registry, ReachesTheRegisterTheSameWay ) {
-   const auto view = stringObj( "FheiIveSizeReg", Hardware::BCM88650_B0, 0 );
-   EXPECT_FALSE( view->isTable() );
-   EXPECT_EQ( view->len(), 16 );
-   EXPECT_TRUE( chipTypeVariantValid( "FheiIveSizeReg", Hardware::BCM88680_A0, 0 ) );
-   EXPECT_FALSE( chipTypeVariantValid( "FheiIveSizeReg", Hardware::BCM88690_B0, 0 ) );
-}
-
 TEST( Registry, RefusesAPairInTheConstructorAndAnswersFalseForIt ) {
    const auto failure = failureOf( [] { stringObj( "TcamActionTable", chip( 9 ), 0 ); } );
    ASSERT_TRUE( failure );
@@ -194,15 +165,6 @@ TEST( Registry, RefusesAPairInTheConstructorAndAnswersFalseForIt ) {
    EXPECT_FALSE( chipTypeVariantValid( "TcamActionTable", Hardware::Software, 0 ) );
    EXPECT_TRUE( chipTypeVariantValid( "LifTable", Hardware::Software, 0 ) );
    EXPECT_EQ( stringObj( "LifTable", Hardware::Software, 0 )->chipType(), 21 );
-}
-
-TEST( Registry, YieldsTheOwningViewOfTheClass ) {
-   const auto view = stringObj( "TcamActionTable", Hardware::BCM88690_B0, 0 );
-   auto* const owner = dynamic_cast<Hardware::TcamActionTable::WithStorage*>( view.get() );
-   ASSERT_NE( owner, nullptr );
-   owner->actionIs( 0xdeadbeef );
-   EXPECT_EQ( view->stringField( "action", 0 ), 0xdeadbeefu );
-   EXPECT_EQ( dynamic_cast<Hardware::LifTable*>( view.get() ), nullptr );
 }
 
 TEST( Registry, ViewsAreIndependentOfEachOther ) {
@@ -406,45 +368,6 @@ TEST( Facts, OfInvalidPairsAreEmpty ) {
       EXPECT_EQ( Hardware::pairFields( "TcamActionTable", chipType, 0, nullptr, 0 ), 0u );
       EXPECT_FALSE( Hardware::pairAddress( "TcamActionTable", chipType, 0 ) ) << chipType;
    }
-}
-
-TEST( Facts, OfSomeClasses ) {
-   const auto action = Hardware::classFields( "TcamActionTable" );
-   ASSERT_EQ( action.size(), 1u );
-   EXPECT_EQ( action[0].identifier, 3u );
-   EXPECT_EQ( action[0].name, "action" );
-   EXPECT_EQ( action[0].valueBits, 32 );
-   EXPECT_FALSE( action[0].readOnly );
-
-   const auto wide = Hardware::classFields( "FheiIveSizeReg" );
-   ASSERT_EQ( wide.size(), 1u );
-   EXPECT_EQ( wide[0].identifier, 284u );
-   EXPECT_EQ( wide[0].valueBits, 128 );
-
-   const auto table = Hardware::pairInfo( "TcamActionTable", 10, 0 );
-   ASSERT_TRUE( table );
-   EXPECT_TRUE( table->isTable );
-   EXPECT_EQ( table->width, 2 );
-   EXPECT_EQ( table->entries, 2048u );
-   EXPECT_EQ( table->arrayElements, 24u );
-   EXPECT_EQ( table->fieldCount, 1 );
-   EXPECT_EQ( table->instanceCount, 2 );
-   EXPECT_TRUE( table->hasVariants );
-   EXPECT_TRUE( table->hasAddress );
-
-   const auto oneRegister = Hardware::pairInfo( "FheiIveSizeReg", 4, 0 );
-   ASSERT_TRUE( oneRegister );
-   EXPECT_FALSE( oneRegister->isTable );
-   EXPECT_EQ( oneRegister->entries, 1u );
-   EXPECT_EQ( oneRegister->instanceCount, 2 );
-
-   const auto variantless = Hardware::pairInfo( "EpniIsidTable", 2, 200 );
-   ASSERT_TRUE( variantless );
-   EXPECT_FALSE( variantless->hasVariants );
-
-   const auto software = Hardware::pairInfo( "LifTable", 21, 0 );
-   ASSERT_TRUE( software );
-   EXPECT_FALSE( software->hasAddress );
 }
 
 TEST( Facts, OfFieldsFillNoMoreThanTheirRoom ) {
