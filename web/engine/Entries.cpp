@@ -37,6 +37,11 @@ Entries Entries::ofFile( std::string_view bytes, const std::string& name,
 void Entries::readAll( Vorn::DumpReader& reader ) {
    for( ;; ) {
       try {
+         if( const Vorn::DumpRun run = reader.ahead(); run.count > 0 ) {
+            add( run );
+            reader.skip( run.count );
+            continue;
+         }
          if( !reader.next() ) {
             break;
          }
@@ -56,14 +61,33 @@ void Entries::readAll( Vorn::DumpReader& reader ) {
    layoutOf_.clear();
 }
 
-void Entries::add( const Vorn::DumpEntry& entry ) {
-   const auto [known, isNew] = layoutOf_.try_emplace( entry.layout, layouts_.size() );
+std::size_t Entries::numberOf( const Vorn::Layout& layout ) {
+   const auto [known, isNew] = layoutOf_.try_emplace( &layout, layouts_.size() );
    if( isNew ) {
-      layouts_.push_back( *entry.layout );
+      layouts_.push_back( layout );
    }
-   rows_.push_back( { known->second, bytes_.size(), entry.image.size(), entry.entry, entry.array,
-                      entry.identifier, entry.isEmpty } );
+   return known->second;
+}
+
+void Entries::add( const Vorn::DumpEntry& entry ) {
+   rows_.push_back( { numberOf( *entry.layout ), bytes_.size(), entry.image.size(), entry.entry,
+                      entry.array, entry.identifier, entry.isEmpty } );
    bytes_.insert( bytes_.end(), entry.image.begin(), entry.image.end() );
+}
+
+void Entries::add( const Vorn::DumpRun& run ) {
+   const std::size_t layout = numberOf( *run.layout );
+   const std::size_t bytes = run.layout->bytes();
+   for( std::size_t i = 0; i < run.count; ++i ) {
+      Row row{ layout, bytes_.size() + i * run.stride, bytes, {}, {}, {}, run.areEmpty };
+      if( run.first ) {
+         row.entry = run.first->entry + i;
+         row.array = run.first->array;
+         row.identifier = run.first->identifier;
+      }
+      rows_.push_back( row );
+   }
+   bytes_.insert( bytes_.end(), run.images.begin(), run.images.end() );
 }
 
 Entries::Entry Entries::at( std::size_t index ) const {

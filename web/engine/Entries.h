@@ -57,6 +57,8 @@ private:
 
    void readAll( Vorn::DumpReader& reader );
    void add( const Vorn::DumpEntry& entry );
+   void add( const Vorn::DumpRun& run );
+   std::size_t numberOf( const Vorn::Layout& layout ); // in layouts_
 
    std::vector<Vorn::Layout> layouts_;
    std::map<const Vorn::Layout*, std::size_t> layoutOf_; // by the reader's own, while it reads

@@ -398,6 +398,40 @@ test("a dump has a list to pick from, and a second one is compared with it", () 
       assert.ok(await page.isHidden("#dump"));
    }));
 
+test("a large dump keeps only the entries in sight on the page", () =>
+   on({ fragment: lif }, async (page) => {
+      const count = 20_000;
+      const entry = Buffer.from(encoded("LifTable", "--chip", "10"), "hex");
+      const bytes = Buffer.concat(
+         Array.from({ length: count }, (_, i) => {
+            entry.writeUInt16LE(2 * i, 0); // vsi has the bits 1 to 15
+            return Buffer.from(entry);
+         }),
+      );
+      const line = (at) =>
+         `${at.toString(16).padStart(8, "0")}: ` +
+         bytes.toString("hex", at, at + 16).replace(/(....)/g, "$1 ");
+      const hexdump = Array.from({ length: bytes.length / 16 }, (_, i) => line(16 * i)).join("\n");
+      for (const [name, buffer] of [
+         ["large.bin", bytes],
+         ["large.xxd", Buffer.from(hexdump)],
+      ]) {
+         await page.setInputFiles("#dump-file", { name, mimeType: "", buffer });
+         await page.waitForFunction(
+            (facts) => document.getElementById("dump-facts").textContent === facts,
+            `${name}: 20,000 entries`,
+         );
+         await page.evaluate(() => {
+            const list = document.getElementById("entries");
+            list.scrollTop = list.scrollHeight / 2;
+         });
+         await page.locator('[data-entry="10000"]').click();
+         assert.equal(await valueOf(page, "vsi").inputValue(), "0x2710");
+         assert.equal(await page.inputValue("#entry"), "10000");
+         assert.ok((await page.locator("#entries [data-entry]").count()) < 100);
+      }
+   }));
+
 test("a damaged dump shows its good entries and the line that is wrong", () =>
    on({ fragment: lif }, async (page) => {
       const text = `${lifImage()}\n0g\n${lifImage()}\n`;
