@@ -11,7 +11,7 @@ checks() {
    cat <<'END'
 builds|scripts/check/builds.sh|the library built in many ways, for aarch64 too, answers the same
 coverage|scripts/measure/coverage.sh|the tests take each branch of library and stand-ins
-explorer|scripts/check/explorer.sh|the explorer in Chromium, against vorn
+explorer|scripts/check/explorer.sh|the explorer in Chromium and Firefox, against vorn
 fuzz|scripts/check/fuzz.sh 300|five minutes of each fuzzer
 memory|scripts/check/memory.sh|the core of the tests under valgrind
 mutations|scripts/check/mutations.py --work build/mutations|the tests notice one change at a time; hours

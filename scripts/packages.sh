@@ -25,7 +25,7 @@ testPackages='libgtest-dev libgmock-dev clang clangd pkg-config binutils abigail
 
 # The explorer's: what builds it, and what tests it in a browser.
 explorerPackages='cmake ninja-build nlohmann-json3-dev emscripten nodejs'
-browserPackages='chromium'
+browserPackages='chromium firefox-esr'
 
 # npm, of Debian unless there is another one.
 needNpm() {

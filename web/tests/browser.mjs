@@ -1,7 +1,7 @@
-// The page in Debian's Chromium, and vorn itself to hold it against.
+// The page in Debian's browsers, and vorn itself to hold it against.
 import { execFileSync, spawnSync } from "node:child_process";
 import { pathToFileURL } from "node:url";
-import { chromium } from "playwright-core";
+import playwright from "playwright-core";
 
 const root = new URL("../../", import.meta.url).pathname;
 export const pagePath = process.env.VORN_EXPLORER ?? `${root}build/explorer/vorn-explorer.html`;
@@ -28,7 +28,7 @@ export function refusalBy(args, input = "") {
 }
 
 export async function openBrowser(options = []) {
-   return chromium.launch({
+   return playwright.chromium.launch({
       executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
       args: [
          "--headless",
@@ -41,6 +41,13 @@ export async function openBrowser(options = []) {
          "--disable-sync",
          ...options,
       ],
+   });
+}
+
+// Debian's Firefox, which speaks WebDriver BiDi; playwright's own `firefox` takes only its own build.
+export async function openFirefox() {
+   return playwright._bidiFirefox.launch({
+      executablePath: process.env.FIREFOX ?? "/usr/bin/firefox-esr",
    });
 }
 
