@@ -1,19 +1,27 @@
 #!/bin/sh
-# Builds the explorer and drives it in Chromium, against vorn. web/checked has the hash of what this
-# last passed on: with --if-changed, the same files are not checked
-# again, nor any where npm can get no modules; --accept writes it.
+# Builds the explorer and drives it in Chromium and Firefox, against vorn. web/checked has the hash of
+# what this last passed on: with --if-changed, the same isn't checked again, nor anything where npm
+# can get no modules; --accept writes it.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh
+needPackages $buildPackages git
 mode=${1:-}
 
-# Of all that the page, and what the tests hold it against, are made of.
+# Of what the page is made of and tested by. Of C++ what the compiler sees, so that comments don't
+# count.
 inputs() {
    git ls-files -co --exclude-standard -- web codec include src platform \
-      scripts/make/explorer.sh scripts/check/explorer.sh |
-      grep -v '^web/checked$' | LC_ALL=C sort |
+      scripts/make/explorer.sh scripts/check/explorer.sh \
+      ':!web/checked' ':!codec/tests' ':!platform/*/tests' ':!*.md' |
+      LC_ALL=C sort |
       while read -r file; do
-         [ ! -f "$file" ] || printf '%s %s\n' "$(git hash-object "$file")" "$file"
+         [ -f "$file" ] || continue
+         echo "$file"
+         case $file in
+         *.cpp | *.h | *.def) g++ -w -fpreprocessed -dD -E -P -x c++ "$file" ;;
+         *) cat "$file" ;;
+         esac
       done | sha256sum | cut -d ' ' -f 1
 }
 hash=$(inputs)
@@ -30,7 +38,7 @@ if [ "$mode" = --if-changed ]; then
    fi
 fi
 scripts/make/explorer.sh
-needPackages $buildPackages $browserPackages
+needPackages $browserPackages
 build=${VORN_EXPLORER_VORN:-build/release}
 cmake --preset release -B "$build" -DVORN_BUILD_TOOLS=ON
 cmake --build "$build" --target vorn
