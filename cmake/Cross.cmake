@@ -1,4 +1,4 @@
-# Builds for another machine with Debian's cross compiler: VORN_MACHINE is aarch64 or i686.
+# Builds for another machine with Debian's cross compiler: VORN_MACHINE is aarch64.
 list( APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VORN_MACHINE )
 set( CMAKE_SYSTEM_NAME Linux )
 set( CMAKE_SYSTEM_PROCESSOR ${VORN_MACHINE} )

@@ -1,9 +1,13 @@
 // Marks what the library exports; everything else is hidden. Refuses platforms that can't work with
-// it. Tested on x86-64 and aarch64; 32-bit machines, such as wasm32, aren't refused.
+// it.
 #pragma once
 
 #if __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
 #error "libVornTunnelKelvar reads entry images as native words: little-endian machines only"
+#endif
+// Of 32-bit machines only WebAssembly is tested, in the explorer.
+#if __SIZEOF_POINTER__ != 8 && !defined __wasm32__
+#error "libVornTunnelKelvar is for 64-bit machines only: x86-64 and aarch64 are tested"
 #endif
 
 #include <cstddef>

@@ -21,11 +21,21 @@ refused() {
 }
 refused Hardware/Export.h 'little-endian machines only' clang++ --target=powerpc64-linux-gnu
 refused Hardware/Export.h 'little-endian machines only' clang++ --target=s390x-linux-gnu
+for machine in i686-linux-gnu x86_64-linux-gnux32 arm-linux-gnueabihf; do
+   refused Hardware/Export.h '64-bit machines only: x86-64 and aarch64' clang++ --target=$machine
+done
 refused Hardware/Export.h "its programs can't set it to 0" g++ -D_GLIBCXX_USE_CXX11_ABI=0
 refused Hardware/Export.h "its programs can't use libc++" g++ -D_LIBCPP_VERSION=14000
 refused Vorn/Export.h "its programs can't define it" g++ -D_GLIBCXX_DEBUG
 echo '#include <Vorn/Export.h>' | g++ -std=c++20 -fsyntax-only -D_GLIBCXX_DEBUG \
    -DVORN_BUILT_WITH_GLIBCXX_DEBUG $includes -x c++ -
+
+# WebAssembly isn't refused. Of the standard library, which isn't there, the header needs its name.
+work=$(mktemp -d)
+trap 'rm -r "$work"' EXIT
+: >"$work/cstddef"
+echo '#include <Hardware/Export.h>' | clang++ --target=wasm32-unknown-emscripten -std=c++17 \
+   -fsyntax-only "-I$work" $includes -x c++ -
 
 # Of a library and a program whose standard libraries differ, each has another symbol.
 symbols() {
