@@ -1,11 +1,13 @@
 // The page: every layout of the library, and what an image means in it.
+import { Address } from "./address";
 import { BitGrid } from "./bits";
-import { differenceTable } from "./difference";
+import { Comparison } from "./comparison";
 import { byId, fillSelect, make, setText } from "./dom";
-import { Engine, refusalOf } from "./engine";
-import type { Answers, Catalogue, Description, DumpFacts, Field, View } from "./engine";
+import { Engine, Refusal, refusalOf } from "./engine";
+import type { Answers, Description, DumpFacts, Field, View } from "./engine";
 import { EntryList } from "./entries";
 import { FieldList } from "./fields";
+import { PairSelects } from "./pairs";
 import { SearchBox } from "./search";
 import type { Destination } from "./search";
 import { blankState, fragmentOf, loadPreferences, savePreferences, stateOf } from "./state";
@@ -20,29 +22,30 @@ const linkDelay = 100;
 
 class Explorer {
    private readonly preferences = loadPreferences();
-   private readonly catalogue: Catalogue;
    private description!: Description;
    private notations: string[] = []; // of its fields
    private view: View | null = null;
    private readonly fields: FieldList;
    private readonly bits: BitGrid;
    private readonly entries: EntryList;
+   private readonly pairs: PairSelects;
+   private readonly address: Address;
+   private readonly comparison: Comparison;
    private isTextList = false; // the entries are those of the text area
    private fragment = "";
    private isTyping = false;
    private timer: ReturnType<typeof setTimeout> | undefined; // until what is typed is in the link
 
-   private readonly table = byId<HTMLSelectElement>("table");
-   private readonly chip = byId<HTMLSelectElement>("chip");
-   private readonly variant = byId<HTMLSelectElement>("variant");
    private readonly image = byId<HTMLTextAreaElement>("image");
-   private readonly index = (["entry", "array", "identifier"] as const).map((key) => ({
-      key,
-      input: byId<HTMLInputElement>(key),
-   }));
 
    constructor(private readonly engine: Engine) {
-      this.catalogue = engine.ask("catalogue");
+      const catalogue = engine.ask("catalogue");
+      this.pairs = new PairSelects(catalogue, () => this.openChosen());
+      this.address = new Address(engine, {
+         typed: () => this.rememberSoon(),
+         committed: () => this.remember(),
+      });
+      this.comparison = new Comparison(engine, this.pairs);
       this.fields = new FieldList({
          changed: (field, text) => this.change("set", { field: field.name, text }),
          committed: () => this.remember(),
@@ -59,64 +62,25 @@ class Explorer {
       });
       this.entries = new EntryList(engine, (index) => this.pick(index));
       new SearchBox(engine, (destination) => this.go(destination));
-      this.fillTables();
+      this.fillChoices(catalogue.notations);
       this.listen();
       this.apply(stateOf(location.hash));
    }
 
    // ---- the pair
 
-   private fillTables(): void {
-      fillSelect(
-         this.table,
-         this.catalogue.tables.map(({ name }) => [name, name]),
-      );
+   private fillChoices(notations: string[]): void {
       fillSelect(byId("all-radices"), [
          ["", "as chosen"],
-         ...this.catalogue.notations.map((name): [string, string] => [name, name]),
+         ...notations.map((name): [string, string] => [name, name]),
       ]);
       byId<HTMLSelectElement>("all-radices").value = this.commonNotation();
       byId<HTMLSelectElement>("bit-order").value = String(this.preferences.lowBitFirst);
       byId<HTMLSelectElement>("word-order").value = String(this.preferences.lastWordFirst);
    }
 
-   private pairsOf(table: string) {
-      return this.catalogue.tables.find(({ name }) => name === table)?.pairs ?? [];
-   }
-
-   private chipOptions(table: string): [string, string][] {
-      return this.pairsOf(table).map(({ chip }) => [
-         String(chip),
-         `${this.catalogue.chips.find(({ number }) => number === chip)?.name} (${chip})`,
-      ]);
-   }
-
-   private variantOptions(table: string, chip: number): [string, string][] {
-      const pair = this.pairsOf(table).find((one) => one.chip === chip);
-      return (pair?.variants ?? []).map((variant) => [
-         String(variant),
-         pair?.any ? "any" : String(variant),
-      ]);
-   }
-
-   // The pair that the selects name, or the nearest one that the table has.
-   private chosenPair(): { table: string; chip: string; variant: string } {
-      const table = this.table.value;
-      const keep = (wanted: string, options: [string, string][]) =>
-         options.some(([value]) => value === wanted) ? wanted : options[0][0];
-      const chip = keep(this.chip.value, this.chipOptions(table));
-      const variant = keep(this.variant.value, this.variantOptions(table, Number(chip)));
-      return { table, chip, variant };
-   }
-
    private describe(description: Description): void {
-      const { table, chip, variant } = description;
-      fillSelect(this.chip, this.chipOptions(table));
-      fillSelect(this.variant, this.variantOptions(table, chip));
-      this.table.value = table;
-      this.chip.value = String(chip);
-      this.variant.value = String(variant);
-      this.variant.disabled = this.variant.options.length < 2;
+      this.pairs.show(description);
       if (description.pairText === this.description?.pairText) {
          return;
       }
@@ -136,8 +100,8 @@ class Explorer {
       this.bits.describe(description, this.preferences);
       byId("picture").replaceChildren();
       byId<HTMLDetailsElement>("picture-details").open = false;
-      this.fillComparison();
-      this.showAddress();
+      this.comparison.describe(description);
+      this.address.show(description.hasAddress);
    }
 
    // ---- the image
@@ -188,7 +152,7 @@ class Explorer {
       const owner = byId("variant-of-tag");
       owner.hidden = view?.variantOfTag === undefined;
       setText(owner, `Show as variant ${view?.variantOfTag}`);
-      this.compareValues();
+      this.comparison.show(view);
    }
 
    private showMessage(message: string, isError: boolean): void {
@@ -251,35 +215,19 @@ class Explorer {
       }
    }
 
-   // ---- the address, and what is copied
-
-   private indexOf(): Pick<State, "entry" | "array" | "identifier"> {
-      const [entry, array, identifier] = this.index.map(({ input }) => input.value.trim());
-      return { entry, array, identifier };
-   }
-
-   private showAddress(): void {
-      const output = byId("address");
-      const refusal = refusalOf(() => {
-         const { address, accessType, destBlock } = this.engine.ask("address", this.indexOf());
-         output.replaceChildren(
-            make("strong", { class: "code" }, address),
-            ` access type ${accessType}, block ${destBlock}`,
-         );
-      });
-      if (refusal !== "") {
-         setText(output, refusal);
-      }
-      output.classList.toggle("is-error", refusal !== "" && this.description.hasAddress);
-   }
+   // ---- what is copied
 
    private async copy(what: string): Promise<void> {
       this.remember();
       let text = location.href;
       const refusal = refusalOf(() => {
-         if (what !== "link") {
-            text = this.engine.ask("copy", { what, ...this.indexOf() }).text;
+         if (what === "link") {
+            return;
          }
+         if (this.view === null) {
+            throw new Refusal(`nothing is copied: ${byId("message").textContent}`);
+         }
+         text = this.engine.ask("copy", { what, ...this.address.index }).text;
       });
       if (refusal !== "") {
          setText(byId("status"), refusal);
@@ -293,13 +241,16 @@ class Explorer {
 
    private pick(index: number): void {
       const picked = this.engine.ask("pick", { index });
-      for (const { key, input } of this.index) {
-         input.value = picked[key] ?? (key === "entry" ? String(index) : "");
-      }
+      const { entry, array, identifier, description } = picked;
       this.isTextList = false;
-      byId<HTMLTextAreaElement>("diff-image").value = picked.other ?? "";
-      this.describe(picked.description);
-      this.showAddress();
+      this.address.index = {
+         entry: entry ?? String(index),
+         array: array ?? "",
+         identifier: identifier ?? "",
+      };
+      this.comparison.setImage(picked.other ?? "");
+      this.describe(description);
+      this.address.show(description.hasAddress);
       this.refresh();
       this.image.value = this.view?.image ?? "";
       this.remember();
@@ -330,58 +281,6 @@ class Explorer {
       this.entries.load(this.engine.ask("unload", { otherOnly }));
    }
 
-   // ---- comparing
-
-   private fillComparison(): void {
-      const { table } = this.description;
-      const chips = byId<HTMLSelectElement>("diff-chip");
-      const wanted = chips.value;
-      fillSelect(chips, [["", "nothing"], ...this.chipOptions(table)]);
-      chips.value = wanted;
-      if (chips.selectedIndex < 0) {
-         chips.value = "";
-      }
-      this.fillComparedVariants();
-      this.compareLayouts();
-   }
-
-   private fillComparedVariants(): void {
-      const chip = byId<HTMLSelectElement>("diff-chip").value;
-      const variants = byId<HTMLSelectElement>("diff-variant");
-      const wanted = variants.value || String(this.description.variant);
-      const options = chip === "" ? [] : this.variantOptions(this.description.table, Number(chip));
-      fillSelect(variants, options);
-      variants.value = options.some(([value]) => value === wanted) ? wanted : options[0]?.[0] ?? "";
-      variants.disabled = options.length < 2;
-   }
-
-   private compareLayouts(): void {
-      const chip = byId<HTMLSelectElement>("diff-chip").value;
-      const variant = byId<HTMLSelectElement>("diff-variant").value;
-      byId("diff-layout").replaceChildren(
-         ...(chip === ""
-            ? []
-            : differenceTable(this.engine.ask("comparePair", { chip, variant }))),
-      );
-   }
-
-   private compareValues(): void {
-      const text = byId<HTMLTextAreaElement>("diff-image").value;
-      const output = byId("diff-values");
-      if (text.trim() === "" || this.view === null) {
-         output.replaceChildren();
-         setText(byId("diff-message"), "");
-         return;
-      }
-      const refusal = refusalOf(() => {
-         output.replaceChildren(...differenceTable(this.engine.ask("compareImage", {}, text)));
-      });
-      if (refusal !== "") {
-         output.replaceChildren();
-      }
-      setText(byId("diff-message"), refusal);
-   }
-
    // ---- the picture
 
    private draw(): void {
@@ -409,7 +308,7 @@ class Explorer {
          chip: String(chip),
          variant: String(variant),
          image: image === "" ? "" : this.view && !this.isTextList ? this.view.image : image,
-         ...this.indexOf(),
+         ...this.address.index,
       };
    }
 
@@ -439,10 +338,8 @@ class Explorer {
    }
 
    private apply(state: State): void {
-      const first = this.catalogue.tables[0];
       const pair = {
-         table: state.table || first.name,
-         chip: state.chip || String(this.pairsOf(state.table || first.name)[0]?.chip ?? ""),
+         ...this.pairs.completed(state.table, state.chip),
          variant: state.variant,
       };
       let description: Description | undefined;
@@ -456,12 +353,11 @@ class Explorer {
          this.showMessage(refusal, true);
          return;
       }
-      for (const { key, input } of this.index) {
-         input.value = state[key];
-      }
-      this.image.value = state.image;
+      const { entry, array, identifier, image } = state;
+      this.address.index = { entry, array, identifier };
+      this.image.value = image;
       this.describe(description);
-      this.showAddress();
+      this.address.show(description.hasAddress);
       this.read();
       clearTimeout(this.timer);
       this.timer = undefined;
@@ -489,7 +385,7 @@ class Explorer {
       if (destination.field) {
          this.fields.focus(destination.field);
       } else {
-         (destination.place ? byId("entry") : this.table).focus();
+         (destination.place ? this.address : this.pairs).focus();
       }
    }
 
@@ -498,7 +394,7 @@ class Explorer {
       if (this.view && !this.isTextList && this.image.value.trim() !== "") {
          this.image.value = this.view.image;
       }
-      this.describe(this.engine.ask("open", this.chosenPair()));
+      this.describe(this.engine.ask("open", this.pairs.chosen()));
       this.read();
       this.remember();
    }
@@ -511,11 +407,8 @@ class Explorer {
    // ---- what the page does
 
    private listen(): void {
-      for (const select of [this.table, this.chip, this.variant]) {
-         select.addEventListener("change", () => this.openChosen());
-      }
       byId("variant-of-tag").addEventListener("click", () => {
-         this.variant.value = String(this.view?.variantOfTag);
+         this.pairs.chooseVariant(this.view?.variantOfTag ?? 0);
          this.openChosen();
       });
       this.image.addEventListener("input", () => {
@@ -536,13 +429,6 @@ class Explorer {
          this.remember();
          this.image.focus();
       });
-      for (const { input } of this.index) {
-         input.addEventListener("input", () => {
-            this.showAddress();
-            this.rememberSoon();
-         });
-         input.addEventListener("change", () => this.remember());
-      }
       document.querySelectorAll<HTMLElement>("[data-copy]").forEach((button) => {
          button.addEventListener("click", () => void this.copy(button.dataset.copy ?? ""));
       });
@@ -565,12 +451,6 @@ class Explorer {
             this.bits.turn(this.preferences);
          });
       }
-      byId("diff-chip").addEventListener("change", () => {
-         this.fillComparedVariants();
-         this.compareLayouts();
-      });
-      byId("diff-variant").addEventListener("change", () => this.compareLayouts());
-      byId("diff-image").addEventListener("input", () => this.compareValues());
       byId("picture-details").addEventListener("toggle", () => this.draw());
       byId("save-picture").addEventListener("click", () => this.savePicture());
       window.addEventListener("popstate", () => this.apply(stateOf(location.hash)));

@@ -335,6 +335,16 @@ test("what is copied composes the same image again", () =>
       assert.equal(await copy("link"), page.url());
    }));
 
+test("nothing is copied of an image that is refused", () =>
+   on({ fragment: `${lif}&image=${lifImage()}` }, async (page) => {
+      await page.fill("#image", "a00g");
+      await page.click("[data-copy=command]");
+      assert.equal(
+         await page.textContent("#status"),
+         `nothing is copied: ${refusalBy(["decode", "LifTable", "--chip", "10", "a00g"])}`,
+      );
+   }));
+
 test("the picture is vorn's own", () =>
    on({ fragment: lif }, async (page) => {
       await page.click("#picture-details summary");
