@@ -16,6 +16,7 @@ fuzz|scripts/check/fuzz.sh 300|five minutes of each fuzzer
 memory|scripts/check/memory.sh|the core of the tests under valgrind
 mutations|scripts/check/mutations.py --work build/mutations|the tests notice one change at a time; hours
 packages|scripts/check/packages.sh|the Debian packages on a clean system; as root
+recipes|scripts/check/recipes.sh|the guide's recipes on the whole tree: all is built and all tests pass
 reference|scripts/make/doc.sh|Doxygen finds nothing to warn of
 static|scripts/check/static.sh --all|clang-tidy and cppcheck on every class and path
 threads|scripts/run-tests.sh tsan|all tests under the thread sanitizer

@@ -2,6 +2,7 @@
 #include "Pairs.h"
 
 #include "support/Bits.h"
+#include "support/Classes.h"
 #include "support/Traces.h"
 
 #include <Vorn/View.h>
@@ -68,7 +69,7 @@ TEST( View, GivesWhatItsAccessorsGive ) {
          } );
       } );
    }
-   EXPECT_EQ( pairs, 483u );
+   EXPECT_EQ( pairs, Testing::pairCount );
    EXPECT_GT( wide, 100u );
 }
 

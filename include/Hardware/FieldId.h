@@ -5,6 +5,7 @@
 #include <Kelvar/Types.h>
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace Hardware {
@@ -21,7 +22,12 @@ struct CatalogueRow {
    std::string_view hardwareName; // as in the hardware's documents: "VLAN_DOMAIN"
 };
 
-// All 332 rows, in order of the identifier.
-HARDWARE_API const std::array<CatalogueRow, 332>& fieldCatalogue();
+inline constexpr std::size_t catalogueSize = 0
+#define HARDWARE_FIELD_ID( identifier, name, hardwareName ) +1
+#include <Hardware/fields/Catalogue.def>
+   ;
+
+// All rows, in order of the identifier.
+HARDWARE_API const std::array<CatalogueRow, catalogueSize>& fieldCatalogue();
 
 } // namespace Hardware

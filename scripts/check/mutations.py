@@ -299,7 +299,8 @@ class Bench:
         for command in commands:
             words = shlex.split(command['command'])
             # A mutant is compiled once, so ccache needn't keep it.
-            words = words[1:] if words[0].endswith('ccache') else words
+            cache = [place for place, word in enumerate(words) if word.endswith('/ccache') or word == 'ccache']
+            words = words[cache[0] + 1:] if cache else words
             name = words[words.index('-o') + 1]
             self.compile[name] = words
             self.sources[name] = command['file']

@@ -7,7 +7,7 @@ namespace Hardware {
 
 namespace {
 
-constexpr std::array<CatalogueRow, 332> catalogue{ {
+constexpr std::array<CatalogueRow, catalogueSize> catalogue{ {
 #define HARDWARE_FIELD_ID( identifier, name, hardwareName ) { identifier, #name, #hardwareName },
 #include <Hardware/fields/Catalogue.def>
 } };
@@ -63,6 +63,6 @@ static_assert( catalogue.front().identifier == 3 && catalogue.back().identifier 
 
 } // namespace
 
-const std::array<CatalogueRow, 332>& fieldCatalogue() { return catalogue; }
+const std::array<CatalogueRow, catalogueSize>& fieldCatalogue() { return catalogue; }
 
 } // namespace Hardware

@@ -1,9 +1,14 @@
 // Compares a pair through At with the class's view.
 #include "at/Walk.h"
 
+#include "support/Classes.h"
+#include "support/Numbers.h"
+
 #include <Hardware/Registry.h>
 
+#include <map>
 #include <random>
+#include <set>
 
 namespace Testing {
 
@@ -310,6 +315,27 @@ void expectTheSame( const std::string& className, Facts ( *factsOfView )( const 
       SCOPED_TRACE( className + " " + std::to_string( pair.chipType ) + " " +
                     std::to_string( pair.variant ) );
       Pair( *view, factsOfView, pair, random ).compare();
+   }
+}
+
+// The chip types that tests walk, by class.
+std::map<std::string, std::set<unsigned>>& walks() {
+   static std::map<std::string, std::set<unsigned>> walks;
+   return walks;
+}
+
+bool walkIs( const std::string& className, unsigned first, unsigned last ) {
+   for( unsigned chipType = first; chipType <= last; ++chipType ) {
+      walks()[className].insert( chipType );
+   }
+   return true;
+}
+
+TEST( At, isWalkedOnEveryChipTypeOfEveryClass ) {
+   for( const StatedClass& one : statedClasses ) {
+      for( const unsigned chipType : numbersIn( one.chips ) ) {
+         EXPECT_EQ( walks()[one.name].count( chipType ), 1u ) << one.name << " " << chipType;
+      }
    }
 }
 

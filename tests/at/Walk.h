@@ -55,6 +55,9 @@ struct WalkedPair {
 void expectTheSame( const std::string& className, Facts ( *factsOfView )( const Kelvar::AsicBase& ),
                     const std::vector<WalkedPair>& pairs, unsigned first, unsigned last );
 
+// Notes that a test walks these chip types of a class; true.
+bool walkIs( const std::string& className, unsigned first, unsigned last );
+
 template<class View>
 Facts factsOf( const View& view ) {
    Facts facts{ view.width(),   view.arrayElements(), view.fieldCount(), view.instanceCount(),

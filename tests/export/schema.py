@@ -13,6 +13,7 @@ import subprocess
 import sys
 
 from jsonschema import Draft202012Validator
+from stated import PAIR_COUNT
 
 VORN = sys.argv[1]
 
@@ -91,7 +92,7 @@ def main():
     pairs = {}
     for row in rows:
         pairs.setdefault((row["table"], row["chip"], row["variant"]), []).append(row)
-    assert len(pairs) == 483
+    assert len(pairs) == PAIR_COUNT
 
     # Every pair: good records, one that mixes it with another's field, and bounds of each field.
     good_lines, seen_widths, everyone = [], set(), {row["field"] for row in rows}

@@ -1,9 +1,10 @@
 # Applies the changes of the guide's recipes to a copy of the tree, with no more classes than they
-# speak of, builds it, and runs the tests of the classes that are changed or new.
+# speak of, builds it, and runs the tests of the classes that are changed or new. The whole tree takes
+# long: scripts/check/recipes.sh.
 # Needs SOURCE, WORK, CHANGES, PATCH and CXX.
 file( REMOVE_RECURSE ${WORK} )
 set( tree ${WORK}/tree )
-set( classes EgressPerPortTable EvecTable FheiIveSizeReg IvecTable LifProfileAttributes )
+set( classes EgressPerPortTable EvecTable FheiIveSizeReg IppePinfoLlr IvecTable LifProfileAttributes )
 
 function( run )
    execute_process( COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY )

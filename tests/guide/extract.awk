@@ -1,6 +1,7 @@
 # Writes the samples of the guide into the folder given, named <heading>-<number>: the C++ ones as
 # programs (.cpp) with what each prints (.txt), command lines with what they print (.console); and all
-# changes to the source tree, in their order, as changes.diff.
+# changes to the source tree, in their order, as changes.diff, and the commands after them as
+# commands.sh.
 #
 #    awk -v folder=samples -f extract.awk guide.md
 
@@ -38,6 +39,8 @@ function writeSample() {
       close( name )
    } else if( kind == "diff" ) {
       printf "%s", text >( folder "/changes.diff" )
+   } else if( kind == "sh" ) {
+      printf "%s", text >( folder "/commands.sh" )
    } else {
       print FILENAME ":" FNR ": a sample of no kind that is tested: " kind >"/dev/stderr"
       failed = 1

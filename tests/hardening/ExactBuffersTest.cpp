@@ -1,6 +1,7 @@
 // Every accessor on buffers that end with the field or soon after it: nothing after a buffer's end
 // is touched, and one byte too few is refused. Under the address sanitizer a slip shows.
 #include "support/Assertions.h"
+#include "support/Classes.h"
 #include "support/EveryClass.h"
 
 #include <Hardware/Registry.h>
@@ -169,10 +170,10 @@ std::string className( const testing::TestParamInfo<std::size_t>& number ) {
    return everyClass()[number.param].name;
 }
 INSTANTIATE_TEST_SUITE_P( EveryAccessor, ExactBuffers,
-                          testing::Range( std::size_t{ 0 }, std::size_t{ 22 } ), className );
+                          testing::Range( std::size_t{ 0 }, Testing::classCount ), className );
 
 TEST( ExactBuffers, AreTriedOnEveryField ) {
-   ASSERT_EQ( everyClass().size(), Hardware::classNames().size() );
+   ASSERT_EQ( everyClass().size(), Testing::classCount );
    for( const ClassAccessors& of : everyClass() ) {
       EXPECT_EQ( of.fields.size(), Hardware::classFields( of.name ).size() ) << of.name;
    }

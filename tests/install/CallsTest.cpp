@@ -2,6 +2,7 @@
 // runs over such a build of the library, which finds the program's own primitives first.
 #include "Primitives.h"
 #include "support/Assertions.h"
+#include "support/Classes.h"
 #include "support/EveryClass.h"
 #include "support/Traces.h"
 
@@ -312,6 +313,6 @@ std::string className( const testing::TestParamInfo<std::size_t>& number ) {
    return Testing::everyClass()[number.param].name;
 }
 INSTANTIATE_TEST_SUITE_P( OfEveryClass, EveryAccess,
-                          testing::Range( std::size_t{ 0 }, std::size_t{ 22 } ), className );
+                          testing::Range( std::size_t{ 0 }, Testing::classCount ), className );
 
 } // namespace

@@ -1,5 +1,8 @@
-// The chip types, stated once for all tests.
+// The chip types, stated once for all tests, and as messages list them.
 #pragma once
+
+#include "Classes.h"
+#include "Numbers.h"
 
 #include <Hardware/ChipType.h>
 
@@ -7,28 +10,42 @@
 
 namespace Testing {
 
-inline constexpr Hardware::ChipType olderChips[] = { Hardware::BCM88650_B0, Hardware::BCM88660_A0,
-                                                     Hardware::BCM88375_A0, Hardware::BCM88375_B0,
-                                                     Hardware::BCM88470_A0, Hardware::BCM88470_B0,
-                                                     Hardware::BCM88680_A0 };
-inline constexpr Hardware::ChipType newerChips[] = {
-   Hardware::BCM88690_B0, Hardware::BCM88690_V6_B0, Hardware::BCM88800_A0,
-   Hardware::BCM88850_A0, Hardware::BCM88480_A0,    Hardware::BCM88480_B0
+struct StatedChip {
+   unsigned number;
+   Literal name;
 };
 
-// As messages list them.
-inline const std::string olderChipsListed =
-   "BCM88650_B0 (2), BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), BCM88470_A0 (6), "
-   "BCM88470_B0 (7), BCM88680_A0 (8)";
-inline const std::string newerChipsListed =
-   "BCM88690_B0 (10), BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 (14), BCM88480_A0 (15), "
-   "BCM88480_B0 (16)";
-inline const std::string hardwareChipsListed = olderChipsListed + ", " + newerChipsListed;
-inline const std::string allChipsListed = hardwareChipsListed + ", Software (21)";
+inline constexpr StatedChip statedChips[] = {
+#define CHIP( number, name ) { number, #name },
+#include "Chips.def"
+};
+
+// Those of a list such as "10,12-16": "BCM88690_B0 (10), BCM88690_V6_B0 (12), ...".
+inline std::string chipsListed( const std::string& numbers ) {
+   const std::set<unsigned> listed = numbersIn( numbers );
+   std::string text;
+   for( const StatedChip& chip : statedChips ) {
+      if( listed.count( chip.number ) != 0 ) {
+         text +=
+            ( text.empty() ? "" : ", " ) + chip.name + " (" + std::to_string( chip.number ) + ")";
+      }
+   }
+   return text;
+}
+
+inline std::string chipsListedOf( std::string_view table ) {
+   return chipsListed( chipsOf( table ) );
+}
+
+inline const std::string allChipsListed = chipsListed( "0-255" );
 
 // The same without numbers, for what is neither a number nor near a name.
-inline const std::string allChipsNamed =
-   "BCM88650_B0, BCM88660_A0, BCM88375_A0, BCM88375_B0, BCM88470_A0, BCM88470_B0, BCM88680_A0, "
-   "BCM88690_B0, BCM88690_V6_B0, BCM88800_A0, BCM88850_A0, BCM88480_A0, BCM88480_B0, Software";
+inline const std::string allChipsNamed = [] {
+   std::string text;
+   for( const StatedChip& chip : statedChips ) {
+      text += ( text.empty() ? "" : ", " ) + std::string( chip.name );
+   }
+   return text;
+}();
 
 } // namespace Testing

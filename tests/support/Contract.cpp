@@ -1,6 +1,7 @@
 // The contract of a table class as one generic walk, held against plain rows.
 #include "Contract.h"
 
+#include "Numbers.h"
 #include "Traces.h"
 
 #include <Hardware/FieldId.h>
@@ -16,23 +17,6 @@
 namespace Testing {
 
 namespace {
-
-// "10,12-16" as a set of numbers.
-std::set<unsigned> numbersIn( const std::string& list ) {
-   std::set<unsigned> numbers;
-   std::istringstream parts( list );
-   for( std::string part; std::getline( parts, part, ',' ); ) {
-      const auto dash = part.find( '-' );
-      const unsigned first = static_cast<unsigned>( std::stoul( part ) );
-      const unsigned last = dash == std::string::npos
-                               ? first
-                               : static_cast<unsigned>( std::stoul( part.substr( dash + 1 ) ) );
-      for( unsigned number = first; number <= last; ++number ) {
-         numbers.insert( number );
-      }
-   }
-   return numbers;
-}
 
 // Variants to try where a chip type takes any.
 const std::set<unsigned> someVariants{ 0, 1, 7, 30, 31, 32, 200, 255 };

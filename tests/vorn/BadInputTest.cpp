@@ -67,7 +67,8 @@ const std::vector<Refused> badInput{
    address( "a table with an escape of 8 bits in it", "LifTable\xc2\x9b", "2", {},
             "unknown table \"LifTable\\xc2\\x9b\"; did you mean LifTable?" ),
    address( "a table that is gone", "EvecTable", "10", {},
-            "EvecTable does not exist on BCM88690_B0; allowed: " + Testing::olderChipsListed ),
+            "EvecTable does not exist on BCM88690_B0; allowed: " +
+               Testing::chipsListedOf( "EvecTable" ) ),
    address( "a variant in a hole", "LifTable", "16", { "--variant", "5" },
             "LifTable has no variant 5 on BCM88480_B0; allowed: 0-4,6-11" ),
    address( "a variant beyond a byte", "EvecTable", "3", { "--variant", "256" },

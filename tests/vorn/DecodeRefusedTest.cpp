@@ -299,7 +299,8 @@ TEST( DecodeRefused, pairs ) {
         R"({"table":"TcamActionTable","chip":"^BCM88650","image":"05000000"})",
         "unknown chip \"BCM88650\"; did you mean BCM88650_B0?" },
       { "a chip type that the table lacks", "EgressPerPortTable ^2 0: 05000000",
-        "EgressPerPortTable does not exist on BCM88650_B0; allowed: " + Testing::newerChipsListed },
+        "EgressPerPortTable does not exist on BCM88650_B0; allowed: " +
+           Testing::chipsListedOf( "EgressPerPortTable" ) },
       { "a variant that the pair lacks", "TcamActionTable 2 ^1: 05000000",
         "TcamActionTable has no variant 1 on BCM88650_B0; allowed: 0" },
       { "too many words", "TcamActionTable 2 0 ^0: 05000000",

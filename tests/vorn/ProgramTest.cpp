@@ -400,7 +400,8 @@ TEST( Program, namesAndPlaces ) {
       { line( "^\"BCM88650_BO\"", "1" ),
         "unknown chip \"BCM88650_BO\"; did you mean BCM88650_B0?" },
       { R"({"table":"EgressPerPortTable","chip":^2,"variant":9,"fields":{}})",
-        "EgressPerPortTable does not exist on BCM88650_B0; allowed: " + Testing::newerChipsListed },
+        "EgressPerPortTable does not exist on BCM88650_B0; allowed: " +
+           Testing::chipsListedOf( "EgressPerPortTable" ) },
       { line( "2", "1", R"(,"variant":^256)" ),
         "TcamActionTable has no variant 256 on BCM88650_B0; allowed: 0" },
       { line( "2", R"(1,^"actoin":2)" ),

@@ -1,5 +1,6 @@
 // The page in Debian's browsers, and vorn itself to hold it against.
 import { execFileSync, spawnSync } from "node:child_process";
+import { readFileSync } from "node:fs";
 import { pathToFileURL } from "node:url";
 import playwright from "playwright-core";
 
@@ -7,6 +8,19 @@ const root = new URL("../../", import.meta.url).pathname;
 export const pagePath = process.env.VORN_EXPLORER ?? `${root}build/explorer/vorn-explorer.html`;
 export const pageUrl = pathToFileURL(pagePath).href;
 const program = process.env.VORN ?? `${root}build/release/tools/vorn/vorn`;
+
+// "10,12-16" as text of each number.
+function numbersIn(list) {
+   return list.split(",").flatMap((part) => {
+      const [first, last = first] = part.split("-").map(Number);
+      return Array.from({ length: last - first + 1 }, (_, i) => String(first + i));
+   });
+}
+
+// The classes with their pairs and chip types, as the tests in C++ state them once.
+export const classes = [
+   ...readFileSync(`${root}tests/support/Classes.def`, "utf8").matchAll(/^CLASS\( (\w+),.* (\d+), +"(.*)",/gm),
+].map(([, name, pairs, chips]) => ({ name, pairs: Number(pairs), chips: numbersIn(chips) }));
 
 // What vorn prints for these arguments.
 export function vorn(args, input = "") {

@@ -22,32 +22,17 @@ std::string printed( ChipType chipType ) {
    return out.str();
 }
 
-const std::map<int, std::string> names{
-   { 2, "BCM88650_B0" },     { 3, "BCM88660_A0" },  { 4, "BCM88375_A0" },  { 5, "BCM88375_B0" },
-   { 6, "BCM88470_A0" },     { 7, "BCM88470_B0" },  { 8, "BCM88680_A0" },  { 10, "BCM88690_B0" },
-   { 12, "BCM88690_V6_B0" }, { 13, "BCM88800_A0" }, { 14, "BCM88850_A0" }, { 15, "BCM88480_A0" },
-   { 16, "BCM88480_B0" },    { 21, "Software" },
-};
-
 TEST( ChipType, Numbers ) {
-   EXPECT_EQ( Hardware::BCM88650_B0, 2 );
-   EXPECT_EQ( Hardware::BCM88660_A0, 3 );
-   EXPECT_EQ( Hardware::BCM88375_A0, 4 );
-   EXPECT_EQ( Hardware::BCM88375_B0, 5 );
-   EXPECT_EQ( Hardware::BCM88470_A0, 6 );
-   EXPECT_EQ( Hardware::BCM88470_B0, 7 );
-   EXPECT_EQ( Hardware::BCM88680_A0, 8 );
-   EXPECT_EQ( Hardware::BCM88690_B0, 10 );
-   EXPECT_EQ( Hardware::BCM88690_V6_B0, 12 );
-   EXPECT_EQ( Hardware::BCM88800_A0, 13 );
-   EXPECT_EQ( Hardware::BCM88850_A0, 14 );
-   EXPECT_EQ( Hardware::BCM88480_A0, 15 );
-   EXPECT_EQ( Hardware::BCM88480_B0, 16 );
-   EXPECT_EQ( Hardware::ChipType::Software, 21 );
-   EXPECT_EQ( Hardware::Software, 21 );
+#define CHIP( number, name ) EXPECT_EQ( Hardware::name, number );
+#include "Chips.def"
+   EXPECT_EQ( Hardware::ChipType::BCM88690_B0, 10 );
 }
 
 TEST( ChipType, EveryNumberPrints ) {
+   const std::map<int, std::string> names{
+#define CHIP( number, name ) { number, #name },
+#include "Chips.def"
+   };
    for( int number = 0; number <= 255; ++number ) {
       const auto name = names.find( number );
       EXPECT_EQ( printed( static_cast<ChipType>( number ) ),
