@@ -15,7 +15,7 @@ namespace Vorn {
 
 namespace {
 
-// Images and columns of so many bytes in all push one another out of any cache.
+// Images and columns with this many bytes in all push one another out of any cache.
 constexpr std::size_t largeBytes = std::size_t{ 16 } << 20;
 
 struct Column {

@@ -1,4 +1,4 @@
-// What a drawing of an entry shows, whatever it is drawn with: rows of 32 bits, cut into cells.
+// What a drawing of an entry shows, as text or as a picture: rows of 32 bits, cut into cells.
 #include <Vorn/Drawing.h>
 
 #include <algorithm>

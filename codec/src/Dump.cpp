@@ -65,7 +65,7 @@ bool mayBeNumber( std::string_view text, ImageFormat format ) {
           firstPiece( text ).size() == text.size();
 }
 
-// The pairs that an image may be of, by what is said of it.
+// The pairs that an image may be of, by what its text says.
 struct Candidates {
    std::vector<Layout> layouts;
    std::vector<std::size_t> needed; // up to the last field, for each of them
@@ -182,7 +182,7 @@ bool readPlainDigits( const char* text, std::span<U8> bytes ) {
 struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    explicit State( DumpOptions given );
 
-   // How the input goes on.
+   // How the input continues.
    enum class Mode { start, binary, stream, words, rows, lines, csv, arguments, ended };
 
    bool step();
@@ -254,13 +254,13 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    // What is read ahead.
    bool isAhead_ = false;         // ahead() has been called
    bool hasEnded_ = false;        // feed() has nothing more
-   std::exception_ptr failure_;   // of feed(), once what came before it has been handed out
+   std::exception_ptr failure_;   // of feed(), once what came before it has been returned
    std::size_t lineLength_ = 0;   // of the lines that are read ahead, with their ends
    std::vector<U8> lineImages_;   // of these
    std::size_t lineHead_ = 0;     // what has been passed over of them
-   std::vector<Field> tagFields_; // which tell the layout of an image
+   std::vector<Field> tagFields_; // which decide the layout of an image
    std::vector<const Layout*>
-      byTag_; // null where there is none or a doubt; empty: only next() tells
+      byTag_; // null where there is none or a doubt; empty: only next() can decide
 
    std::map<std::array<std::string, 3>, Candidates> known_;
    std::map<U32, std::vector<Memory>> memories_; // by chip type
@@ -385,7 +385,7 @@ Candidates& DumpReader::State::candidatesAt( U64 address, const Image& image ) {
       isThere = isThere || !here.empty();
       Candidates one;
       one.add( layout );
-      // A tag tells memories apart that claim one address, but an entry of zeroes has none.
+      // A tag distinguishes memories that claim one address, but an entry of zeroes has none.
       if( here.empty() || !one.isLength( image.bytes.size() ) ) {
          continue;
       }
@@ -943,7 +943,7 @@ bool DumpReader::State::emit() {
       return false;
    }
    if( mode_ == Mode::rows && count_ == 0 && pending_.size() - head_ == bytes ) {
-      return false; // Perhaps one image, wherever it lies: the next row tells.
+      return false; // Perhaps one image, wherever it lies: the next row decides.
    }
    const std::span<const U8> image( pending_.data() + head_, bytes );
    place_ = input_ ? input_->name() + ":" + hexOf( offset_ ) : std::string();
@@ -1002,7 +1002,7 @@ bool DumpReader::State::finishBlock() {
                          "further apart" );
 }
 
-// Feeds once. What fails is thrown when all that came before it has been handed out.
+// Feeds once. An exception is thrown after everything before it has been returned.
 void DumpReader::State::feedMore() {
    try {
       hasEnded_ = !feed();
@@ -1265,7 +1265,7 @@ std::span<const U8> DumpReader::State::linesAhead() {
    }
    lineImages_.resize( taken * bytes );
    if( taken > 0 ) {
-      // What an image of several lines has left there doesn't go on after these.
+      // The rest of an image of several lines doesn't continue after these.
       reader_ = std::make_unique<ImageReader>( *input_, options_.format );
    }
    return lineImages_;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
-// What is looked at of a line without end.
+// How much of an endless line is examined.
 constexpr std::size_t longestLook = 1 << 16;
 
 bool isBlankLine( std::string_view line ) {

@@ -9,7 +9,7 @@
 
 namespace Vorn {
 
-// A source that knows whether it has thrown: there is no way on then.
+// A source that knows whether it has thrown, after which it can't be read further.
 class DumpSource : public ByteSource {
 public:
    explicit DumpSource( ByteSource& source ) : source_( source ) {}
@@ -30,7 +30,7 @@ public:
    explicit DumpInput( ByteSource& source )
       : DumpSource( source ), ByteLines( static_cast<DumpSource&>( *this ) ) {}
 
-   // The first line that isn't blank, or as much of it as tells the form. It stays to be read.
+   // The first line that isn't blank, or as much of it as decides the form. It is not consumed.
    std::string_view firstLine();
 
    // Whether what firstLine() has looked at is text.
@@ -41,7 +41,7 @@ public:
 
    bool next( std::string_view& line ) override;
 
-   // Hands out the last line once more.
+   // Returns the last line once more.
    void back() { isAgain_ = true; }
    bool isBack() const { return isAgain_; }
 

@@ -86,7 +86,7 @@ constexpr Sign keywords[] = {
    { "and", Mark::both }, { "or", Mark::either }, { "not", Mark::negation }, { "in", Mark::in }
 };
 
-// What people write in other languages, and what it is here.
+// What people write in other languages, and what they should write here.
 constexpr std::pair<std::string_view, std::string_view> foreign[] = { { "=", "==" },
                                                                       { "|", "||" },
                                                                       { "~", "!" } };
@@ -212,7 +212,7 @@ public:
    }
 
 private:
-   // Deeper ones come from no person, and would need a stack without end.
+   // Nobody writes deeper ones, and they would need an unlimited stack.
    static constexpr unsigned deepest = 100;
 
    [[noreturn]] void refuse( const std::string& message ) const {

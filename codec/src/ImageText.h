@@ -14,7 +14,7 @@ namespace Vorn {
 
 constexpr bool isBlank( char c ) { return c == ' ' || ( c >= '\t' && c <= '\r' ); }
 
-// Where the text goes on after blanks, which may be its end.
+// Where the text continues after blanks, perhaps its end.
 constexpr std::size_t skipBlanks( std::string_view text, std::size_t begin ) {
    while( begin < text.size() && isBlank( text[begin] ) ) {
       ++begin;

@@ -434,7 +434,7 @@ const Layout& ImageLayouts::known( const Image& image ) {
 }
 
 const Layout& ImageLayouts::find( const Image& image ) {
-   // Does a step that `piece` is the reason of.
+   // Does a step; its Errors are at `piece`.
    const auto within = [&]( const Piece& piece, auto step ) -> decltype( auto ) {
       try {
          return step();

@@ -1,4 +1,4 @@
-// What the JSON parser has against a text, in the words of our messages.
+// What the JSON parser finds wrong with a text, in the words of our messages.
 #pragma once
 
 #include <Vorn/Text.h>

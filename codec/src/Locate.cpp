@@ -36,7 +36,7 @@ std::vector<Location> Memory::at( U32 address ) const {
          const U32 distance = address - firstOf( array );
          const U32 entry = entryStep_ == 0 ? 0 : distance / entryStep_;
          if( entry < layout_.info().entries ) {
-            // The division may have left a rest, so the address has the last word.
+            // The division may leave a remainder, so the address decides.
             const Location candidate = locationOf( entry, array, identifier );
             if( candidate.address.schanAddress == address ) {
                result.push_back( candidate );

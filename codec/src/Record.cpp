@@ -463,7 +463,7 @@ Composed RecordComposer::compose( std::string_view line ) {
    return { composer.layout(), record_.index(), address, composer.image() };
 }
 
-// Begins the entry with the image of the line, or anew.
+// Begins the entry with the image of the line, or as a fresh one.
 void RecordComposer::begin( Composer& composer ) {
    if( !record_.has( Key::from ) && !record_.isPrinted() ) {
       composer.reset();

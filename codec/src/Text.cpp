@@ -16,7 +16,7 @@ constexpr char hexDigits[] = "0123456789abcdef";
 // character.
 std::size_t lengthOfCharacter( std::string_view text ) {
    struct Form {
-      U8 mask; // of the bits that tell a first byte of this form
+      U8 mask; // of the bits that mark a first byte of this form
       U8 bits;
       U32 least; // any smaller number is of a shorter form, or a control character
    };

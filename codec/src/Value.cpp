@@ -97,7 +97,7 @@ bool readNumber( std::string_view text, Value& value ) {
 
 bool readInternetAddress( int family, std::size_t size, std::string_view text, Value& value ) {
    std::array<U8, 16> bytes{};
-   // A string of its own, because inet_pton reads up to a zero byte.
+   // A copy, because inet_pton reads up to a zero byte.
    if( ::inet_pton( family, std::string( text ).c_str(), bytes.data() ) != 1 ) {
       return false;
    }

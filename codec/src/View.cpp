@@ -1,4 +1,4 @@
-// The fields of a view of the library, where a `Kelvar::AsicBase&` is all that one has.
+// The fields of a view of the library that is known only as a `Kelvar::AsicBase&`.
 #include <Vorn/View.h>
 
 #include <Vorn/Error.h>
@@ -16,7 +16,7 @@ namespace Vorn {
 
 namespace {
 
-// The members of a view, which the platform's base class keeps for its heirs.
+// The members of a view, which the platform's base class declares protected.
 struct Members : Kelvar::AsicBase {
    static U8* buf( const AsicBase& view ) { return view.*( &Members::buf_ ); }
    static U16 len( const AsicBase& view ) { return view.*( &Members::len_ ); }

@@ -22,7 +22,7 @@ struct Window {
    std::size_t begin;
    std::size_t bytes; // 8, or fewer of an image that has no more
    unsigned shift;    // where the bits begin
-   bool isSplit;      // they go on in the byte after these
+   bool isSplit;      // they continue in the byte after these
 
    Window( std::size_t size, std::size_t offset, unsigned width )
       : begin( offset / 8 ), bytes( 8 ), shift( static_cast<unsigned>( offset % 8 ) ),

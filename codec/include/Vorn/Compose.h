@@ -47,9 +47,9 @@ VORN_API std::vector<U8> compose( const Layout& layout, std::span<const U8> from
 // checked. An image that ends before the last field does is an Error.
 VORN_API std::vector<FieldValue> decompose( const Layout& layout, std::span<const U8> image );
 
-// Fields and values that compose the image from a fresh entry, in declared order and no more of
-// them than need be: a field that holds narrower ones is left out where these say all of it. What
-// bits of no field hold isn't among them. An image that isn't one of the pair is an Error.
+// Fields and values that compose the image from a fresh entry, in declared order and as few as
+// possible: a field that contains narrower ones is left out if these cover it. Bits of no field are
+// left out. An image that isn't one of the pair is an Error.
 VORN_API std::vector<FieldValue> settingsOf( const Layout& layout, std::span<const U8> image );
 
 // Images of one pair, each composed field by field in memory that is allocated once.
@@ -64,14 +64,14 @@ public:
    void reset();
    void reset( std::span<const U8> from );
 
-   // Begins anew with zeros alone, without the tag: as a memory is that nobody has written.
+   // Starts over with zeros alone, without the tag, like a memory that was never written.
    void clear();
 
    // The named field, to be set. One that can't be set, or is set already, is an Error.
    const Field& open( std::string_view name );
 
-   // Whether the field is read-only and the image holds the value: giving it changes nothing then,
-   // although open() refuses it.
+   // Whether the field is read-only and the image already holds the value: then it may be given,
+   // although open() refuses the field.
    bool holds( std::string_view name, const Value& value ) const;
 
    // Sets a field returned by open(). A value too large for it, and one that contradicts an earlier

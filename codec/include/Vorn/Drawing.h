@@ -1,4 +1,4 @@
-// What a drawing of an entry shows, whatever it is drawn with: rows of 32 bits, cut into cells.
+// What a drawing of an entry shows, as text or as a picture: rows of 32 bits, cut into cells.
 #pragma once
 
 #include <Vorn/BitOrder.h>
@@ -51,7 +51,7 @@ public:
    const BitOrder& format() const { return format_; }
    std::span<const DrawingRow> rows() const { return rows_; }
 
-   // What stands for the field's name where that doesn't fit; empty where it does everywhere.
+   // Stands for the field's name where that doesn't fit; empty if it always fits.
    const std::string& key( const BitOrder::Field& field ) const { return keys_[indexOf( field )]; }
 
 private:
@@ -64,8 +64,8 @@ private:
    std::vector<std::string> keys_; // of each field
 };
 
-// `name` in at most so many lines of at most so many columns, broken where a new word of it begins;
-// nothing if it doesn't fit.
+// `name` in at most `lines` lines of at most `columns` columns, broken between its words; empty if
+// it doesn't fit.
 VORN_API std::vector<std::string> broken( std::string_view name, std::size_t columns,
                                           std::size_t lines );
 

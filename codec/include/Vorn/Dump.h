@@ -30,7 +30,7 @@ public:
    virtual std::string name() const = 0;
 };
 
-// The bytes of a text in memory, which has to outlive this.
+// The bytes of a text in memory, which must outlive this object.
 class VORN_API TextBytes : public ByteSource {
 public:
    TextBytes( std::string_view text, std::string name );
@@ -44,7 +44,7 @@ private:
    std::string name_;
 };
 
-// The lines of bytes, which have to outlive this, read through a buffer.
+// The lines of bytes, read through a buffer. The source must outlive this object.
 class VORN_API ByteLines : public LineSource {
 public:
    // A longer line is an Error, so that input without lines cannot take all memory.
@@ -58,13 +58,13 @@ public:
    bool next( std::string_view& line ) override;
    std::string place() const override;
 
-   // What has been read from the source and not yet been handed out.
+   // What has been read from the source and not yet been returned.
    std::string_view rest() const { return { buffer_.data() + begin_, end_ - begin_ }; }
 
    // Reads more into rest(), which may move; false at the end.
    bool readMore();
 
-   // Hands out all of rest(), which belongs to no line any more.
+   // Returns all of rest(), which no longer belongs to any line.
    std::string_view takeRest();
 
    // Drops the first `bytes` of rest(), which hold `lines` lines.
@@ -120,7 +120,7 @@ struct DumpRun {
 //    reader.begin( bytes );
 //    while( reader.next() ) { ... reader.entry().layout->get( reader.entry().image, "vsi" ) ... }
 //
-// With ImageFormat::automatic the first line tells the form. What isn't text is binary. The lines
+// With ImageFormat::automatic the first line decides the form. What isn't text is binary. The lines
 // of `hexdump -C`, `hexdump` and `xxd` are dumps, whose bytes are split into entries, and so are
 // binary and `stream`. Every other line is an image: digits, JSON, a row of CSV below a header that
 // names an "image", perhaps with TABLE CHIP VARIANT or an address and a colon before it. "#" begins
@@ -133,12 +133,12 @@ public:
    DumpReader& operator=( DumpReader&& other ) noexcept;
    ~DumpReader();
 
-   // Goes on with these bytes, which have to outlive the reading.
+   // Continues with these bytes, which must outlive the reading.
    void begin( ByteSource& bytes );
 
    // Reads the next entry; false at the end. What is wrong is an Error that names the line and the
-   // column, or the byte of a binary dump; the next call goes on after it where there is a way to
-   // tell where the next entry begins, and ends otherwise.
+   // column, or the byte of a binary dump; the next call continues after it if
+   // it can be seen where the next entry begins, and otherwise returns false.
    bool next();
 
    // What next() has read, valid until the next call.
@@ -151,8 +151,8 @@ public:
    enum class Runs { ofOneLayout, ofAny };
 
    // The entries that come next, as far as they are plain: whole images of own()'s table, which
-   // next() would read without an Error and without a doubt. None where only next() can tell. Valid
-   // until the next call. Fails as next() does.
+   // next() would read without an Error and without a doubt. None where only next() can decide.
+   // Valid until the next call. Fails as next() does.
    //
    //    for( auto run = reader.ahead(); run.count > 0 || reader.next(); run = reader.ahead() ) {
    //       ... all of run, or the one entry() ...
@@ -163,7 +163,7 @@ public:
    // Passes over the first entries of the last ahead().
    void skip( std::size_t count );
 
-   // Goes on with the arguments of a command line: one image in any number of pieces, or an image
+   // Continues with the arguments of a command line: one image in any number of pieces, or an image
    // in each. Where both can be, next() is an Error. Their places are empty.
    void begin( std::span<const std::string> arguments );
 

@@ -27,7 +27,7 @@ namespace Vorn {
 //    vsi in { 1, 5, 100..200 }       one of a set; also `not in`
 //    destination & 0xff == 3         the bits of a mask alone, wherever a field may stand
 //    learnEnable                     not zero
-//    ! a, a && b, a || b, ( a )      in this order of strength; also `not`, `and`, `or`
+//    ! a, a && b, a || b, ( a )      from the tightest on; also `not`, `and`, `or`
 //
 // Values are what parseValue() takes: 2000, 0x7d0, 0b11, 10.0.0.1, 2001:db8::1, 00:1c:73:00:00:01.
 // A decimal number with a leading zero is refused, as some would read it as octal.

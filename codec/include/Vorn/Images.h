@@ -70,8 +70,8 @@ VORN_API bool isJson( std::string_view text );
 //    Vorn::imageOf( "LifTable 10 3: a00f0000" ).table;   // what it says of its pair
 VORN_API Image imageOf( std::string_view text, ImageFormat format = ImageFormat::automatic );
 
-// That the pair which stands with the image, or the part of it that does, is the layout's; else an
-// Error. And the same of the chip type alone.
+// Checks that the pair given with the image, or the part of it that is given, is the layout's; an
+// Error if not. The second checks the chip type alone.
 VORN_API void requirePair( const Layout& layout, const Image& image );
 VORN_API void requireChip( const Chip& chip, const Image& image );
 
@@ -87,7 +87,7 @@ public:
    virtual std::string place() const = 0;
 };
 
-// The lines of a text in memory, which has to outlive this.
+// The lines of a text in memory, which must outlive this object.
 class VORN_API TextLines : public LineSource {
 public:
    // `name` stands for the text in places.
@@ -103,7 +103,7 @@ private:
    std::size_t number_ = 0;
 };
 
-// The images in the lines of a source, which has to outlive this. Blank lines are skipped.
+// The images in the lines of a source, which must outlive this object. Blank lines are skipped.
 //
 //    Vorn::TextLines lines( text, "clipboard" );
 //    Vorn::ImageReader reader( lines );
@@ -151,8 +151,8 @@ public:
 private:
    using Texts = std::array<std::string, 3>;
 
-   // A pair has spellings without end, of any length: "1", "0x1", "0x01". What is kept of them
-   // stays below a megabyte.
+   // A pair can be spelt in any number of ways: "1", "0x1", "0x01". Less than a megabyte of them is
+   // kept.
    static constexpr std::size_t mostSpellings = 1024;
    static constexpr std::size_t longestSpelling = 128;
 
