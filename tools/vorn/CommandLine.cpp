@@ -102,8 +102,7 @@ CommandLine::CommandLine( const std::string& version ) {
    refuseValuesOfFlags( app_ );
 }
 
-// CLI11's account of what is wrong, in the words of the other messages where it has its own, and
-// where to find what is right.
+// CLI11's message, in the words of our own messages where they differ, and where to find help.
 std::string flawOf( const CLI::ParseError& error, const std::string& help ) {
    std::string text = error.what();
    if( error.get_name() == "ValidationError" ) {

@@ -33,7 +33,7 @@ public:
 
    std::size_t run( std::string_view& input, char* to, std::size_t size ) override {
       if( isAtEnd_ && !input.empty() ) {
-         // Files one after another are as good as one.
+         // Several files one after another count as one.
          ::inflateReset( &stream_ );
          isAtEnd_ = false;
       }
@@ -148,7 +148,7 @@ PlainBytes::PlainBytes( ByteSource& source ) : source_( source ) {}
 
 PlainBytes::~PlainBytes() = default;
 
-// Reads as much as tells the format.
+// Reads as much as decides the format.
 void PlainBytes::begin() {
    buffer_ = std::make_unique<std::array<char, inputSize>>();
    const Format* format = nullptr;

@@ -28,7 +28,7 @@ public:
 // an Error, as is a format whose library wasn't there when vorn was built.
 class PlainBytes : public ByteSource {
 public:
-   // The source has to outlive this.
+   // The source must outlive this object.
    explicit PlainBytes( ByteSource& source );
    ~PlainBytes() override;
 

@@ -58,7 +58,7 @@ bool isSame( const struct stat& one, const struct stat& other ) {
    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-// An access control list, say, which a new file would lack or have of its own.
+// For example an access control list, which a new file would lack or replace.
 bool hasAttributes( const Descriptor& file ) {
    return ::flistxattr( file.number(), nullptr, 0 ) > 0;
 }
@@ -96,7 +96,7 @@ public:
    File( const File& ) = delete;
    File& operator=( const File& ) = delete;
 
-   // Does all that can fail for want of space or permission.
+   // Does everything that lack of space or permission can make fail.
    void prepare();
    void put();
    void finish();
@@ -272,7 +272,7 @@ void File::putInPlace() {
 }
 
 void File::finish() {
-   // What is left of a longer text goes last, as nothing could bring it back.
+   // The rest of a longer text is cut off last, as that can't be undone.
    if( state_ == State::inPlace &&
        ::ftruncate( file_.number(), static_cast<off_t>( text_.size() ) ) != 0 ) {
       fail( path_, errno );
@@ -329,7 +329,7 @@ bool writtenAsStream( const FileText& file ) {
    return true;
 }
 
-// Signals that end the program come after what it is about.
+// Delays signals that end the program until the step is done.
 class SignalsHeld {
 public:
    SignalsHeld() {

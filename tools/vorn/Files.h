@@ -12,8 +12,8 @@ struct FileText {
    std::string_view text;
 };
 
-// Writes the files anew, all or none: after an Error each holds what it held before, or is still
-// not there. A file that is there keeps its owner, its mode, its other names and the links that
+// Rewrites the files, all or none: after an Error each holds what it held before, or still doesn't
+// exist. A file that is there keeps its owner, its mode, its other names and the links that
 // lead to it. What is no regular file, such as a device or a pipe, is written to directly, before
 // the others.
 void writeFiles( std::span<const FileText> files );

@@ -14,7 +14,7 @@ namespace Vorn {
 
 namespace {
 
-// What an option is called on the left, and what is said of it beside, in lines of 80 columns.
+// An option's name on the left and its description on the right, in lines of 80 columns.
 class HelpFormatter : public CLI::Formatter {
 public:
    HelpFormatter() {

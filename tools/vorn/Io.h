@@ -51,7 +51,7 @@ public:
    // Whether reading doesn't have to wait for others.
    bool isReady() const;
 
-   // How many bytes there are to read, 0 if only reading tells; and how many have been read. They
+   // How many bytes there are to read, 0 if that is unknown; and how many have been read. They
    // are those of the file, compressed where it is.
    U64 size() const { return raw_.size; }
    U64 bytesRead() const { return raw_.bytesRead; }

@@ -47,7 +47,7 @@ public:
    Pipeline( const Pipeline& ) = delete;
    Pipeline& operator=( const Pipeline& ) = delete;
 
-   // Does it, by another thread if `isMany`: there will be more of them without a wait.
+   // Does the job, in another thread if `isMany`: more jobs will follow without a wait.
    void give( Job job, bool isMany ) {
       if( isMany ) {
          start();

@@ -86,7 +86,7 @@ void Progress::show( U64 done, U64 total, U64 entries ) {
 }
 
 void Progress::draw( const std::string& line ) {
-   // Over the whole of the line before, without any terminal's own codes.
+   // Overwrites the whole previous line, without codes of a particular terminal.
    const std::string rest( drawn_ - std::min( drawn_, line.size() ), ' ' );
    writeAll( STDERR_FILENO, '\r' + line + rest + ( line.empty() ? "\r" : "" ) );
    drawn_ = line.size();

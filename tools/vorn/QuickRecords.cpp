@@ -191,7 +191,7 @@ QuickRecords::QuickRecords() : state_( std::make_unique<State>() ) {}
 QuickRecords::~QuickRecords() = default;
 
 std::optional<Composed> QuickRecords::compose( std::string_view line ) {
-   // The careful parser refuses what this one would take.
+   // The careful parser refuses what this one would accept.
    if( std::memchr( line.data(), '\0', line.size() ) || line.find( "-0" ) != line.npos ) {
       return std::nullopt;
    }

@@ -9,8 +9,8 @@
 
 namespace Vorn {
 
-// The paragraphs of `text`, which newlines separate, in lines of at most so many columns. One
-// that begins with a space is left as it is.
+// The paragraphs of `text`, which newlines separate, in lines of at most `columns` columns. A
+// paragraph that begins with a space is left as it is.
 std::string wrapped( std::string_view text, std::size_t columns = 80 );
 
 enum class Align { left, right };

@@ -154,7 +154,7 @@ private:
    // The option that a word such as "--chip" or "--chip=10" names, if any.
    const CLI::Option* optionIn( const std::string& word ) const;
 
-   // The argument without a name of its own that is next, if any.
+   // The next argument without an option's name, if any.
    const CLI::Option* nextArgument() const;
 
    Candidates verbs() const;

@@ -17,7 +17,7 @@ namespace Vorn {
 
 namespace {
 
-// Does a step that --changed-from is the reason of.
+// Does a step; its Errors begin with --changed-from.
 template<class Step>
 void within( Step step ) {
    try {

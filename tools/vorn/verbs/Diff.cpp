@@ -189,7 +189,7 @@ private:
 
 using Json = nlohmann::ordered_json;
 
-// As a reader in any language takes it: wider numbers lose bits in many.
+// As readers in any language can take it: many lose bits of wider numbers.
 Json valueJson( const Value& value ) {
    return value.bits() <= 53 ? Json( value.word( 0 ) ) : Json( hexOf( value ) );
 }

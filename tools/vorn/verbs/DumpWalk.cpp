@@ -41,7 +41,7 @@ DumpOptions optionsOf( const DumpArguments& arguments ) {
    return options;
 }
 
-// Does a step that an option is the reason of.
+// Does a step; its Errors begin with the option.
 template<class Step>
 auto within( const std::string& option, const std::string& text, Step step ) {
    try {
@@ -284,7 +284,7 @@ std::string whereParagraphs() {
           "  learnEnable                 not zero\n"
           "  ! a, a && b, a || b, ( a )  in this order of strength; also not, and, or\n"
           "Values may be written as `vorn encode` takes them, addresses too. Entries of a variant "
-          "that lacks a field of the condition don't fulfil it; how many there are is told on "
+          "that lacks a field of the condition don't fulfil it; how many there are is reported on "
           "standard error.";
 }
 

@@ -93,7 +93,7 @@ private:
    U64 bad_ = 0;
 };
 
-// Makes of the TABLE and the IMAGEs that the command line has what they are: any of them may be
+// Decides what the TABLE and the IMAGEs of the command line are: any of them may be
 // missing. Wrong usage throws as CLI11 does.
 struct DumpLine {
    PairText pair{ "", "", "" };

@@ -104,7 +104,7 @@ std::string imageDigits( const ExploreArguments& arguments, std::optional<Layout
    return digits;
 }
 
-// What the page is to show, as it stands in its links; empty for nothing of its own.
+// What the page is to show, in the form of its links; empty for its default.
 std::string fragmentOf( const ExploreArguments& arguments ) {
    if( arguments.pair.table.empty() ) {
       return {};

@@ -84,7 +84,7 @@ std::string linesOf( const Identifier::Verdicts& verdicts, const std::string& pl
    return ( place.empty() ? "" : place + ":\n" ) + tableOf( columns, rows );
 }
 
-// What is said of an image, which has a place if it is one of several.
+// The output for an image, which has a place if it is one of several.
 std::string said( const Identifier& identifier, const Image& image, const std::string& place,
                   const IdentifyArguments& arguments ) {
    requireChip( identifier.chip(), image );

@@ -103,7 +103,7 @@ public:
       }
    }
 
-   // Hands over what is printed so far.
+   // Passes on what has been printed so far.
    void finish() {
       if( rows_.empty() ) {
          return;

@@ -82,7 +82,7 @@ std::string distinctText( const FieldStatistics& field ) {
    return ( field.isDistinctExact ? "" : "more than " ) + std::to_string( field.distinct );
 }
 
-// What is said of a field, in paragraphs.
+// The output for a field, in paragraphs.
 std::string accountOf( const FieldStatistics& field ) {
    if( field.set == 0 ) {
       return "never set";
@@ -230,7 +230,7 @@ Verb addStats( CLI::App& commandLine ) {
              "are shortened, but not in --json. Beyond " +
                 std::to_string( Statistics::mostDistinct ) +
                 " distinct values of a field no further ones are counted, and it is said so.\n\n"
-                "`vorn decode --help` tells how a file may be written.\n\n" +
+                "`vorn decode --help` says how a file may be written.\n\n" +
                 whereParagraphs() + "\n\n" + chipTypesParagraph(),
              "  vorn stats LifTable --chip BCM88690_B0 lif.bin\n"
              "  vorn stats --fields vsi --where 'learnEnable == 1' entries.jsonl" );
