@@ -2,8 +2,8 @@
 // has one bool for each bit of the entry.
 //
 // An operation either does what the model does or fails with the one assertion that the model
-// expects; then nothing else in the buffer has changed. With traces switched on, which happens on
-// the way, all must be the same. Beyond its buffer nothing is touched, says the address sanitizer.
+// expects; then nothing else in the buffer has changed. Some inputs switch traces on, which must
+// change nothing. The address sanitizer checks that nothing beyond the buffer is touched.
 #include "Facts.h"
 #include "Finding.h"
 
@@ -617,8 +617,8 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
 
 extern "C" std::size_t LLVMFuzzerMutate( U8* data, std::size_t size, std::size_t maxSize );
 
-// Changes of known inputs tend to repeat few bytes, and the library's branches say little of what
-// is left to try, as most is in tables. So half of the inputs are drawn anew.
+// Changes of known inputs tend to repeat few bytes, and the library's branches say little about
+// what is left to try, as most is in tables. So half of the inputs are drawn at random.
 extern "C" std::size_t LLVMFuzzerCustomMutator( U8* data, std::size_t size, std::size_t maxSize,
                                                 unsigned seed ) {
    std::mt19937 random( seed );

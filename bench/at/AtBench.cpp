@@ -77,7 +77,7 @@ struct Work {
    U64 sum = 0;
 };
 
-// A function of its own for each way: compilers give up in functions that are too large.
+// A separate function for each way: compilers stop optimising functions that are too large.
 template<class Action>
 [[gnu::noinline]] void call( const Action& action ) {
    action();

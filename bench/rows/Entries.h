@@ -23,8 +23,8 @@ template<class Things, class Act>
    ( std::make_index_sequence<entryCount>() );
 }
 
-// Everything that is compared lies at the same place in its page: the processor first decides by
-// that whether a load has to wait for a store.
+// Everything that is compared has the same offset in its page: by that the processor first decides
+// whether a load has to wait for a store.
 inline constexpr std::size_t page = 4096;
 
 // Views of one pair, each with an entry of its own.

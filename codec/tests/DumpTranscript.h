@@ -1,5 +1,5 @@
-// All that a reader says of a dump, one line an entry or an Error, to hold its two ways against
-// each other.
+// Everything that a reader says of a dump, a line for each entry or Error, to compare its two ways
+// of reading.
 #pragma once
 
 #include <Vorn/Dump.h>

@@ -1,4 +1,4 @@
-// Bytes that lie between pages which nobody may touch.
+// Bytes between inaccessible pages.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -11,7 +11,7 @@
 
 namespace Testing {
 
-// So many bytes, the last of them the last of a page: what goes beyond the end is a fault.
+// `size` bytes that end with their page: an access beyond the end is a fault.
 class Guarded {
 public:
    explicit Guarded( std::size_t size )

@@ -145,7 +145,7 @@ TEST( At, takesIntegersThatLoseNothing ) {
    EXPECT_EQ( lif.vsi(), 16u );
 }
 
-// How often a lambda is instantiated shows in a type of its own for each At.
+// Each At has a separate type, which shows how often a lambda is instantiated.
 template<class Each>
 int instances = 0;
 

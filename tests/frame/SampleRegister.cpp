@@ -1,4 +1,4 @@
-// SampleRegister: two variants, two instances, and stated facts that the address doesn't go by.
+// SampleRegister: two variants, two instances, and dimensions that don't enter into the address.
 #include "frame/SampleRegister.h"
 
 #include "frame/ClassSource.h"

@@ -1,4 +1,4 @@
-// Lines of one operation ask for their level on their own; what is traced happens without memory.
+// Each line of an operation asks for its own level; tracing works without memory.
 #include "SampleTable.h"
 
 #include <Oru/Trace.h>
@@ -77,7 +77,7 @@ TEST( Trace, NamesSourceAndFunctionOnStandardError ) {
                                        "chipType: 10 variant: 0\n" ) );
 }
 
-// The sink is one that would have to be copied into memory of its own.
+// Copying this sink would allocate memory.
 TEST( Trace, HappensAlsoWithoutMemory ) {
    U8 entry[SampleTable::storageSize] = {};
    SampleTable( Hardware::BCM88690_B0, entry, sizeof entry, false, 0 ); // builds the handle

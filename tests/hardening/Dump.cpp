@@ -1,4 +1,4 @@
-// Prints all that the registry reaches of every pair: what each build of the library must agree in.
+// Prints everything about every pair that the registry reaches: all builds must print the same.
 #include <Hardware/Registry.h>
 
 #include <cstdio>

@@ -23,7 +23,7 @@ has() { printf '%s\n' "$1" | grep -Eq "$2"; }
 readOnlyRelocations() { has "$segments" GNU_RELRO && has "$dynamic" 'FLAGS.*NOW'; }
 noExecutableStack() { has "$segments" 'GNU_STACK .* RW '; }
 stackProtector() { has "$imports" '^__stack_chk_fail$'; }
-# Fine too if it calls nothing of which there is a checked form.
+# Also right if it calls no function that has a checked form.
 checkedCalls() {
    has "$imports" '^__(v?s?n?printf|v?fprintf|read|mem[a-z]+|str[a-z]+)_chk$' ||
       ! has "$imports" '^(v?(f|s|sn)?printf|read|str(n?cpy|n?cat))$'

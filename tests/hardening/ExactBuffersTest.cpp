@@ -1,5 +1,5 @@
 // Every accessor on buffers that end with the field or soon after it: nothing after a buffer's end
-// is touched, and one byte too few is refused. Under the address sanitizer a slip shows.
+// is touched, and one byte too few is refused. The address sanitizer reports a slip.
 #include "support/Assertions.h"
 #include "support/Classes.h"
 #include "support/EveryClass.h"
@@ -22,7 +22,7 @@ using Testing::expressionOf;
 using Testing::FieldAccessors;
 using Testing::Image;
 
-// A buffer on the heap of exactly so many bytes.
+// A buffer on the heap of exactly this many bytes.
 class Buffer {
 public:
    explicit Buffer( const Image& image, std::size_t size ) : bytes_( new U8[size] ), size_( size ) {

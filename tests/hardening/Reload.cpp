@@ -49,6 +49,6 @@ int main( int, char** arguments ) {
                    then.value_or( 0 ) );
       return 1;
    }
-   // Unloaded it was, or the cycles would show nothing.
+   // It was unloaded; otherwise the cycles would prove nothing.
    return dlopen( arguments[1], RTLD_NOW | RTLD_NOLOAD ) == nullptr ? 0 : 1;
 }

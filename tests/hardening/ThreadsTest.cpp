@@ -1,5 +1,5 @@
 // Views in many threads at once: the first use of what is built on first use, views of their own,
-// and traces switched meanwhile. Under the thread sanitizer a slip shows.
+// and traces switched meanwhile. The thread sanitizer reports a race.
 #include "support/Bits.h"
 
 #include <Hardware/OutAcBank.h>
@@ -22,7 +22,7 @@ namespace {
 
 constexpr unsigned threadCount = 16;
 
-// Calls `action` with 0 to threadCount - 1, each in a thread, all let off at once.
+// Calls `action` with 0 to threadCount - 1, each in a thread; all start at once.
 void together( const std::function<void( unsigned )>& action ) {
    std::barrier start( threadCount );
    std::vector<std::thread> threads;
@@ -135,7 +135,7 @@ TEST( FirstUse, OfBothAndThenOfViews ) {
 TEST( FirstUse, OfTheTraceHandleByAnAccessor ) {
    expectInNewProcesses( [] {
       together( []( unsigned number ) {
-         // A static operation that traces, in no need of a view.
+         // A static operation that traces and needs no view.
          EXPECT_NE( Hardware::OutAcBank::fieldCount( Hardware::BCM88690_B0, 0 ), 0 );
          U8 entry[Hardware::OutAcBank::storageSize] = {};
          Hardware::OutAcBank view( Hardware::BCM88690_B0, entry, sizeof entry, false, 0 );

@@ -11,7 +11,7 @@ for folder; do
 "
 done
 
-# What a consumer may well call its own.
+# Names that a consumer may well use.
 macros='API CLASS DECLARATION ENTRY FIELD FIELDS FIELD_ID INLINE NAME READ_ONLY ROW TABLE TAG VIEW WIDE'
 {
    for macro in $macros; do printf '#define %s "its own %s"\n' "$macro" "$macro"; done

@@ -302,7 +302,7 @@ std::optional<long> firstCalls( int threads ) {
 }
 
 TEST( Concurrency, FirstCallsOfEightThreadsBuildEachMapOnce ) {
-   // A new process comes back to here by itself: nothing may depend on what one before it found.
+   // A new process comes back to this line: nothing may depend on what an earlier one found.
    std::vector<std::optional<long>> built;
    for( const int threads : { 1, 8, 8, 8, 8, 8 } ) {
       built.push_back( firstCalls( threads ) );

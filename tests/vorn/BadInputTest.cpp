@@ -281,9 +281,9 @@ void expectAll( const std::vector<Refused>& rows, const std::string& before, int
 
 } // namespace
 
-TEST( BadInput, isToldInOneLine ) { expectAll( badInput, "", 1 ); }
+TEST( BadInput, isReportedInOneLine ) { expectAll( badInput, "", 1 ); }
 
-TEST( BadInput, wrongUsageIsToldInOneLine ) { expectAll( wrongUsage, "vorn: ", 2 ); }
+TEST( BadInput, wrongUsageIsReportedInOneLine ) { expectAll( wrongUsage, "vorn: ", 2 ); }
 
 TEST( BadInput, aLineWithoutEnd ) {
    Testing::expectRefused( { "identify", "--chip", "10", "-" },

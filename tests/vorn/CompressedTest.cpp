@@ -73,7 +73,7 @@ TEST_P( CompressedTest, isTakenAsWhatItHolds ) {
    EXPECT_EQ( outcome.status, 0 );
    // One after another, as `cat` puts them together.
    EXPECT_EQ( decode( GetParam().bytes + GetParam().bytes ).out, values + rows );
-   // The same for a file, and for a verb that reads lines of its own.
+   // The same for a file, and for a verb that reads other lines.
    const Testing::TemporaryFolder folder;
    std::ofstream( folder / "images", std::ios::binary ) << GetParam().bytes;
    EXPECT_EQ( vorn( { "diff", "TcamActionTable", folder / "images", folder / "images", "--chip",

@@ -170,7 +170,7 @@ TEST( EveryTable, whatIsEncodedDecodesToTheSame ) {
       for( int round = 0; round < 4; ++round ) {
          Vorn::Composer entry( layout, Vorn::Overlap::laterHolds );
          auto image = freshEntry( layout );
-         // In an order of their own each time, so that of two that overlap each is once the later.
+         // In a different order each time, so that of two that overlap each is once the later.
          std::vector<Vorn::Field> fields( layout.fields().begin(), layout.fields().end() );
          std::shuffle( fields.begin(), fields.end(), random );
          for( const auto& field : fields ) {

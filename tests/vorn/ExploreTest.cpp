@@ -13,7 +13,7 @@
 
 namespace {
 
-// A page, and a desktop that hands over what it is asked to open.
+// A page, and a desktop that records what it is asked to open.
 class Explore : public testing::Test {
 protected:
    Explore() {

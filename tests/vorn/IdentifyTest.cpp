@@ -90,7 +90,7 @@ TEST( Identify, aFreshEntryIsWhatTheDiscriminatorsTakeItFor ) {
    }
 }
 
-TEST( Identify, variantsWithOneTagCannotBeToldApart ) {
+TEST( Identify, variantsWithOneTagCannotBeDistinguished ) {
    EXPECT_EQ( identified( "BCM88690_B0", image( "LifTable", "10", "2" ) ),
               "group  table                   variants  reason\n"
               "    1  LifTable                0,2       tag: resultType 0x3a\n"

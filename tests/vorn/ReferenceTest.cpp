@@ -44,7 +44,7 @@ void expectLine( const std::string& table, const std::string& line ) {
 
 } // namespace
 
-// scripts/make/reference.sh makes them anew.
+// scripts/make/reference.sh rewrites them.
 TEST( Reference, thePagesOfTheRepositoryAreCurrent ) {
    const Testing::TemporaryFolder folder;
    const std::string made = folder / "new/reference";

@@ -16,7 +16,7 @@ struct Outcome {
 };
 
 // Runs vorn with these arguments and this standard input. Its standard output may be a file
-// instead, whose contents are then not handed back.
+// instead, whose contents are then not returned.
 Outcome vorn( const std::vector<std::string>& arguments, std::string_view input = {},
               const char* outputFile = nullptr );
 

@@ -1,4 +1,4 @@
-// vorn trace: the trace on standard error, and the verb's own output beside it.
+// vorn trace: the trace on standard error, and the verb's own output on standard output.
 #include "RunVorn.h"
 
 #include "Verbs.h"

@@ -1,4 +1,4 @@
-// A site's own bit-buffer primitives: declared, and nothing said of how they work.
+// A site's own bit-buffer primitives: only declared, so each access is a call.
 #pragma once
 
 #include <Kelvar/Types.h>
