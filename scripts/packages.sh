@@ -1,4 +1,4 @@
-# Sourced: needPackages PACKAGE... ensures that the Debian packages are installed. As root it
+# To be sourced. needPackages PACKAGE... ensures that the Debian packages are installed: as root it
 # installs the missing ones; otherwise it names them and ends the script.
 needPackages() {
    missing=''

@@ -159,7 +159,7 @@ def indented(title, lines):
 
 
 def view_text(address, name=None):
-    """What the view at an address shows; its class is `name` where memory doesn't tell."""
+    """What the view at an address shows; its class is `name` if memory doesn't say."""
     try:
         name = class_of(address) or name
         if name is None:

@@ -47,7 +47,7 @@ std::string_view textOf( Argument argument, std::string_view name ) {
    return { text, static_cast<std::size_t>( sqlite3_value_bytes( argument ) ) };
 }
 
-// What is between SQL and an entry's bytes: the argument's own, or what it writes as text.
+// The bytes of an entry in an argument: its blob, or what it writes as text.
 class ImageBytes {
 public:
    ImageBytes( const Layout& layout, Argument argument ) {

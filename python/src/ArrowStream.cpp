@@ -14,7 +14,7 @@
 #include <string>
 #include <utility>
 
-// The structures of the interface, which everybody states anew.
+// The structures of the interface, which every implementation declares itself.
 extern "C" {
 
 struct ArrowSchema {
@@ -53,7 +53,7 @@ struct ArrowArrayStream {
 
 namespace Vorn::Python {
 
-// The dump is let go with the GIL held, which whoever releases a stream may not hold.
+// The dump is released with the GIL held; a consumer may release a stream without it.
 struct ArrowTable::State {
    Layout layout;
    std::vector<const Field*> fields;

@@ -13,7 +13,7 @@
 
 namespace Vorn::Python {
 
-// A dump whose columns Arrow's C stream interface hands over, some rows at a time. It can be read
+// A dump whose columns Arrow's C stream interface passes on, some rows at a time. It can be read
 // any number of times, by any thread.
 class ArrowTable {
 public:

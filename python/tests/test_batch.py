@@ -229,7 +229,7 @@ def test_other_threads_run_while_a_batch_is_decoded():
             runs.append(None)
             ran.set()
 
-    # Switches only where the GIL is let go: the thread can't run unless the batch does so.
+    # Switches only where the GIL is released: the thread can't run unless the batch does that.
     interval = sys.getswitchinterval()
     thread = threading.Thread(target=count)
     thread.start()

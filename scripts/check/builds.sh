@@ -66,7 +66,7 @@ reproducible() {
 }
 
 # Puts a script in the place of each program of a folder, which runs it under qemu-user: so programs
-# of another machine start one another, as they would there. The samples are only looked at.
+# of another machine start one another, as they would there. The samples are never run.
 wrap() {
    local folder=$1 machine=$2 emulator=$3 program
    find "$folder" -name CMakeFiles -prune -o -type f -perm /100 ! -name '*.so*' ! -name '*Sample*' \

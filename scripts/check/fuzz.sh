@@ -21,8 +21,8 @@ for fuzzer in $fuzzers; do
    echo "== $fuzzer"
    corpus=$build/corpus/$fuzzer
    mkdir -p "$corpus"
-   # Inputs of full length from the beginning, since a sequence of operations is as long as its
-   # input and coverage hardly guides it.
+   # Inputs have full length from the start: a sequence of operations is as long as its input, and
+   # coverage gives it little guidance.
    set -- -len_control=0 -entropic=0 "$corpus"
    if [ -d "fuzz/seeds/$fuzzer" ]; then
       set -- -dict=fuzz/vorn.dict "$corpus" "fuzz/seeds/$fuzzer"

@@ -22,8 +22,8 @@ check() {
 check platform/kelvarTest '*-*Death*'
 check platform/hwVornFennTypesTest '*'
 check platform/oruTest '*'
-# These have an operator new of their own, which valgrind replaces in part. Children of a fork lose
-# the memory of other threads.
+# These define operator new, which valgrind replaces in part. Children of a fork lose the memory of
+# other threads.
 check platform/undisturbedTest '*-*AChild*:*Allocated*:*WithoutMemory*' --show-mismatched-frees=no
 check tests/frameTest '*-*WithoutMemory*' --show-mismatched-frees=no
 check tests/registryTest '*-Death.*:*FirstCalls*:*Allocat*:SharedOwnership.*' --show-mismatched-frees=no

@@ -1,9 +1,9 @@
 #!/bin/sh
 # Builds the Debian packages and checks them: each installed file is in one of them, lintian has
 # nothing to say, on a clean Debian 12 vorn runs, Python imports the package and a consumer builds,
-# with the stand-ins of the platform and with a site's own packages in their place, nothing stays
-# behind when they go, and a second build yields the same bytes. For root; the clean system is
-# fetched once and kept in build/clean-root-*.tar.
+# with the stand-ins of the platform and with a site's own packages in their place, removing them
+# leaves nothing, and a second build yields the same bytes. Needs root; the clean system is fetched
+# once and kept in build/clean-root-*.tar.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh

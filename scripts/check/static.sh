@@ -1,7 +1,7 @@
 #!/bin/sh
 # Runs clang-tidy (.clang-tidy) and cppcheck (.cppcheck) over the library, the platform and vorn.
-# With --all, clang-tidy looks at each class, not just at one of each kind, as they differ in their
-# descriptions alone; and follows the paths through vorn too, which takes most of the time.
+# With --all, clang-tidy checks every class, not just one of each kind (they differ only in their
+# descriptions), and follows the paths through vorn too, which takes most of the time.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh

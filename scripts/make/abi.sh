@@ -1,5 +1,5 @@
 #!/bin/sh
-# Updates the baselines in abi/ to the present libraries. Only for intended changes.
+# Makes the libraries as they are now the baselines in abi/. Only for intended changes.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh

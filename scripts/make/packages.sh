@@ -1,5 +1,6 @@
 #!/bin/sh
-# Builds the Debian packages of cmake/Packages.cmake into build/packages. Two runs over one commit give the same bytes.
+# Builds the Debian packages of cmake/Packages.cmake into build/packages. Two runs over one commit
+# yield the same bytes.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh

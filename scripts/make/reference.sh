@@ -1,5 +1,5 @@
 #!/bin/sh
-# Builds vorn, and writes the pages of docs/reference/ and the picture of the README anew.
+# Builds vorn, and rewrites the pages of docs/reference/ and the picture of the README.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh

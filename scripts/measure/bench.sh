@@ -1,7 +1,7 @@
 #!/bin/sh
 # Measures the library and its baselines side by side in one run, prints the tables, and writes
-# them into docs/performance.md, with the chart docs/performance-growth.svg. Options are handed to
-# Google Benchmark; with those that pick some of the rows, their times are printed alone.
+# them into docs/performance.md, with the chart docs/performance-growth.svg. Options are passed to
+# Google Benchmark; with options that select rows, only their times are printed.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh
