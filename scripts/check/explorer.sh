@@ -12,7 +12,7 @@ mode=${1:-}
 # count.
 inputs() {
    git ls-files -co --exclude-standard -- web codec include src platform \
-      scripts/make/explorer.sh scripts/check/explorer.sh \
+      scripts/make/explorer.sh scripts/check/explorer.sh tests/support/Classes.def \
       ':!web/checked' ':!codec/tests' ':!platform/*/tests' ':!*.md' |
       LC_ALL=C sort |
       while read -r file; do
