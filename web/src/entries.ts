@@ -49,7 +49,7 @@ export class EntryList {
          facts.otherCount === 0
             ? ""
             : `${this.names.other}: ${counted(facts.otherCount, "entry", "entries")}, ` +
-                 `${facts.changed === 0 ? "no" : facts.changed.toLocaleString("en")} differ`,
+                 (facts.changed === 0 ? "none differ" : counted(facts.changed, "differs", "differ")),
       );
       this.begin();
    }

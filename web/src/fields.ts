@@ -15,7 +15,7 @@ interface Row {
    value: HTMLInputElement;
    notation: HTMLSelectElement;
    refusal: HTMLElement;
-   isTyped: boolean; // and so has a text of its own
+   isTyped: boolean; // shows what is being typed rather than the entry's value
    isZero: boolean;
 }
 

@@ -312,8 +312,8 @@ class Explorer {
       };
    }
 
-   // Puts what is typed into the link, in a moment: that takes a browser longer than all that shows
-   // it, and browsers refuse hundreds of links within seconds.
+   // Puts what is typed into the link, a moment later: that takes a browser longer than to show it,
+   // and browsers refuse more than some hundred links within seconds.
    private rememberSoon(): void {
       this.timer ??= setTimeout(() => this.remember(true), linkDelay);
    }

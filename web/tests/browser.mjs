@@ -95,3 +95,39 @@ export function valuesOn(page) {
 
 export const row = (page, name) => page.locator(`#fields tr[data-field="${name}"]`);
 export const valueOf = (page, name) => row(page, name).locator("input");
+
+// The digits that are drawn on the bits, from bit 0 on; each is where its bit is, or missing.
+export function drawnDigits(page) {
+   return page.evaluate(() => {
+      const drawn = [];
+      const range = document.createRange();
+      for (const word of document.querySelectorAll("#bits .word")) {
+         const bits = [...word.querySelectorAll("[data-bit]")].map((element) => ({
+            number: Number(element.dataset.bit),
+            box: element.getBoundingClientRect(),
+         }));
+         for (const { firstChild: text } of word.querySelectorAll(".word-digits span")) {
+            for (let i = 0; i < text.length; ++i) {
+               range.setStart(text, i);
+               range.setEnd(text, i + 1);
+               const { left, right, top, bottom } = range.getBoundingClientRect();
+               const x = (3 * left + right) / 4; // the space after a digit is in its box too
+               const y = (top + bottom) / 2;
+               const bit = bits.find(
+                  ({ box }) => box.left < x && x < box.right && box.top < y && y < box.bottom,
+               );
+               if (bit && text.data[i] !== " ") {
+                  drawn[bit.number] = text.data[i];
+               }
+            }
+         }
+      }
+      return Array.from(drawn, (digit) => digit ?? " ").join("");
+   });
+}
+
+// The bits of an image, from bit 0 on.
+export const bitsOf = (image) =>
+   [...Buffer.from(image, "hex")]
+      .map((byte) => [...byte.toString(2).padStart(8, "0")].reverse().join(""))
+      .join("");

@@ -4,7 +4,9 @@ import { createServer } from "node:http";
 import { readFile } from "node:fs/promises";
 import { after, before, test } from "node:test";
 import {
+   bitsOf,
    classes,
+   drawnDigits,
    openBrowser,
    openPage,
    pagePath,
@@ -190,6 +192,21 @@ test("bits and words can be turned", () =>
       await page.selectOption("#word-order", "true");
       assert.deepEqual((await order()).slice(0, 2), [608, 609]);
    }));
+
+test("each bit has its digit drawn on it, however the bits are turned", async () => {
+   for (const width of [360, 1400]) {
+      await on({ fragment: lif, viewport: { width, height: 900 } }, async (page) => {
+         await page.fill("#image", lifImage());
+         const expected = bitsOf(lifImage());
+         assert.equal(await drawnDigits(page), expected);
+         await page.selectOption("#bit-order", "true");
+         await page.selectOption("#word-order", "true");
+         assert.equal(await drawnDigits(page), expected);
+         await page.fill("#image", "a00g");
+         assert.equal((await drawnDigits(page)).trim(), "");
+      });
+   }
+});
 
 test("the selects offer the pairs that exist alone", () =>
    on({ fragment: "#table=EgressPerPortTable&chip=13" }, async (page) => {
@@ -399,7 +416,7 @@ test("a dump has a list to pick from, and a second one is compared with it", () 
       assert.equal(await page.inputValue("#entry"), "2999");
       await drop(page, "after.jsonl", dump(3000, 7));
       await page.waitForSelector("#compared:not([hidden])");
-      assert.equal(await page.textContent("#other-facts"), "after.jsonl: 3,000 entries, 1 differ");
+      assert.equal(await page.textContent("#other-facts"), "after.jsonl: 3,000 entries, 1 differs");
       const changed = page.locator("#entries [data-entry]");
       assert.equal(await changed.count(), 1);
       assert.match(await changed.textContent(), /changed.*vsi 0x4 → 0x7/);
