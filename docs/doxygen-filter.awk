@@ -23,6 +23,20 @@ function printComment( line, atTop, isHeader ) {
    comment = ""
 }
 
+# The enumerators of the list beside the header, with the comments on their lines.
+function printChipTypes( header,   list, line, cell ) {
+   list = header
+   sub( /[^\/]*$/, "ChipTypes.def", list )
+   while( ( getline line < list ) > 0 ) {
+      if( line ~ /^HARDWARE_CHIP_TYPE/ ) {
+         split( line, cell, / *[(,)] */ )
+         sub( /.*\)/, "", line )
+         sub( /\/\//, "///<", line )
+         print cell[2] " = " cell[3] "," line
+      }
+   }
+}
+
 function printFile( file, isHeader,   line, atTop ) {
    atTop = 1
    while( ( getline line < file ) > 0 ) {
@@ -49,6 +63,10 @@ function printFile( file, isHeader,   line, atTop ) {
          }
       } else if( line ~ /^#include <Hardware\/(fields\/Catalogue|detail\/Classes)[.]def>/ ) {
          continue # listed in docs/reference/
+      } else if( line ~ /^#define HARDWARE_CHIP_TYPE/ ) {
+         continue
+      } else if( line ~ /^#include <Hardware\/ChipTypes[.]def>/ ) {
+         printChipTypes( file )
       } else if( line ~ /^#define HARDWARE_WRITTEN_OUT/ ) {
          print "/// @class Hardware::" view "\n/// @details"
          print "/// All fields with their accessors and places: @ref " view "-accessors."
