@@ -13,9 +13,11 @@
 namespace {
 
 // The numbers that no field has, up to the last one in use.
+// clang-format off
 constexpr unsigned unused[] = { 0,   1,   2,   46,  48,  49,  54,  55,  56,  57,  58,  59,  76,
                                 142, 143, 152, 153, 154, 157, 164, 167, 178, 226, 238, 239, 240,
                                 245, 276, 280, 281, 282, 283, 289, 290, 292, 318, 337 };
+// clang-format on
 
 const Hardware::CatalogueRow* findRow( U32 identifier ) {
    const auto& catalogue = Hardware::fieldCatalogue();
