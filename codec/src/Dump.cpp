@@ -152,31 +152,6 @@ std::vector<Piece> cellsOf( std::string_view line ) {
    }
 }
 
-// The value of each hexadecimal digit; a bit above all values for other characters.
-constexpr U8 noDigit = 0x80;
-constexpr auto digitValues = [] {
-   std::array<U8, 256> values{};
-   values.fill( noDigit );
-   for( const std::string_view digits : { "0123456789abcdef", "0123456789ABCDEF" } ) {
-      for( std::size_t i = 0; i < digits.size(); ++i ) {
-         values[static_cast<U8>( digits[i] )] = static_cast<U8>( i );
-      }
-   }
-   return values;
-}();
-
-// Whether the text is two digits for each of these bytes, which they are then.
-bool readPlainDigits( const char* text, std::span<U8> bytes ) {
-   unsigned seen = 0;
-   for( U8& byte : bytes ) {
-      const unsigned high = digitValues[static_cast<U8>( *text++ )];
-      const unsigned low = digitValues[static_cast<U8>( *text++ )];
-      seen |= high | low;
-      byte = static_cast<U8>( high << 4 | low );
-   }
-   return seen < noDigit;
-}
-
 } // namespace
 
 struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
@@ -207,6 +182,7 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    std::span<const U8> linesAhead();
    void gather();
    void cutToPlain( DumpRun& run, Runs runs );
+   bool takePlaces( DumpRun& run ) const;
    void skip( std::size_t count );
 
    Candidates& candidatesOf( const Image& image );
@@ -260,7 +236,10 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    std::size_t lineHead_ = 0;     // what has been passed over of them
    std::vector<Field> tagFields_; // which decide the layout of an image
    std::vector<const Layout*>
-      byTag_; // null where there is none or a doubt; empty: only next() can decide
+      byTag_;              // null where there is none or a doubt; empty: only next() can decide
+   bool isMixed_ = false;  // they aren't all the same
+   bool isOneTag_ = false; // the one layout's tag decides instead
+   std::vector<const Layout*> layouts_; // of the images that are read ahead
 
    std::map<std::array<std::string, 3>, Candidates> known_;
    std::map<U32, std::vector<Memory>> memories_; // by chip type
@@ -1160,6 +1139,11 @@ void DumpReader::State::rememberLayouts() {
          }
       }
    }
+   if( bits > mostBits && own_->layouts.size() == 1 ) {
+      // Its own tag is all there is to look at.
+      byTag_.push_back( nullptr );
+      isMixed_ = isOneTag_ = true;
+   }
    if( bits > mostBits ) {
       return;
    }
@@ -1179,11 +1163,24 @@ void DumpReader::State::rememberLayouts() {
       }
       entry_.doubt = {};
    }
+   isMixed_ = std::any_of( byTag_.begin(), byTag_.end(),
+                           [&]( const Layout* layout ) { return layout != byTag_.front(); } );
 }
 
 // The layout of a whole image; null where chooseVariant() has to be asked.
 const Layout* DumpReader::State::plainLayoutOf( const U8* image ) const {
-   const std::size_t size = own_->layouts.front().bytes();
+   const Layout& own = own_->layouts.front();
+   const std::size_t size = own.bytes();
+   if( isOneTag_ ) {
+      const auto tag = own.tag();
+      return std::all_of( tag.begin(), tag.end(),
+                          [&]( const TagField& one ) {
+                             return Detail::bitsAt( image, size, one.field.offset,
+                                                    one.field.width ) == one.value;
+                          } )
+                ? &own
+                : nullptr;
+   }
    U64 value = 0;
    unsigned shift = 0;
    for( const Field& field : tagFields_ ) {
@@ -1230,7 +1227,7 @@ std::span<const U8> DumpReader::State::bytesAhead() {
 
 // The images of the lines of digits that come next, of as many as have been read.
 std::span<const U8> DumpReader::State::linesAhead() {
-   constexpr std::size_t most = 256;
+   constexpr std::size_t mostBytes = 1 << 16;
    const std::size_t bytes = own_->layouts.front().bytes();
    if( lineHead_ < lineImages_.size() ) {
       return std::span( lineImages_ ).subspan( lineHead_ );
@@ -1252,14 +1249,13 @@ std::span<const U8> DumpReader::State::linesAhead() {
    }
    lineLength_ = 2 * bytes + ( rest[2 * bytes] == '\r' ? 2 : 1 );
    const std::string_view end = lineLength_ > 2 * bytes + 1 ? "\r\n" : "\n";
-   const std::size_t count = std::min( rest.size() / lineLength_, most );
+   const std::size_t count = std::min( rest.size() / lineLength_, mostBytes / bytes );
    lineImages_.resize( count * bytes );
    std::size_t taken = 0;
    for( ; taken < count; ++taken ) {
       const auto line = rest.substr( taken * lineLength_, lineLength_ );
       if( !line.ends_with( end ) ||
-          !readPlainDigits( line.data(),
-                            std::span( lineImages_ ).subspan( taken * bytes, bytes ) ) ) {
+          !readHex( line.data(), std::span( lineImages_ ).subspan( taken * bytes, bytes ) ) ) {
          break;
       }
    }
@@ -1277,8 +1273,9 @@ void DumpReader::State::cutToPlain( DumpRun& run, Runs runs ) {
    const std::size_t bytes = layouts.front().bytes();
    const U8* const images = run.images.data();
    const auto isEmpty = [&]( const U8* image ) { return isZero( { image, bytes } ); };
-   const bool isAny = runs == Runs::ofAny && layouts.size() > 1;
+   const bool isAny = runs == Runs::ofAny && isMixed_;
    const Layout* const first = plainLayoutOf( images );
+   layouts_.resize( isAny ? run.count : 0 );
    std::size_t count = 0;
    for( ; count < run.count; ++count ) {
       const U8* const image = images + count * run.stride;
@@ -1286,38 +1283,59 @@ void DumpReader::State::cutToPlain( DumpRun& run, Runs runs ) {
       if( ( layout != first && !isAny ) || ( !layout && !isEmpty( image ) ) ) {
          break;
       }
+      if( isAny ) {
+         layouts_[count] = layout;
+      }
    }
    run.count = count;
    run.areEmpty = !isAny && !first && count > 0;
    run.layout = isAny ? nullptr : run.areEmpty ? &layouts.front() : first;
-   if( count == 0 || !run.first ) {
-      return;
+   if( count > 0 && run.first && !takePlaces( run ) ) {
+      return cutToPlain( run, Runs::ofOneLayout );
    }
+   run.layouts = std::span( layouts_ ).first( isAny ? run.count : 0 );
+}
+
+// Leaves the entries whose places exist, and says their addresses; false where those depend on the
+// layout.
+bool DumpReader::State::takePlaces( DumpRun& run ) const {
+   const auto mayBeOf = [&]( const Layout& layout ) {
+      return !run.layout || &layout == run.layout;
+   };
    U64 entries = ~U64( 0 );
-   for( const Layout& layout : layouts ) {
-      if( isAny || &layout == run.layout ) {
-         entries = std::min<U64>( entries, layout.info().entries );
-      }
+   for( const Layout& layout : own_->layouts ) {
+      entries = mayBeOf( layout ) ? std::min<U64>( entries, layout.info().entries ) : entries;
    }
-   const U64 begin = run.first->entry;
-   run.count =
-      begin < entries ? static_cast<std::size_t>( std::min<U64>( count, entries - begin ) ) : 0;
+   EntryIndex index = *run.first;
+   run.count = index.entry < entries
+                  ? static_cast<std::size_t>( std::min<U64>( run.count, entries - index.entry ) )
+                  : 0;
+   std::optional<std::array<std::optional<U32>, 2>> addresses; // of this entry and the next
    try {
-      for( const Layout& layout : layouts ) {
-         if( isAny || &layout == run.layout ) {
-            const auto address = layout.address( *run.first );
-            if( address && !isAny && begin + 1 < entries ) {
-               const EntryIndex next{ begin + 1, run.first->array, run.first->identifier };
-               run.address = address->schanAddress;
-               run.addressStep = layout.address( next )->schanAddress - *run.address;
-            } else if( address && !isAny ) {
-               run.address = address->schanAddress;
-            }
+      for( const Layout& layout : own_->layouts ) {
+         if( !mayBeOf( layout ) ) {
+            continue;
          }
+         std::array<std::optional<U32>, 2> own;
+         index.entry = run.first->entry;
+         for( auto& one : own ) {
+            if( const auto address =
+                   index.entry < entries ? layout.address( index ) : std::nullopt ) {
+               one = address->schanAddress;
+            }
+            ++index.entry;
+         }
+         if( addresses && addresses != own ) {
+            return false;
+         }
+         addresses = own;
       }
+      run.address = ( *addresses )[0];
+      run.addressStep = ( *addresses )[1].value_or( 0 ) - run.address.value_or( 0 );
    } catch( const Error& ) {
       run.count = 0;
    }
+   return true;
 }
 
 DumpRun DumpReader::State::ahead( Runs runs ) {

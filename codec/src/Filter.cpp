@@ -746,12 +746,25 @@ PairFilter::PairFilter( std::string condition, std::span<const Layout> layouts )
 }
 
 bool PairFilter::matches( const Layout& layout, std::span<const U8> image ) {
-   Known& known = knownOf( layout );
-   if( known.filter ) {
-      return known.filter->matches( image );
+   if( const Filter* const filter = filterOf( layout ) ) {
+      return filter->matches( image );
    }
-   ++leftOut_[known.leftOut].entries;
+   leaveOut( layout, 1 );
    return false;
+}
+
+const Filter* PairFilter::filterOf( const Layout& layout ) {
+   const Known& known = knownOf( layout );
+   return known.filter ? &*known.filter : nullptr;
+}
+
+void PairFilter::leaveOut( const Layout& layout, U64 entries ) {
+   Known& known = knownOf( layout );
+   if( !known.leftOut ) {
+      known.leftOut = leftOut_.size();
+      leftOut_.push_back( { layout, known.reason, 0 } );
+   }
+   leftOut_[*known.leftOut].entries += entries;
 }
 
 PairFilter::Known& PairFilter::knownOf( const Layout& layout ) {
@@ -763,12 +776,11 @@ PairFilter::Known& PairFilter::knownOf( const Layout& layout ) {
          return known_[last_];
       }
    }
-   Known& known = known_.emplace_back( Known{ layout, {}, 0 } );
+   Known& known = known_.emplace_back( Known{ layout, {}, {}, {} } );
    try {
       known.filter.emplace( condition_, layout );
    } catch( const BadText& bad ) {
-      known.leftOut = leftOut_.size();
-      leftOut_.push_back( { layout, bad.message(), 0 } );
+      known.reason = bad.message();
    }
    return known;
 }

@@ -2,8 +2,6 @@
 #include <Vorn/Text.h>
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <iterator>
 
 namespace Vorn {
@@ -103,19 +101,6 @@ std::string rangesOf( std::span<const U32> numbers ) {
    return result;
 }
 
-namespace {
-
-// The two digits of each byte.
-constexpr auto hexPairs = [] {
-   std::array<std::array<char, 2>, 256> pairs{};
-   for( std::size_t byte = 0; byte < pairs.size(); ++byte ) {
-      pairs[byte] = { hexDigits[byte >> 4], hexDigits[byte & 15] };
-   }
-   return pairs;
-}();
-
-} // namespace
-
 void appendHex( std::string& text, std::span<const U8> bytes, std::string_view between ) {
    if( bytes.empty() ) {
       return;
@@ -125,10 +110,7 @@ void appendHex( std::string& text, std::span<const U8> bytes, std::string_view b
    text.resize( start + bytes.size() * 2 + ( bytes.size() - 1 ) * between.size() );
    char* out = text.data() + start;
    if( between.empty() ) {
-      for( const U8 byte : bytes ) {
-         std::memcpy( out, hexPairs[byte].data(), 2 );
-         out += 2;
-      }
+      writeHex( out, bytes );
       return;
    }
    for( std::size_t i = 0; i < bytes.size(); ++i ) {

@@ -319,14 +319,8 @@ std::string hexOf( const Value& value ) {
 }
 
 void appendHex( std::string& text, const Value& value ) {
-   constexpr char digits[] = "0123456789abcdef";
-   text += "0x";
-   unsigned digit = value.bits() == 0 ? 1 : ( value.bits() + 3 ) / 4;
-   const std::size_t begin = text.size();
-   text.resize( begin + digit );
-   for( char* to = text.data() + begin; digit-- > 0; ++to ) {
-      *to = digits[value.word( digit / 16 ) >> ( digit % 16 * 4 ) & 15];
-   }
+   char digits[2 + Value::maxBits / 4];
+   text.append( digits, writeHex( digits, value ) );
 }
 
 std::string largestOf( unsigned width ) {

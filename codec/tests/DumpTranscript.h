@@ -56,16 +56,19 @@ inline Transcript carefully( Vorn::DumpReader& reader ) {
 
 // By runs, where there are any, of which `choose( count )` entries are taken at a time.
 template<class Choose>
-Transcript quickly( Vorn::DumpReader& reader, Choose choose, std::size_t& taken ) {
+Transcript quickly( Vorn::DumpReader& reader, Vorn::DumpReader::Runs runs, Choose choose,
+                    std::size_t& taken ) {
    Transcript lines;
    for( bool goesOn = true; goesOn; ) {
       try {
-         const Vorn::DumpRun run = reader.ahead();
+         const Vorn::DumpRun run = reader.ahead( runs );
          const std::size_t count = run.count == 0 ? 0 : choose( run.count );
          for( std::size_t i = 0; i < count; ++i ) {
             Vorn::DumpEntry entry;
-            entry.layout = run.layout;
-            entry.image = run.images.subspan( i * run.stride, run.layout->bytes() );
+            entry.layout = run.layout       ? run.layout
+                           : run.layouts[i] ? run.layouts[i]
+                                            : &reader.layouts().front();
+            entry.image = run.images.subspan( i * run.stride, entry.layout->bytes() );
             if( run.first ) {
                entry.entry = run.first->entry + i;
                entry.array = run.first->array;
@@ -74,7 +77,7 @@ Transcript quickly( Vorn::DumpReader& reader, Choose choose, std::size_t& taken 
             if( run.address ) {
                entry.address = *run.address + static_cast<U32>( i ) * run.addressStep;
             }
-            entry.isEmpty = run.areEmpty;
+            entry.isEmpty = run.layout ? run.areEmpty : !run.layouts[i];
             lines.push_back( lineOf( entry ) );
          }
          reader.skip( count );

@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
+#include <string>
+#include <vector>
+
 namespace {
 
 std::string ranges( std::vector<U32> numbers ) { return Vorn::rangesOf( numbers ); }
@@ -67,4 +72,66 @@ TEST( Text, hexadecimalBytes ) {
    Vorn::appendHex( text, bytes );
    Vorn::appendHex( text, bytes, " " );
    EXPECT_EQ( text, ">000fa500 0f a5" );
+}
+
+TEST( Text, digitsOfBytesOfEveryLength ) {
+   const std::string digits = "00112233445566778899aAbBcCdDeEfF0123456789abcdef";
+   std::vector<U8> right;
+   for( const char* const byte :
+        { "00", "11", "22", "33", "44", "55", "66", "77", "88", "99", "aa", "bb",
+          "cc", "dd", "ee", "ff", "01", "23", "45", "67", "89", "ab", "cd", "ef" } ) {
+      right.push_back( static_cast<U8>( std::stoul( byte, nullptr, 16 ) ) );
+   }
+   for( std::size_t bytes = 0; bytes <= right.size(); ++bytes ) {
+      // Exactly so long, so that a sanitizer sees what is beyond.
+      const std::vector<char> text( digits.begin(),
+                                    digits.begin() + static_cast<std::ptrdiff_t>( 2 * bytes ) );
+      std::vector<U8> read( bytes );
+      EXPECT_TRUE( Vorn::readHex( text.data(), read ) );
+      EXPECT_TRUE( std::equal( read.begin(), read.end(), right.begin() ) ) << bytes;
+      std::vector<char> written( 2 * bytes );
+      EXPECT_EQ( Vorn::writeHex( written.data(), read ), written.data() + 2 * bytes );
+      std::string lower( text.begin(), text.end() );
+      std::transform( lower.begin(), lower.end(), lower.begin(),
+                      []( unsigned char c ) { return static_cast<char>( std::tolower( c ) ); } );
+      EXPECT_EQ( std::string( written.begin(), written.end() ), lower );
+   }
+}
+
+TEST( Text, whatIsNoDigitIsRefusedWhereverItStands ) {
+   const std::string digits( 48, '7' );
+   for( int c = 0; c < 256; ++c ) {
+      const bool isDigit = std::isxdigit( c ) != 0;
+      for( std::size_t at = 0; at < digits.size(); ++at ) {
+         auto text = digits;
+         text[at] = static_cast<char>( c );
+         for( const std::size_t bytes : { at / 2 + 1, digits.size() / 2 } ) {
+            std::vector<U8> read( bytes );
+            ASSERT_EQ( Vorn::readHex( text.data(), read ), isDigit ) << c << ' ' << at;
+         }
+      }
+   }
+}
+
+TEST( Text, decimalDigits ) {
+   std::vector<U64> numbers{ 0, ~U64( 0 ) };
+   for( U64 power = 1;; power *= 10 ) {
+      for( U64 first = 1; first < 10; ++first ) {
+         for( const U64 number :
+              { first * power, first * power - 1, first * power + 1, first * power + power / 7 } ) {
+            numbers.push_back( number );
+         }
+      }
+      if( power == 1'000'000'000'000'000'000 ) {
+         break;
+      }
+   }
+   for( U64 number = 0; number < 100'000; ++number ) {
+      numbers.push_back( number );
+   }
+   for( const U64 number : numbers ) {
+      char text[20];
+      ASSERT_EQ( std::string( text, Vorn::writeDecimal( text, number ) ),
+                 std::to_string( number ) );
+   }
 }

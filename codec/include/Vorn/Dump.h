@@ -103,9 +103,10 @@ struct DumpEntry {
 
 // Entries of a dump that lie one after another in memory.
 struct DumpRun {
-   const Layout* layout = nullptr; // of all of them; null where they may be of several
-   std::span<const U8> images;     // up to the last byte of the last one
-   std::size_t stride = 0;         // bytes from one entry to the next
+   const Layout* layout = nullptr;         // of all of them; null where they may be of several
+   std::span<const Layout* const> layouts; // of each then, null for an empty one; else none
+   std::span<const U8> images;             // up to the last byte of the last one
+   std::size_t stride = 0;                 // bytes from one entry to the next
    std::size_t count = 0;
    std::optional<EntryIndex> first; // where the first one lies, and the others after it
    std::optional<U32> address;      // the same, of the S-channel

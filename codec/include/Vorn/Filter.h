@@ -70,6 +70,12 @@ public:
    // An entry of a pair for which the condition can't hold doesn't match, and is counted.
    bool matches( const Layout& layout, std::span<const U8> image );
 
+   // The same in two steps, for many entries of a pair: its condition, null where that can't hold,
+   // and the count of entries for which it can't. The condition lives until another pair is asked
+   // for.
+   const Filter* filterOf( const Layout& layout );
+   void leaveOut( const Layout& layout, U64 entries );
+
    // In order of the first entry.
    std::span<const LeftOut> leftOut() const { return leftOut_; }
 
@@ -77,7 +83,8 @@ private:
    struct Known {
       Layout layout;
       std::optional<Filter> filter;
-      std::size_t leftOut = 0; // the number of it, where there is no filter
+      std::string reason;                 // why there is none
+      std::optional<std::size_t> leftOut; // the number of it, once there was an entry
    };
 
    Known& knownOf( const Layout& layout );

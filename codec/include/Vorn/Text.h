@@ -37,4 +37,14 @@ VORN_API void appendHex( std::string& text, std::span<const U8> bytes,
 // bytes are whole words.
 VORN_API void appendWords( std::string& text, std::span<const U8> bytes );
 
+// Writes two lower-case digits for each byte, for which there is room at `to`; returns their end.
+VORN_API char* writeHex( char* to, std::span<const U8> bytes );
+
+// Reads two hexadecimal digits, which are at `text`, for each of the bytes; false where there are
+// other characters, and the bytes have no meaning then.
+VORN_API bool readHex( const char* text, std::span<U8> bytes );
+
+// Writes the number in decimal digits, for at most 20 of which there is room; returns their end.
+VORN_API char* writeDecimal( char* to, U64 number );
+
 } // namespace Vorn

@@ -77,6 +77,9 @@ VORN_API std::string hexOf( const Value& value );
 // The same, appended.
 VORN_API void appendHex( std::string& text, const Value& value );
 
+// The same, written where there is room for at most 130 characters; returns their end.
+VORN_API char* writeHex( char* to, const Value& value );
+
 // The number that `text` writes in decimal digits, in hexadecimal digits after 0x or in binary
 // digits after 0b, perhaps with underscores between digits. A number beyond 512 bits is no Error
 // here: it only has more bits() than any field. Anything else is an Error, whose message calls the
