@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,9 @@ struct Compressed {
    std::string name;
    std::string bytes;
    bool isServed;
+
+   // As a parameter of a test it is shown by its name.
+   friend void PrintTo( const Compressed& one, std::ostream* to ) { *to << one.name; }
 };
 
 // The two lines "0100000000000000" and "0200000000000000".

@@ -40,6 +40,12 @@ bool isToRetry( int descriptor, short events ) noexcept {
    return true;
 }
 
+void requireWritten( int failure ) {
+   if( failure != 0 ) {
+      throw Error( std::string( "cannot write standard output: " ) + std::strerror( failure ) );
+   }
+}
+
 } // namespace
 
 int writeAll( int descriptor, std::string_view text ) noexcept {
@@ -59,6 +65,10 @@ void note( std::string_view message ) {
 }
 
 void Output::write( std::string_view lines ) {
+   if( pending_.empty() && lines.size() >= enough ) {
+      requireWritten( writeAll( STDOUT_FILENO, lines ) );
+      return;
+   }
    pending_ += lines;
    if( pending_.size() >= enough ) {
       flush();
@@ -68,9 +78,7 @@ void Output::write( std::string_view lines ) {
 void Output::flush() {
    const int failure = writeAll( STDOUT_FILENO, pending_ );
    pending_.clear();
-   if( failure != 0 ) {
-      throw Error( std::string( "cannot write standard output: " ) + std::strerror( failure ) );
-   }
+   requireWritten( failure );
 }
 
 FileBytes::FileBytes( const std::string& path, std::function<void()> beforeRead )

@@ -1,6 +1,8 @@
 // Decoded images as text: a table for people, one line, JSON or a row of CSV.
 #pragma once
 
+#include "forms/EntryLine.h"
+
 #include <Vorn/Dump.h>
 #include <Vorn/Layout.h>
 
@@ -15,18 +17,12 @@
 
 namespace Vorn {
 
-enum class DecodeForm { text, singleLine, json, csv };
-
 // An image to be printed.
 struct Decoded {
    const DumpEntry& entry;     // its image is as long as its fields need, at least
    std::span<const U8> before; // the image to compare with, of which only differences are printed;
                                // empty where there is none
 };
-
-// Appends the value as JSON: a number up to 53 bits, which every reader holds, and a string of 0x
-// and digits beyond.
-void appendJsonValue( std::string& text, const Value& value );
 
 class ImagePrinter {
 public:
@@ -47,24 +43,28 @@ public:
    // said them; an image with other fields is an Error then.
    std::string_view print( const Decoded& decoded );
 
-   // To be called at the end: the header that is still missing.
-   std::string_view finish();
+   // What composes the same lines, but for the header of CSV, until the next file is named; null
+   // where only print() does.
+   const EntryLine* lineFor( const Layout& layout );
+
+   // To be called before such lines, and at the end: the header that is still missing.
+   std::string_view header();
 
 private:
    // The fields of a pair that are printed, in their order.
    struct Chosen {
-      std::vector<const Field*> fields;   // null in a column of CSV that the pair lacks
-      std::vector<const Field*> byOffset; // for people
-      std::string pair;                   // as the form begins its lines
+      std::vector<const Field*> fields; // by offset, for people; null in a column of CSV that the
+                                        // pair lacks
+      std::optional<EntryLine> line;
+      bool fits = true; // into the columns of CSV
    };
 
    const Chosen& chosenOf( const Layout& layout );
    Chosen choiceOf( const Layout& layout ) const;
    void printText( const Decoded& decoded, const Chosen& chosen );
-   void printSingleLine( const Decoded& decoded, const Chosen& chosen );
-   void printJson( const Decoded& decoded, const Chosen& chosen );
-   void printCsv( const Decoded& decoded, const Chosen& chosen );
-   void printHeader();
+   void printChanges( const Decoded& decoded, const Chosen& chosen );
+   void printLine( const Decoded& decoded );
+   void appendHeader();
 
    DecodeForm form_;
    bool namesPair_;
@@ -77,8 +77,7 @@ private:
    std::map<const Layout*, Chosen> chosen_;
    const Layout* last_ = nullptr;
    const Chosen* lastChosen_ = nullptr;
-   std::string text_;
-   std::string wide_; // a value that is too wide to be decimal
+   TextBuffer text_;
 };
 
 } // namespace Vorn

@@ -62,13 +62,19 @@ void decode( const DecodeArguments& arguments, Output& output ) {
       begin( *reader.own() );
    }
    walk.onFile = [&]( const std::string& name ) { printer.nameFile( name ); };
+   walk.takesBlocks = !arguments.changedFrom && !isTracing();
+   walk.lineFor = [&]( const Layout& layout ) { return printer.lineFor( layout ); };
+   walk.onLines = [&]( std::string_view lines ) {
+      output.write( printer.header() );
+      output.write( lines );
+   };
    walk.run( [&]( const DumpEntry& entry ) {
       if( entry.layout != last ) {
          begin( *entry.layout );
       }
       output.write( printer.print( { entry, changedFrom.bytes } ) );
    } );
-   output.write( printer.finish() );
+   output.write( printer.header() );
    walk.finish( "printed" );
 }
 

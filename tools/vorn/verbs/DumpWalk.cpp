@@ -63,7 +63,9 @@ bool isAddressed( const std::string& text ) {
 } // namespace
 
 DumpWalk::DumpWalk( const DumpArguments& arguments, Output& output )
-   : arguments_( arguments ), output_( output ), reader_( optionsOf( arguments ) ) {
+   : arguments_( arguments ), output_( output ), reader_( optionsOf( arguments ) ),
+     pipeline_( []( DumpBlock& block, std::size_t ) { block.work(); },
+                [this]( DumpBlock& block ) { finishBlock( block ); } ) {
    if( !arguments.where.empty() ) {
       within( "--where", arguments.where,
               [&] { filter_.emplace( arguments.where, possibleLayouts() ); } );
@@ -94,38 +96,109 @@ std::optional<std::vector<std::string_view>> DumpWalk::fields() const {
 }
 
 void DumpWalk::run( const std::function<void( const DumpEntry& )>& visit ) {
+   visit_ = visit;
    if( arguments_.paths.empty() ) {
       reader_.begin( std::span<const std::string>( arguments_.image ) );
-      readAll( visit );
+      readAll();
    }
    for( const std::string& path : arguments_.paths ) {
       try {
-         FileBytes bytes( path, [this] { output_.flush(); } );
-         reader_.begin( bytes );
-         if( arguments_.paths.size() > 1 && onFile ) {
-            onFile( bytes.name() );
-         }
-         readAll( visit );
+         readFile( path );
       } catch( const Error& error ) {
          keepGoing( error );
       }
    }
 }
 
-void DumpWalk::readAll( const std::function<void( const DumpEntry& )>& visit ) {
+void DumpWalk::readFile( const std::string& path ) {
+   const FileBytes* reading = nullptr;
+   // What has been read is answered before there is a wait for more.
+   FileBytes bytes( path, [&] {
+      if( reading && !reading->isReady() ) {
+         pipeline_.drain();
+         output_.flush();
+      }
+   } );
+   reading = &bytes;
+   reader_.begin( bytes );
+   if( arguments_.paths.size() > 1 && onFile ) {
+      onFile( bytes.name() );
+   }
+   readAll();
+}
+
+void DumpWalk::readAll() {
+   plan();
    for( ;; ) {
       try {
+         if( takeBlock() ) {
+            continue;
+         }
+         pipeline_.drain();
          if( !reader_.next() ) {
             return;
          }
-         take( visit );
+         take();
       } catch( const Error& error ) {
+         pipeline_.drain();
          keepGoing( error );
       }
    }
 }
 
-void DumpWalk::take( const std::function<void( const DumpEntry& )>& visit ) {
+void DumpWalk::plan() {
+   plans_.clear();
+   blocks_ = 0;
+   for( const Layout& layout : reader_.layouts() ) {
+      const Filter* const filter = filter_ ? filter_->filterOf( layout ) : nullptr;
+      plans_.push_back( { &layout, filter ? std::optional( *filter ) : std::nullopt,
+                          filter_ && !filter, lineFor ? lineFor( layout ) : nullptr } );
+   }
+}
+
+// Takes the plain entries that come next; false where there are none.
+bool DumpWalk::takeBlock() {
+   // Fewer are what somebody types, or what lies between others.
+   constexpr std::size_t few = 1 << 10;
+   constexpr std::size_t enough = 1 << 15;
+   if( !takesBlocks ) {
+      return false;
+   }
+   const DumpRun run = reader_.ahead( DumpReader::Runs::ofAny );
+   if( run.count == 0 ) {
+      return false;
+   }
+   DumpBlock block;
+   if( !spare_.empty() ) {
+      block = std::move( spare_.back() );
+      spare_.pop_back();
+   }
+   block.take( run, plans_, arguments_.printsEmpty );
+   reader_.skip( run.count );
+   if( block.bytes() < few ) {
+      pipeline_.drain();
+   }
+   pipeline_.give( std::move( block ), block.bytes() >= enough && ++blocks_ > 1 );
+   return true;
+}
+
+void DumpWalk::finishBlock( DumpBlock& block ) {
+   images_ += block.images();
+   empty_ += block.empty();
+   for( const auto& [layout, entries] : block.leftOut() ) {
+      filter_->leaveOut( *layout, entries );
+   }
+   if( const auto lines = block.lines(); !lines.empty() ) {
+      onLines( lines );
+   }
+   for( const std::size_t number : block.kept() ) {
+      visit_( block.entry( number ) );
+   }
+   done_ += block.taken();
+   spare_.push_back( std::move( block ) );
+}
+
+void DumpWalk::take() {
    const DumpEntry& entry = reader_.entry();
    ++images_;
    if( entry.isEmpty && !arguments_.printsEmpty ) {
@@ -139,7 +212,7 @@ void DumpWalk::take( const std::function<void( const DumpEntry& )>& visit ) {
       if( filter_ && !filter_->matches( *entry.layout, entry.image ) ) {
          return;
       }
-      visit( entry );
+      visit_( entry );
    } catch( const Error& error ) {
       throw Error( reader_.place(), error.message() );
    }

@@ -3,6 +3,8 @@
 
 #include "Arguments.h"
 #include "Io.h"
+#include "Pipeline.h"
+#include "verbs/DumpBlock.h"
 
 #include <Vorn/Dump.h>
 #include <Vorn/Filter.h>
@@ -63,6 +65,13 @@ public:
    // Called with the name of each file, where there are several.
    std::function<void( const std::string& )> onFile;
 
+   // Entries may be looked at many at a time, by several threads: `visit` never fails, and keeps to
+   // their order. What composes the lines of a layout's entries then, if there are such lines, is
+   // said by `lineFor`; they are handed to `onLines` instead of their entries to `visit`.
+   bool takesBlocks = false;
+   std::function<const EntryLine*( const Layout& )> lineFor;
+   std::function<void( std::string_view )> onLines;
+
    // Calls `visit` for each entry that isn't empty and fulfils the condition. An Error of it gets
    // the place of the entry. A bad image ends the walk with an Error, or is reported on standard
    // error.
@@ -76,8 +85,12 @@ private:
    static constexpr std::size_t mostWarnings = 8;
 
    std::vector<Layout> possibleLayouts() const;
-   void readAll( const std::function<void( const DumpEntry& )>& visit );
-   void take( const std::function<void( const DumpEntry& )>& visit );
+   void readFile( const std::string& path );
+   void readAll();
+   void plan();
+   bool takeBlock();
+   void finishBlock( DumpBlock& block );
+   void take();
    void warn( const std::string& doubt );
    void keepGoing( const Error& error );
 
@@ -91,6 +104,11 @@ private:
    U64 empty_ = 0;
    U64 unreported_ = 0; // warnings
    U64 bad_ = 0;
+   std::function<void( const DumpEntry& )> visit_;
+   std::vector<EntryPlan> plans_;
+   std::vector<DumpBlock> spare_; // to be filled again
+   U64 blocks_ = 0;               // of the file
+   Pipeline<DumpBlock> pipeline_; // its threads end first
 };
 
 // Decides what the TABLE and the IMAGEs of the command line are: any of them may be

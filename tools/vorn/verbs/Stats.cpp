@@ -181,6 +181,7 @@ void stats( const StatsArguments& arguments, Output& output ) {
    if( walk.reader().isOfOnePair() ) {
       of( *walk.reader().own() );
    }
+   walk.takesBlocks = true;
    walk.run( [&]( const DumpEntry& entry ) { of( *entry.layout ).add( entry.image ); } );
    if( all.empty() && !arguments.json ) {
       output.write( "no entries\n" );
