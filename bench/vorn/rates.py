@@ -1,0 +1,102 @@
+#!/usr/bin/env python3
+"""Prints how many entries of LifTable a second `vorn` takes, as a table of Markdown: of processor
+time on one core, and of time on two, beside what only reads the same files.
+
+    bench/vorn/rates.py VORN [ENTRIES]
+
+Run it where nothing else runs, or with `chrt -f 50`.
+"""
+import json
+import os
+import random
+import subprocess
+import sys
+import tempfile
+import time
+
+vorn = sys.argv[1]
+entries = int(sys.argv[2]) if len(sys.argv) > 2 else 1000000
+repetitions = 3
+pair = ["LifTable", "--chip", "10", "--variant", "0"]
+widths = {
+    "vsi": 15, "qosProfile": 8, "lifGenericData1": 16, "vlanEditVid1": 12, "vlanEditVid2": 12,
+    "statObjectId": 12, "destination": 21, "eei": 24,
+}
+
+
+def write_files(folder):
+    """The records, and their images as lines and in binary: blocks of different entries again and
+    again."""
+    some = 20000
+    draw = random.Random(1)
+    lines = [
+        json.dumps({
+            "table": "LifTable", "chip": "BCM88690_B0", "entry": entry,
+            "fields": {name: draw.getrandbits(width) for name, width in widths.items()},
+        }) + "\n"
+        for entry in range(some)
+    ]
+    text = "".join(lines).encode()
+    images = subprocess.run([vorn, "program", "--output=bytes", "-"], input=text,
+                            stdout=subprocess.PIPE, check=True).stdout
+    blocks = {"records.jsonl": text, "images.txt": images,
+              "images.bin": bytes.fromhex(images.decode())}
+    for name, block in blocks.items():
+        with open(os.path.join(folder, name), "wb") as file:
+            for _ in range(max(1, entries // some)):
+                file.write(block)
+    return some * max(1, entries // some)
+
+
+def measured(command, cores):
+    """The least processor time and the least time of some runs on so many cores."""
+    best = [float("inf"), float("inf")]
+    for _ in range(repetitions):
+        begin = time.monotonic()
+        child = os.fork()
+        if child == 0:
+            os.sched_setaffinity(0, sorted(os.sched_getaffinity(0))[:cores])
+            with open(os.devnull, "wb") as null:
+                os.dup2(null.fileno(), 1)
+            os.execvp(command[0], command)
+        _, status, usage = os.wait4(child, 0)
+        if status != 0:
+            sys.exit(f"{command} failed")
+        used = usage.ru_utime + usage.ru_stime
+        best = [min(best[0], used), min(best[1], time.monotonic() - begin)]
+    return best
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        count = write_files(folder)
+        path = {name: os.path.join(folder, name)
+                for name in ("records.jsonl", "images.txt", "images.bin")}
+        decode = [vorn, "decode", *pair]
+        eight = ["--fields", ",".join(widths)]
+        rows = [
+            ("`program`, 8 fields", [vorn, "program", path["records.jsonl"]]),
+            ("`decode --csv`, lines, 8 fields", [*decode, "--csv", *eight, "--file", path["images.txt"]]),
+            ("`decode --csv`, lines, 23 fields", [*decode, "--csv", "--file", path["images.txt"]]),
+            ("`decode --json`, lines, 8 fields", [*decode, "--json", *eight, "--file", path["images.txt"]]),
+            ("`decode --json`, lines, 23 fields", [*decode, "--json", "--file", path["images.txt"]]),
+            ("`decode --csv`, binary, 23 fields", [*decode, "--csv", "--file", path["images.bin"]]),
+            ("`decode --where 'vsi in 1..33'`, binary",
+             [*decode, "--csv", "--where", "vsi in 1..33", "--file", path["images.bin"]]),
+            ("`cat`, records", ["cat", path["records.jsonl"]]),
+            ("`wc -l`, records", ["wc", "-l", path["records.jsonl"]]),
+            ("`cat`, lines", ["cat", path["images.txt"]]),
+            ("`wc -l`, lines", ["wc", "-l", path["images.txt"]]),
+            ("`cat`, binary", ["cat", path["images.bin"]]),
+        ]
+        print("| what | millions a second of processor time | two cores, against the time on one |")
+        print("|---|---|---|")
+        for name, command in rows:
+            used, one = measured(command, 1)
+            both = ""
+            if command[0] == vorn and len(os.sched_getaffinity(0)) > 1:
+                both = f"{one / measured(command, 2)[1]:.2f}"
+            print(f"| {name} | {count / used / 1e6:.1f} | {both} |", flush=True)
+
+
+main()
