@@ -2,6 +2,7 @@
 // the library's typed accessors on random images; the catalogue has a line for each field.
 #include "Guarded.h"
 #include "support/Bits.h"
+#include "support/Classes.h"
 #include "support/EveryClass.h"
 #include "vorn/Folders.h"
 #include "vorn/RunVorn.h"
@@ -147,7 +148,7 @@ Bits bitsOf( const unsigned long long* words ) {
 TEST_P( Compiled, WithoutWarningsAgreesWithTheLibrary ) {
    const std::string compiler = GetParam();
    const auto pairs = everyPair();
-   ASSERT_EQ( pairs.size(), 483u );
+   ASSERT_EQ( pairs.size(), Testing::pairCount );
    const TemporaryFolder folder;
    std::ofstream( folder / "all.h" ) << vorn( { "export", "--format", "c-header", "--all" } ).out;
    std::ofstream( folder / "all.c" ) << programOf( pairs );
