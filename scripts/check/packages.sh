@@ -1,9 +1,9 @@
 #!/bin/sh
 # Builds the Debian packages and checks them: each installed file is in one of them, lintian has
-# nothing to say, on a clean Debian 12 vorn runs, Python imports the package and a consumer builds,
-# with the stand-ins of the platform and with a site's own packages in their place, removing them
-# leaves nothing, and a second build yields the same bytes. Needs root; the clean system is fetched
-# once and kept in build/clean-root-*.tar.
+# nothing to say, on a clean Debian 12 vorn runs and finds the explorer, Python imports the package
+# and a consumer builds, with the stand-ins of the platform and with a site's own packages in their
+# place, removing them leaves nothing, and a second build yields the same bytes. Needs root; the
+# clean system is fetched once and kept in build/clean-root-*.tar.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh
@@ -125,6 +125,27 @@ printf '%s\n' "/$module/__init__.py" "{'vsi': 2000}" '[2000]' | diff - "$work/sa
    fail "python3-vorn decodes something else"
 echo "python3-vorn: vsi $(tail -n 1 "$work/said")"
 
+echo "== the explorer there"
+explorer=''
+if ls "$build"/vorn-explorer_*.deb >"$work/log" 2>&1; then
+   explorer=vorn-explorer
+   needPackages chromium
+   inside sh -c 'dpkg --install /packages/vorn-explorer_*.deb' >"$work/log"
+   image=$("$build/tools/vorn/vorn" encode LifTable --chip 10 --output bytes vsi=2000)
+   page=/usr/share/vorn/vorn-explorer.html
+   state="#table=LifTable&chip=10&variant=0&image=$image"
+   inside vorn explore LifTable --chip 10 "$image" >"$work/said"
+   echo "file://$page$state" | diff - "$work/said" || fail "vorn explore prints another place"
+   # 2000 has the value's bit 4, and vsi begins at bit 1.
+   chromium --headless --no-sandbox --disable-gpu --virtual-time-budget=20000 --dump-dom \
+      "file://$root$page$state" 2>"$work/log" >"$work/page.html"
+   grep -q 'aria-label="bit 5 of mdbEntry, vsi: 1"' "$work/page.html" ||
+      fail "the explorer doesn't show the image"
+   echo "vorn explore: $(cut -c 1-100 "$work/said")..."
+else
+   echo "not checked: there is none without scripts/make/explorer.sh"
+fi
+
 # Three libraries with a mark, in packages that say nothing of the stand-ins.
 echo "== with a site's platform instead"
 triplet=$(dpkg-architecture -qDEB_HOST_MULTIARCH)
@@ -158,8 +179,8 @@ aptInside $(for name in $siteLibraries $siteHeaders; do echo "/packages/${name}_
 entriesAsHere "the site's"
 consumerBuilds
 
-inside dpkg --purge python3-vorn vorn libvorncodec-dev libvorncodec1 libvorntunnelkelvar-dev \
-   libvorntunnelkelvar1 $siteHeaders $siteLibraries >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
+inside dpkg --purge python3-vorn $explorer vorn libvorncodec-dev libvorncodec1 \
+   libvorntunnelkelvar-dev libvorntunnelkelvar1 $siteHeaders $siteLibraries >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 left=$(cd "$root" && xargs ls -d $module <"$work/packed.txt" 2>/dev/null || true)
 [ -z "$left" ] || fail "left behind: $left"
 echo "nothing left behind"
