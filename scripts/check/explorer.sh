@@ -38,7 +38,7 @@ if [ "$mode" = --if-changed ]; then
    fi
 fi
 scripts/make/explorer.sh
-needPackages $browserPackages
+needPackages $browserPackages libgtest-dev libgmock-dev # which the preset asks for
 build=${VORN_EXPLORER_VORN:-build/release}
 cmake --preset release -B "$build" -DVORN_BUILD_TOOLS=ON
 cmake --build "$build" --target vorn
