@@ -27,7 +27,11 @@ using Vorn::EncodeArguments;
 Outcome programmed( const std::string& form, const std::string& input ) {
    return outcomeOf(
       [&]( Vorn::Output& output ) {
-         Vorn::program( { "-", Vorn::formNamed( form ), "0" }, output );
+         Vorn::ProgramArguments arguments;
+         arguments.paths = { "-" };
+         arguments.form = Vorn::formNamed( form );
+         arguments.allowsRepeats = true;
+         Vorn::program( arguments, output );
       },
       input );
 }

@@ -54,6 +54,9 @@ const Chip& chipOf( std::string_view nameOrNumber ) {
    const auto first = nameOrNumber.substr( 0, 1 );
    if( first == "-" || ( first >= "0" && first <= "9" ) ) {
       const auto number = numberIn( nameOrNumber );
+      if( !number && nameOrNumber.find_first_not_of( "0123456789" ) == nameOrNumber.npos ) {
+         parseNumber( nameOrNumber, "chip" ); // which says how to write it
+      }
       if( !number ) {
          unknownNumber( inQuotes( nameOrNumber ) );
       }

@@ -1,6 +1,7 @@
 // Dumps: many entries from bytes or text in any of the usual forms, each with its layout and place.
 #include <Vorn/Dump.h>
 
+#include "CsvText.h"
 #include "DumpInput.h"
 #include "DumpRows.h"
 #include "ImageText.h"
@@ -25,13 +26,6 @@ namespace {
 
 constexpr auto none = std::string_view::npos;
 constexpr std::size_t longestStride = 1 << 20;
-
-std::string_view trimmed( std::string_view text ) {
-   while( !text.empty() && isBlank( text.back() ) ) {
-      text.remove_suffix( 1 );
-   }
-   return text.substr( skipBlanks( text, 0 ) );
-}
 
 bool isZero( std::span<const U8> image ) {
    return std::all_of( image.begin(), image.end(), []( U8 byte ) { return byte == 0; } );
@@ -122,34 +116,79 @@ std::string noTagText( const Layout& layout, std::span<const U8> image ) {
 constexpr std::array<std::string_view, 8> columnNames{ "image", "table", "chip",       "variant",
                                                        "entry", "array", "identifier", "address" };
 
-// The cells of a row of CSV, with where they begin.
-std::vector<Piece> cellsOf( std::string_view line ) {
-   std::vector<Piece> cells;
-   for( std::size_t at = 0;; ) {
-      Piece& cell = cells.emplace_back();
-      cell.at = skipBlanks( line, at );
-      if( cell.at < line.size() && line[cell.at] == '"' ) {
-         for( ++cell.at, at = cell.at; at < line.size(); ++at ) {
-            if( line[at] == '"' && ( ++at == line.size() || line[at] != '"' ) ) {
-               break;
-            }
-            cell.text += line[at];
-         }
-         if( at < line.size() && line[at] == '"' ) {
-            throw BadText( at, "a quote without end" );
-         }
-         at = std::min( line.find( ',', at ), line.size() );
-      } else {
-         const auto end = std::min( line.find( ',', at ), line.size() );
-         cell.text = trimmed( line.substr( at, end - at ) );
-         at = end;
-      }
-      cell.isGiven = !cell.text.empty();
-      if( at == line.size() ) {
-         return cells;
-      }
-      ++at;
+// What files begin with that no memory does.
+struct Magic {
+   std::string_view bytes;
+   std::string_view what;
+};
+
+using namespace std::string_view_literals;
+constexpr std::array magics{
+   Magic{ "\xfd"
+          "7zXZ\0"sv,
+          "is compressed with xz, to be decompressed with `xz -dc`" },
+   Magic{ "BZh"sv, "is compressed with bzip2, to be decompressed with `bzip2 -dc`" },
+   Magic{ "PK\3\4"sv, "is a zip archive, to be unpacked" },
+   Magic{ "\x7f"
+          "ELF"sv,
+          "is a program or core file, not a memory" },
+};
+
+// Whether it is text of 16-bit characters, which a byte order mark begins.
+bool isWideText( std::string_view bytes ) {
+   constexpr std::size_t looked = 16;
+   const bool isSmallEnd = bytes.starts_with( "\xff\xfe" );
+   if( bytes.size() < looked || !( isSmallEnd || bytes.starts_with( "\xfe\xff" ) ) ) {
+      return false;
    }
+   for( std::size_t at = 2; at < looked; at += 2 ) {
+      if( bytes[at + ( isSmallEnd ? 1 : 0 )] != 0 || bytes[at + ( isSmallEnd ? 0 : 1 )] == 0 ) {
+         return false;
+      }
+   }
+   return true;
+}
+
+// That the bytes may be those of a memory.
+void requireMemory( std::string_view bytes, const std::string& name ) {
+   const auto refuse = [&]( std::string_view what ) {
+      throw Error( name, "this " + std::string( what ) +
+                            "; --image-format binary takes the bytes as they are" );
+   };
+   for( const Magic& magic : magics ) {
+      if( bytes.starts_with( magic.bytes ) ) {
+         refuse( magic.what );
+      }
+   }
+   if( isWideText( bytes ) ) {
+      refuse( "is text in UTF-16, to be saved as UTF-8" );
+   }
+}
+
+// How a header of CSV looks that isn't one: its columns are separated by something else, or it has
+// none for the image. Empty if the line is something else.
+std::string flawOfHeader( std::string_view line ) {
+   const auto hasName = [&]( char separator, std::span<const std::string_view> names ) {
+      for( std::size_t at = 0; at <= line.size(); ) {
+         const auto end = std::min( line.find( separator, at ), line.size() );
+         const auto cell = trimmed( line.substr( at, end - at ) );
+         if( std::find( names.begin(), names.end(), cell ) != names.end() ) {
+            return true;
+         }
+         at = end + 1;
+      }
+      return false;
+   };
+   const auto image = std::span( columnNames ).first( 1 );
+   if( line.find( ';' ) != none && hasName( ';', image ) ) {
+      return "semicolons between the cells; write commas";
+   }
+   if( line.find( '\t' ) != none && hasName( '\t', image ) ) {
+      return "tabs between the cells; write commas";
+   }
+   return line.find( ',' ) != none && hasName( ',', columnNames )
+             ? "no column \"image\" in the header of CSV"
+             : "";
 }
 
 } // namespace
@@ -603,6 +642,8 @@ void DumpReader::State::detect() {
    }
    const auto first = trimmed( input_->firstLine() );
    if( options_.format == ImageFormat::automatic && !input_->isText() ) {
+      mode_ = Mode::ended;
+      requireMemory( input_->rest(), input_->name() );
       return beginBlock( Mode::binary );
    }
    if( options_.format == ImageFormat::words && own_ ) {
@@ -618,13 +659,17 @@ void DumpReader::State::detect() {
       }
    }
    if( !isJson( first ) && first.find( ':' ) == none ) {
-      const auto cells = cellsOf( first );
-      const auto isImage = []( const Piece& cell ) { return cell.text == columnNames[0]; };
-      if( std::any_of( cells.begin(), cells.end(), isImage ) ) {
-         mode_ = Mode::csv;
-         columns_.clear();
-         return;
+      const auto isHeader = [&] {
+         const auto cells = cellsOf( first );
+         return std::any_of( cells.begin(), cells.end(),
+                             []( const Piece& cell ) { return cell.text == columnNames[0]; } );
+      };
+      try {
+         mode_ = isHeader() || !flawOfHeader( first ).empty() ? Mode::csv : mode_;
+      } catch( const BadText& ) {
+         mode_ = Mode::csv; // which says where it is
       }
+      columns_.clear();
    }
 }
 
@@ -653,8 +698,11 @@ bool DumpReader::State::stepLine() {
          }
          const auto colon = text.find( ':' );
          const auto head = trimmed( text.substr( 0, colon ) );
-         if( colon != none && head.starts_with( "0x" ) && head.size() <= 18 &&
-             isDigits( head.substr( 2 ) ) ) {
+         const bool isAddress = colon != none && head.starts_with( "0x" );
+         if( isAddress && firstPiece( head ) == head && !isDigits( head.substr( 2 ) ) ) {
+            parseNumber( head, "address" ); // which says what is wrong
+         }
+         if( isAddress && head.size() <= 18 && isDigits( head.substr( 2 ) ) ) {
             said_.address = numberOf( head.substr( 2 ) );
             said_.at = image_.at;
             const auto rest = trimmed( text.substr( colon + 1 ) );
@@ -699,6 +747,13 @@ bool DumpReader::State::stepLine() {
 bool DumpReader::State::stepCsv( std::string_view line ) {
    const auto cells = cellsOf( line );
    if( columns_.empty() ) {
+      const bool hasImage = std::any_of( cells.begin(), cells.end(), []( const Piece& cell ) {
+         return cell.text == columnNames[0];
+      } );
+      if( const auto flaw = flawOfHeader( line ); !hasImage && !flaw.empty() ) {
+         mode_ = Mode::ended;
+         throw BadText( image_.at, flaw );
+      }
       for( const Piece& cell : cells ) {
          const bool isKnown =
             std::find( columnNames.begin(), columnNames.end(), cell.text ) != columnNames.end();
@@ -710,10 +765,7 @@ bool DumpReader::State::stepCsv( std::string_view line ) {
       }
       return false;
    }
-   if( cells.size() != columns_.size() ) {
-      throw BadText( image_.at, "the row has " + std::to_string( cells.size() ) +
-                                   " cells, the header " + std::to_string( columns_.size() ) );
-   }
+   requireCells( cells, columns_.size() );
    for( std::size_t i = 0; i < cells.size(); ++i ) {
       const auto& name = columns_[i];
       const Piece& cell = cells[i];

@@ -241,8 +241,14 @@ public:
 
    bool string( std::string& text ) {
       if( isPlace() ) {
-         const Value number = parseNumber( text, placeName_ );
-         takePlace( number.bits() > 64 ? ~U64( 0 ) : number.word( 0 ), stringBegin() );
+         try {
+            const Value number = parseNumber( text, placeName_ );
+            takePlace( number.bits() > 64 ? ~U64( 0 ) : number.word( 0 ), stringBegin() );
+         } catch( const BadText& ) {
+            throw;
+         } catch( const Error& error ) {
+            throw BadText( stringBegin() + 1, error.message() );
+         }
       } else if( inArray_ ) {
          requireKind( Kind::strings, stringBegin() );
          takeElement( text );
@@ -304,7 +310,7 @@ public:
       const auto begin = flaw.is( "invalid string" ) || position > text_.size()
                             ? position - 1
                             : tokenBegin( position );
-      throw BadText( at_ + begin, flaw.message() );
+      throw BadText( at_ + begin, flaw.message() + flaw.lineAdvice( text_ ) );
    }
 
 private:
@@ -425,9 +431,9 @@ private:
    }
 
    bool refuseNumber() {
-      if( isWanted() ) {
+      if( isWanted() || isPlace() ) {
          const auto begin = numberBegin();
-         if( !takesNumber() ) {
+         if( !isPlace() && !takesNumber() ) {
             refuse( "a number", begin );
          }
          const auto number = text_.substr( begin - at_, read() - begin );
@@ -439,6 +445,10 @@ private:
    }
 
    bool refuseIfWanted( bool isWrong, std::string_view what, std::size_t length ) {
+      if( isPlace() && what != "null" ) {
+         throw BadText( read() - length, "the value of " + inQuotes( placeName_ ) +
+                                            " is a number, not " + std::string( what ) );
+      }
       if( isWrong && isWanted() ) {
          refuse( what, read() - length );
       }
@@ -449,7 +459,10 @@ private:
    [[noreturn]] void refuse( std::string_view what, std::size_t at ) const {
       const std::string given = ", not " + std::string( what );
       if( inArray_ || !isObject_ ) {
-         throw BadText( at, "an array holds the bytes or words of one image" + given );
+         const bool areObjects = inArray_ && what == "an object";
+         throw BadText( at,
+                        "an array holds the bytes or words of one image" + given +
+                           ( areObjects ? "; `jq -c '.[]'` writes each object on a line" : "" ) );
       }
       const auto key = static_cast<std::size_t>( key_ );
       throw BadText( at, "the value of " + inQuotes( keyNames[key] ) + " is " +

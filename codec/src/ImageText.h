@@ -22,6 +22,14 @@ constexpr std::size_t skipBlanks( std::string_view text, std::size_t begin ) {
    return begin;
 }
 
+// The text without blanks around it.
+constexpr std::string_view trimmed( std::string_view text ) {
+   while( !text.empty() && isBlank( text.back() ) ) {
+      text.remove_suffix( 1 );
+   }
+   return text.substr( skipBlanks( text, 0 ) );
+}
+
 // What the text begins with, up to a blank.
 constexpr std::string_view firstPiece( std::string_view text ) {
    std::size_t end = 0;

@@ -21,13 +21,6 @@ std::size_t placeIn( std::string_view line, std::string_view part ) {
    return static_cast<std::size_t>( part.data() - line.data() );
 }
 
-std::string_view trimmed( std::string_view text ) {
-   while( !text.empty() && isBlank( text.back() ) ) {
-      text.remove_suffix( 1 );
-   }
-   return text.substr( skipBlanks( text, 0 ) );
-}
-
 // The lines of one `hexdump -C`, taken one after another.
 class Dump {
 public:

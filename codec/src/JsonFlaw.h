@@ -31,6 +31,17 @@ public:
 
    std::string message() const { return "not valid JSON: " + shown( reason_, 160 ); }
 
+   // What to do about a text that goes on in the next line, as JSON that is printed for people
+   // does; else nothing.
+   std::string lineAdvice( std::string_view text ) const {
+      const auto last = text.find_last_not_of( " \t\r" );
+      const bool goesOn = is( "unexpected end of input" ) && last != std::string_view::npos &&
+                          std::string_view( "{[," ).find( text[last] ) != std::string_view::npos;
+      return goesOn ? "; an object stands on one line: `jq -c .` writes it so, and `jq -c '.[]'` "
+                      "those of an array"
+                    : "";
+   }
+
 private:
    int id_;
    std::string reason_;

@@ -2,6 +2,7 @@
 #include <Vorn/Record.h>
 
 #include "JsonFlaw.h"
+#include "RecordFill.h"
 
 #include <Vorn/Error.h>
 #include <Vorn/Locate.h>
@@ -12,7 +13,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <type_traits>
 
 namespace Vorn {
 
@@ -20,37 +20,14 @@ namespace {
 
 using Key = Record::Key;
 
-// The keys of a line: those of Record::Key, in its order, and those of what is printed.
-enum class Known : U8 {
-   table,
-   chip,
-   variant,
-   entry,
-   array,
-   identifier,
-   from,
-   fields,
-   image,
-   address,
-   accessType,
-   destBlock,
-   file
-};
-constexpr std::size_t knownCount = 13;
-
-constexpr std::array<std::string_view, knownCount> keyNames{
-   "table",  "chip",  "variant", "entry",      "array",     "identifier", "from",
-   "fields", "image", "address", "accessType", "destBlock", "file"
-};
-
-constexpr std::array<std::string_view, knownCount> keyTypes{
+constexpr std::array<std::string_view, recordKeyNames.size()> keyTypes{
    "a string", "a name or a number", "a number",  "a number", "a number",
    "a number", "a string",           "an object", "a string", "a number or a string",
    "a number", "a number",           "a string"
 };
 
 // The keys that are suggested for a wrong one.
-constexpr auto ownKeyNames = std::span( keyNames ).first( 10 );
+constexpr auto ownKeyNames = std::span( recordKeyNames ).first( 10 );
 
 constexpr auto requiredKeys = { Key::table, Key::chip, Key::fields };
 
@@ -97,11 +74,11 @@ std::size_t beginOfToken( std::string_view line, Predicate isIt ) {
 // stands twice, and the order of the fields.
 class RecordParser {
 public:
-   explicit RecordParser( Record& record ) : record_( record ) {}
+   explicit RecordParser( Record& record ) : record_( record ), fill_( record ) {}
 
    bool start_object( std::size_t ) {
       ++record_.token_;
-      if( depth_ == 2 || ( depth_ == 1 && key_ != Known::fields ) ) {
+      if( depth_ == 2 || ( depth_ == 1 && key_ != RecordKey::fields ) ) {
          refuse( "an object" );
       }
       ++depth_;
@@ -118,63 +95,31 @@ public:
    bool key( std::string& name ) {
       ++record_.token_;
       if( depth_ == 2 ) {
-         if( record_.fieldCount_ == record_.fields_.size() ) {
-            record_.fields_.emplace_back();
-         }
-         Record::FieldValue& field = record_.fields_[record_.fieldCount_++];
-         field.name.swap( name );
-         field.given.clear();
-         field.token = record_.token_;
+         fill_.addField( name, record_.token_ );
          return true;
       }
-      const auto found = std::find( keyNames.begin(), keyNames.end(), name );
-      if( found == keyNames.end() ) {
+      const auto found = std::find( recordKeyNames.begin(), recordKeyNames.end(), name );
+      if( found == recordKeyNames.end() ) {
          throw Error( "unknown key " + inQuotes( name ) + suggestion( name, ownKeyNames ) );
       }
-      key_ = static_cast<Known>( found - keyNames.begin() );
-      if( isGiven() ) {
-         throw Error( "key " + inQuotes( name ) + " is given twice" );
-      }
-      if( key_ == Known::image && record_.has( Key::from ) ) {
-         throw Error( "\"from\" and \"image\" are both an image to begin with; give one" );
-      }
-      if( key_ == Known::from && record_.isPrinted() ) {
-         throw Error( "\"image\" and \"from\" are both an image to begin with; give one" );
-      }
-      tokenIs( record_.token_ + 1 );
+      key_ = static_cast<RecordKey>( found - recordKeyNames.begin() );
+      fill_.open( key_, record_.token_ + 1 );
       return true;
    }
 
    bool string( std::string& text ) {
       ++record_.token_;
       if( depth_ == 2 ) {
-         Record::FieldValue& field = lastField();
-         if( text != maskWord ) {
-            field.value = parseValue( text, field.name );
-         }
-         field.given.swap( text );
+         fill_.takeValue( text );
          return true;
       }
-      switch( depth_ == 1 ? key_ : Known::fields ) {
-      case Known::table:
-         record_.table_.swap( text );
-         return true;
-      case Known::chip:
-         record_.chip_ = &chipOf( text );
-         return true;
-      case Known::from:
-      case Known::image:
-         record_.from_.swap( text );
-         return true;
-      case Known::address:
-         record_.numbers_.address = parseIndex( text, "address", 0xffffffff );
-         requireAtMost( record_.numbers_.address, 0xffffffff );
-         return true;
-      case Known::file:
-         return true;
-      default:
+      constexpr std::array texts{ RecordKey::table, RecordKey::chip,    RecordKey::from,
+                                  RecordKey::image, RecordKey::address, RecordKey::file };
+      if( depth_ != 1 || std::find( texts.begin(), texts.end(), key_ ) == texts.end() ) {
          refuse( "a string" );
       }
+      fill_.take( key_, text );
+      return true;
    }
 
    bool number_unsigned( U64 number ) {
@@ -183,9 +128,9 @@ public:
          refuse( "a number" );
       }
       if( depth_ == 2 ) {
-         lastField().value = Value( number );
+         fill_.lastField().value = Value( number );
       } else {
-         takeNumber( number );
+         fill_.take( key_, number );
       }
       return true;
    }
@@ -214,12 +159,12 @@ public:
 
    bool boolean( bool value ) { return refuseNext( value ? "true" : "false" ); }
    bool null() {
-      constexpr std::array needed{ Known::table, Known::chip, Known::fields };
+      constexpr std::array needed{ RecordKey::table, RecordKey::chip, RecordKey::fields };
       if( depth_ != 1 || std::find( needed.begin(), needed.end(), key_ ) != needed.end() ) {
          return refuseNext( "null" );
       }
       ++record_.token_;
-      tokenIs( 0 );
+      fill_.leave( key_ );
       return true;
    }
    bool start_array( std::size_t ) { return refuseNext( "an array" ); }
@@ -239,8 +184,11 @@ public:
       record_.byte_ = flaw.is( "invalid string" )
                          ? position - 1
                          : beginOfWrongToken( position, flaw.is( "invalid" ) );
+      if( flaw.is( "unexpected number literal; expected '}'" ) ) {
+         requireNotOctal();
+      }
       const bool isBareValue = depth_ == 2 && flaw.is( "invalid literal" );
-      throw Error( flaw.message() +
+      throw Error( flaw.message() + flaw.lineAdvice( record_.line_ ) +
                    ( isBareValue ? "; all values but decimal numbers stand in quotes" : "" ) );
    }
 
@@ -254,76 +202,13 @@ private:
       return beginOfToken( line, [&]( std::size_t, std::size_t end ) { return end >= position; } );
    }
 
-   Record::FieldValue& lastField() { return record_.fields_[record_.fieldCount_ - 1]; }
-
-   // The token of the value of key_, where the record keeps it.
-   template<class Take>
-   void withToken( Take take ) {
-      Record::Numbers& numbers = record_.numbers_;
-      switch( key_ ) {
-      case Known::image:
-         return take( numbers.imageToken );
-      case Known::address:
-         return take( numbers.addressToken );
-      case Known::accessType:
-         return take( numbers.accessTypeToken );
-      case Known::destBlock:
-         return take( numbers.destBlockToken );
-      case Known::file:
-         return take( numbers.fileToken );
-      default:
-         return take( record_.tokens_[static_cast<std::size_t>( key_ )] );
-      }
-   }
-
-   bool isGiven() {
-      bool is = false;
-      withToken( [&]( auto& token ) { is = token != 0; } );
-      return is;
-   }
-
-   void tokenIs( std::size_t number ) {
-      withToken( [&]( auto& token ) {
-         token = static_cast<std::remove_reference_t<decltype( token )>>( number );
-      } );
-   }
-
-   void requireAtMost( U64 number, U64 largest ) {
-      if( number > largest ) {
-         const bool isAddress = key_ == Known::address;
-         throw Error( std::string( nameOf( key_ ) ) + ' ' +
-                      ( isAddress ? hexOf( number ) : std::to_string( number ) ) +
-                      " is out of range; it is at most " +
-                      ( isAddress ? hexOf( largest ) : std::to_string( largest ) ) );
-      }
-   }
-
-   void takeNumber( U64 number ) {
-      Record::Numbers& numbers = record_.numbers_;
-      switch( key_ ) {
-      case Known::chip:
-         record_.chip_ = &chipOf( number );
-         break;
-      case Known::variant:
-         numbers.variant = number;
-         break;
-      case Known::entry:
-         numbers.entry = number;
-         break;
-      case Known::array:
-         numbers.array = number;
-         break;
-      case Known::identifier:
-         numbers.identifier = number;
-         break;
-      case Known::address:
-         requireAtMost( number, 0xffffffff );
-         numbers.address = number;
-         break;
-      default:
-         requireAtMost( number, 0xff );
-         ( key_ == Known::accessType ? numbers.accessType : numbers.destBlock ) =
-            static_cast<U16>( number );
+   // That the value at byte_ has no 0 before other digits, which JSON takes for a value of
+   // its own.
+   void requireNotOctal() {
+      const auto begin = record_.byte_;
+      const auto token = record_.line_.substr( begin, tokenEnd( record_.line_, begin ) - begin );
+      if( token.size() > 1 && token[0] == '0' ) {
+         parseNumber( token, valueName() );
       }
    }
 
@@ -331,24 +216,22 @@ private:
       for( const Key key : requiredKeys ) {
          if( !record_.has( key ) && !( key == Key::fields && record_.isPrinted() ) ) {
             record_.token_ = 1;
-            throw Error( "missing key " + inQuotes( keyNames[Record::indexOf( key )] ) +
+            throw Error( "missing key " + inQuotes( recordKeyNames[Record::indexOf( key )] ) +
                          "; every line needs table, chip and fields" );
          }
       }
    }
 
-   static std::string_view nameOf( Known key ) { return keyNames[static_cast<std::size_t>( key )]; }
-
    // Whether a number of any kind may stand here.
    bool takesNumber() const {
-      constexpr std::array others{ Known::table, Known::from, Known::fields, Known::image,
-                                   Known::file };
+      constexpr std::array others{ RecordKey::table, RecordKey::from, RecordKey::fields,
+                                   RecordKey::image, RecordKey::file };
       return depth_ == 2 ||
              ( depth_ == 1 && std::find( others.begin(), others.end(), key_ ) == others.end() );
    }
 
    std::string valueName() {
-      return depth_ == 2 ? shown( lastField().name ) : std::string( nameOf( key_ ) );
+      return depth_ == 2 ? shown( fill_.lastField().name ) : std::string( nameOf( key_ ) );
    }
 
    bool refuseNext( std::string_view what ) {
@@ -360,29 +243,29 @@ private:
    [[noreturn]] void refuse( std::string_view what ) {
       const std::string given = ", not " + std::string( what );
       if( depth_ == 0 ) {
-         throw Error( "a line holds one JSON object" + given );
+         const bool isArray = what == "an array";
+         throw Error( "a line holds one JSON object" + given +
+                      ( isArray ? "; `jq -c '.[]'` writes each object on a line" : "" ) );
       }
       if( depth_ == 1 ) {
          throw Error( "the value of " + inQuotes( nameOf( key_ ) ) + " is " +
                       std::string( keyTypes[static_cast<std::size_t>( key_ )] ) + given );
       }
-      throw Error( "the value of field " + inQuotes( lastField().name ) +
+      throw Error( "the value of field " + inQuotes( fill_.lastField().name ) +
                    " is a number or a string" + given );
    }
 
    Record& record_;
+   RecordFill fill_;
    int depth_ = 0; // of objects: 1 in the line's own, 2 in its "fields"
-   Known key_ = Known::table;
+   RecordKey key_ = RecordKey::table;
 };
 
 void Record::parse( std::string_view line ) {
-   line_ = line;
-   numbers_ = {};
-   tokens_ = {};
-   token_ = 0;
-   fieldCount_ = 0;
+   RecordFill( *this ).begin( line );
    // The JSON parser would take it for the end of the text.
-   if( byte_ = line.find( '\0' ); byte_ != std::string_view::npos ) {
+   if( const auto zero = line.find( '\0' ); zero != std::string_view::npos ) {
+      byte_ = zero;
       throw Error( "not valid JSON: the line holds a zero byte" );
    }
    RecordParser parser( *this );
@@ -436,7 +319,13 @@ std::optional<U8> Record::destBlock() const {
 
 Composed RecordComposer::compose( std::string_view line ) {
    record_.parse( line );
+   return composeRecord( Overlap::laterHolds );
+}
+
+// The entry of the record that has been read.
+Composed RecordComposer::composeRecord( Overlap overlap ) {
    Composer& composer = composerOf();
+   composer.overlap_ = overlap;
    if( record_.address() && !record_.has( Key::entry ) ) {
       locate( composer.layout() );
    }
@@ -461,6 +350,13 @@ Composed RecordComposer::compose( std::string_view line ) {
       }
    }
    return { composer.layout(), record_.index(), address, composer.image() };
+}
+
+void RecordComposer::lookAtPlace() {
+   const auto& numbers = record_.numbers_;
+   record_.token_ = record_.has( Key::entry ) ? record_.tokens_[Record::indexOf( Key::entry )]
+                    : numbers.addressToken    ? numbers.addressToken
+                                              : record_.tokens_[Record::indexOf( Key::table )];
 }
 
 // Begins the entry with the image of the line, or as a fresh one.

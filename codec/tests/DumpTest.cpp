@@ -331,6 +331,6 @@ TEST( Dump, refused ) {
            "dump:1:5: a second piece \"0x2\"; write one number in hexadecimal digits, the highest "
            "first" );
    expect( ImageFormat::automatic, "image,entry\n" + entry + '\n',
-           "dump:2:1: the row has 1 cells, the header 2" );
+           "dump:2:1: the row has 1 cell, the header 2" );
    expect( ImageFormat::automatic, "image,image\n", "dump:1:7: a second column \"image\"" );
 }

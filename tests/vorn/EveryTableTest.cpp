@@ -151,7 +151,7 @@ TEST( EveryTable, programComposesWhatABitLoopComposes ) {
    }
    ASSERT_FALSE( expected.empty() );
 
-   const auto outcome = Testing::vorn( { "program", "-" }, input );
+   const auto outcome = Testing::vorn( { "program", "--allow-repeats", "-" }, input );
    EXPECT_EQ( outcome.err, "" );
    EXPECT_EQ( outcome.status, 0 );
    std::istringstream lines( outcome.out );

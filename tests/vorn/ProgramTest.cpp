@@ -32,7 +32,7 @@ std::string madeOnChip2( const std::string& image ) {
 }
 
 void expectMade( const std::string& input, const std::string& output ) {
-   const auto outcome = vorn( { "program", "-" }, input );
+   const auto outcome = vorn( { "program", "--allow-repeats", "-" }, input );
    EXPECT_EQ( outcome.out, output );
    EXPECT_EQ( outcome.err, "" );
    EXPECT_EQ( outcome.status, 0 );
@@ -186,7 +186,7 @@ TEST( Program, moreLinesThanAnyBufferHolds ) {
       output += madeOnChip2( std::string( "0" ) + "0123456789abcdef"[i % 16] + "000000" );
    }
    // Not EXPECT_EQ, which would print a megabyte.
-   EXPECT_TRUE( vorn( { "program", "-" }, input ).out == output );
+   EXPECT_TRUE( vorn( { "program", "--allow-repeats", "-" }, input ).out == output );
 }
 
 TEST( Program, aFile ) {
@@ -209,7 +209,7 @@ TEST( Program, theLinesBeforeABadOneArePrinted ) {
    const std::string file = folder / "entries.jsonl";
    std::ofstream( file ) << line( "2", "1" ) << "\n"
                          << line( "2", "2" ) << line( "2", "1048576" ) << line( "2", "4" );
-   const auto outcome = vorn( { "program", file } );
+   const auto outcome = vorn( { "program", "--allow-repeats", file } );
    EXPECT_EQ( outcome.out, madeOnChip2( "01000000" ) + madeOnChip2( "02000000" ) );
    EXPECT_EQ( outcome.err, file + ":4:56: value 1048576 of field action is too large; its 20 "
                                   "bits in TcamActionTable on BCM88650_B0 hold at most "
@@ -234,12 +234,14 @@ TEST( Program, fromAnImage ) {
 
 TEST( Program, anImageALine ) {
    const std::string input = line( "2", "1" ) + "\n" + line( "10", "74565" ) + line( "2", "2" );
-   EXPECT_EQ( vorn( { "program", "--output", "bytes", "-" }, input ).out,
-              "01000000\n4523010000000000\n02000000\n" );
-   EXPECT_EQ( vorn( { "program", "-", "--output=words" }, input ).out,
-              "0x00000001\n0x00012345 0x00000000\n0x00000002\n" );
-   EXPECT_EQ( vorn( { "program", "-", "--output=json" }, input ).out,
-              vorn( { "program", "-" }, input ).out );
+   const auto printed = [&]( const std::vector<std::string>& more ) {
+      std::vector<std::string> arguments{ "program", "-", "--allow-repeats" };
+      arguments.insert( arguments.end(), more.begin(), more.end() );
+      return vorn( arguments, input ).out;
+   };
+   EXPECT_EQ( printed( { "--output", "bytes" } ), "01000000\n4523010000000000\n02000000\n" );
+   EXPECT_EQ( printed( { "--output=words" } ), "0x00000001\n0x00012345 0x00000000\n0x00000002\n" );
+   EXPECT_EQ( printed( { "--output=json" } ), printed( {} ) );
    const auto outcome = vorn( { "program", "-", "--output", "text" }, input );
    EXPECT_TRUE( outcome.err.starts_with(
       "vorn: --output: unknown form \"text\"; allowed: json, bytes, words" ) )
@@ -265,12 +267,14 @@ TEST( Program, linesAndColumns ) {
 
 TEST( Program, whatIsNotJson ) {
    const std::string start = R"({"table":"TcamActionTable","chip":2)";
+   const std::string aLine = "; an object stands on one line: `jq -c .` writes it so, and "
+                             "`jq -c '.[]'` those of an array";
    const BadLine lines[] = {
       { "^action", "not valid JSON: invalid literal" },
       { "^// all ports", "not valid JSON: invalid literal" },
       { "^}", "not valid JSON: unexpected '}'; expected '[', '{', or a literal" },
       { start + "^", "not valid JSON: unexpected end of input; expected '}'" },
-      { start + ",^", "not valid JSON: unexpected end of input; expected string literal" },
+      { start + ",^", "not valid JSON: unexpected end of input; expected string literal" + aLine },
       { start + ",^}", "not valid JSON: unexpected '}'; expected string literal" },
       { start + R"( ^"fields":{}})", "not valid JSON: unexpected string literal; expected '}'" },
       { start + R"(,"fields" ^{}})", "not valid JSON: unexpected '{'; expected ':'" },
@@ -285,7 +289,12 @@ TEST( Program, whatIsNotJson ) {
         "not valid JSON: unexpected '}'; expected '[', '{', or a literal" },
       { start + R"(,"variant":^tru})", "not valid JSON: invalid literal" },
       { start + R"(,"variant":^1.})", "not valid JSON: invalid number; expected digit after '.'" },
-      { line( "2", "^01" ), "not valid JSON: unexpected number literal; expected '}'" },
+      { line( "2", "^01" ), "bad number \"01\" for action; a leading 0 may mean octal; write 1" },
+      { line( "2", "1", ",\"entry\":^017" ),
+        "bad number \"017\" for entry; a leading 0 may mean octal; write 17 or 0xf" },
+      { "{^", "not valid JSON: unexpected end of input; expected string literal" + aLine },
+      { start + ",\r^",
+        "not valid JSON: unexpected end of input; expected string literal" + aLine },
       { line( "2", "^0x10" ),
         "not valid JSON: invalid literal; all values but decimal numbers stand in quotes" },
       { line( "2", "\"1^" ).substr( 0, 58 ),
@@ -308,11 +317,11 @@ TEST( Program, whatIsNotJson ) {
 
 TEST( Program, whatIsNotAnObject ) {
    for( const auto& [text, kind] :
-        { std::pair( "^[]", "an array" ), std::pair( "^5", "a number" ),
-          std::pair( "^-5", "a number" ), std::pair( " ^0.5", "a number" ),
-          std::pair( "^1e999", "a number" ), std::pair( "^\"x\"", "a string" ),
-          std::pair( "\t^true", "true" ), std::pair( "^false", "false" ),
-          std::pair( "^null", "null" ) } ) {
+        { std::pair( "^[]", "an array; `jq -c '.[]'` writes each object on a line" ),
+          std::pair( "^5", "a number" ), std::pair( "^-5", "a number" ),
+          std::pair( " ^0.5", "a number" ), std::pair( "^1e999", "a number" ),
+          std::pair( "^\"x\"", "a string" ), std::pair( "\t^true", "true" ),
+          std::pair( "^false", "false" ), std::pair( "^null", "null" ) } ) {
       expectBad( { text, std::string( "a line holds one JSON object, not " ) + kind } );
    }
 }

@@ -20,7 +20,7 @@ const std::string made = "01000000\n";
 std::vector<std::string> lines( std::size_t count ) { return std::vector( count, line ); }
 
 std::vector<std::string> withCount( const std::string& count ) {
-   return { "program", "--output", "bytes", "--count", count, "-" };
+   return { "program", "--allow-repeats", "--output", "bytes", "--count", count, "-" };
 }
 
 std::string repeated( const std::string& text, std::size_t count ) {
@@ -101,7 +101,7 @@ TEST( Progress, isWipedBeforeAnError ) {
 
 TEST( Progress, isNotShown ) {
    // Without a count, with one that is reached at once, and among the lines of the output.
-   EXPECT_EQ( onTerminal( { "program", "-" }, lines( 3 ), 80 ).err, "" );
+   EXPECT_EQ( onTerminal( { "program", "--allow-repeats", "-" }, lines( 3 ), 80 ).err, "" );
    EXPECT_EQ( onTerminal( withCount( "1" ), lines( 3 ), 80 ).err, "" );
    EXPECT_EQ( onTerminal( withCount( "3" ), lines( 3 ), 80, true ).err,
               repeated( "01000000\r\n", 3 ) );
@@ -112,7 +112,8 @@ TEST( Progress, aFile ) {
    const std::string path = testing::TempDir() + "vornProgressTest.jsonl";
    const std::size_t count = 30000; // more than all threads work on at once
    std::ofstream( path ) << repeated( line, count );
-   const auto outcome = onTerminal( { "program", "--output=bytes", path }, {}, 80 );
+   const auto outcome =
+      onTerminal( { "program", "--allow-repeats", "--output=bytes", path }, {}, 80 );
    std::remove( path.c_str() );
    EXPECT_TRUE( outcome.out == repeated( made, count ) );
    EXPECT_EQ( outcome.status, 0 );

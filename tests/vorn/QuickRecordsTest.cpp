@@ -133,9 +133,9 @@ TEST( QuickRecords, stayInOrder ) {
       Vorn::appendHex( images, bytes );
       images += '\n';
    }
-   Testing::expectPrinted( { "program", "--output=bytes", "-" }, images, input );
+   Testing::expectPrinted( { "program", "--allow-repeats", "--output=bytes", "-" }, images, input );
    const auto outcome =
-      Testing::vorn( { "program", "--output=bytes", "-" },
+      Testing::vorn( { "program", "--allow-repeats", "--output=bytes", "-" },
                      input + R"({"table":"TcamActionTable","chip":2,"feilds":1})" + '\n' + input );
    EXPECT_EQ( outcome.out, images );
    EXPECT_EQ( outcome.err, "<stdin>:22859:37: unknown key \"feilds\"; did you mean fields?\n" );

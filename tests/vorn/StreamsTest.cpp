@@ -59,8 +59,8 @@ TEST( Streams, anOutputThatDoesNotWait ) {
 TEST( Streams, anInputThatDoesNotWait ) {
    const std::string line = R"({"table":"TcamActionTable","chip":2,"fields":{"action":1}})"
                             "\n";
-   const auto outcome =
-      throughPipesThatDontWait( { "program", "--output=bytes", "-" }, { line, line } );
+   const auto outcome = throughPipesThatDontWait(
+      { "program", "--allow-repeats", "--output=bytes", "-" }, { line, line } );
    EXPECT_EQ( outcome.out, "01000000\n01000000\n" );
    EXPECT_EQ( outcome.err, "" );
    EXPECT_EQ( outcome.status, 0 );

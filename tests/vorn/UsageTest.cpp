@@ -85,6 +85,4 @@ TEST( Usage, missingArguments ) {
 TEST( Usage, argumentsTooMany ) {
    expectWrongUsage( { "tables", "extra" },
                      "unexpected argument \"extra\"; see vorn tables --help" );
-   expectWrongUsage( { "program", "-", "extra" },
-                     "unexpected argument \"extra\"; see vorn program --help" );
 }

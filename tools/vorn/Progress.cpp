@@ -63,12 +63,16 @@ std::string progressLine( U64 done, U64 total, U64 entries, double seconds, std:
 Progress::Progress() : isShown_( ::isatty( STDERR_FILENO ) && !::isatty( STDOUT_FILENO ) ) {}
 
 Progress::~Progress() {
+   try {
+      wipe();
+   } catch( const std::bad_alloc& ) {
+      // The line stays.
+   }
+}
+
+void Progress::wipe() {
    if( drawn_ > 0 ) {
-      try {
-         draw( "" );
-      } catch( const std::bad_alloc& ) {
-         // The line stays.
-      }
+      draw( "" );
    }
 }
 

@@ -27,6 +27,9 @@ public:
    // of `total`, nor if that is 0, which stands for a total that is not known.
    void show( U64 done, U64 total, U64 entries );
 
+   // Wipes the line before something else is written there.
+   void wipe();
+
 private:
    using Clock = std::chrono::steady_clock;
 

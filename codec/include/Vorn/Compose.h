@@ -84,6 +84,8 @@ public:
    std::span<const U8> image() const { return image_; }
 
 private:
+   friend class RecordComposer;
+
    void requireAgreement( const Field& field, const Value& value ) const;
 
    Layout layout_;

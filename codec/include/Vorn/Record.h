@@ -71,8 +71,10 @@ public:
    std::size_t column() const;
 
 private:
+   friend class RecordFill;
    friend class RecordParser;
    friend class RecordComposer;
+   friend class RowComposer;
 
    // The numbers of the line, 0 where it lacks their key, and the tokens of further keys. Those
    // from `variant` to `identifier` lie where functions compiled into programs look for them.
@@ -139,9 +141,15 @@ public:
    // there.
    std::size_t column() const { return record_.column(); }
 
+   // Makes column() that of what the line says of the place of its entry, for an Error about it.
+   void lookAtPlace();
+
 private:
+   friend class RowComposer;
+
    using PairKey = std::tuple<std::string_view, U8, U64>;
 
+   Composed composeRecord( Overlap overlap );
    Composer& composerOf();
    std::optional<Address> addressIn( const Layout& layout );
    void locate( const Layout& layout );

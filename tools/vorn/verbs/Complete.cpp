@@ -87,6 +87,9 @@ Candidates sides( const Given& given ) {
 }
 
 Candidates fields( const Given& given ) {
+   if( given.contains( "--csv" ) ) {
+      return {}; // files stand there
+   }
    const auto variant = valueIn( given, "--variant" );
    const Layout layout = layoutOf(
       { valueIn( given, "TABLE" ), valueIn( given, "--chip" ), variant.empty() ? "0" : variant } );
@@ -200,6 +203,8 @@ void Words::take( const std::string& word ) {
       } else if( option && option->get_items_expected_max() > 0 ) {
          awaiting_ = option;
          values_ = option->get_items_expected_max();
+      } else if( option ) {
+         given_[option->get_name()] = ""; // a flag
       }
       return;
    }

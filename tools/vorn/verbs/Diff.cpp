@@ -3,12 +3,15 @@
 #include "CommandLine.h"
 #include "Terminal.h"
 #include "Verbs.h"
+#include "verbs/DumpWalk.h"
 
 #include <Vorn/Chip.h>
 #include <Vorn/Difference.h>
 #include <Vorn/Dump.h>
 #include <Vorn/Error.h>
+#include <Vorn/Fields.h>
 #include <Vorn/Images.h>
+#include <Vorn/Pairs.h>
 #include <Vorn/Text.h>
 #include <Vorn/Value.h>
 
@@ -100,9 +103,9 @@ struct Item {
 // The images of a file, or the one that the command line has.
 class Side {
 public:
-   Side( const std::string& word, const DiffArguments& arguments, Output& output )
-      : options_( optionsOf( arguments ) ), keepsGoing_( arguments.keepsGoing ), output_( output ),
-        reader_( options_ ) {
+   Side( std::string role, const std::string& word, const DiffArguments& arguments, Output& output )
+      : role_( std::move( role ) ), options_( optionsOf( arguments ) ),
+        keepsGoing_( arguments.keepsGoing ), output_( output ), reader_( options_ ) {
       if( word == "-" || std::filesystem::exists( word ) ) {
          bytes_ = std::make_unique<FileBytes>( word, [&output] { output.flush(); } );
          reader_.begin( *bytes_ );
@@ -128,11 +131,13 @@ public:
             }
             item_.entry = reader_.entry();
          } catch( const Error& error ) {
+            // An image of the command line has no place of its own.
+            const Error placed( error.place(), ( bytes_ ? "" : role_ + ": " ) + error.message() );
             if( !keepsGoing_ ) {
-               throw;
+               throw placed;
             }
             output_.flush();
-            printError( error );
+            printError( placed );
             ++bad_;
             continue;
          }
@@ -167,6 +172,8 @@ public:
 
    U64 bad() const { return bad_; }
 
+   const DumpReader& reader() const { return reader_; }
+
 private:
    void warn( const std::string& doubt ) {
       constexpr std::size_t most = 8;
@@ -176,6 +183,7 @@ private:
       }
    }
 
+   std::string role_; // "BEFORE" or "AFTER"
    DumpOptions options_;
    bool keepsGoing_;
    Output& output_;
@@ -480,9 +488,13 @@ private:
 void diff( const DiffArguments& arguments, Output& output ) {
    const auto& words = arguments.words;
    Diffing diffing( arguments, output );
-   Side before( words[words.size() - 2], arguments, output );
-   Side after( words.back(), arguments, output );
+   Side before( "BEFORE", words[words.size() - 2], arguments, output );
+   Side after( "AFTER", words.back(), arguments, output );
    try {
+      if( !arguments.fields.empty() ) {
+         // Before there is a difference, if any.
+         fieldNamesIn( arguments.fields, possibleLayouts( before.reader(), arguments.chip ) );
+      }
       Matching( before, after, diffing ).run();
    } catch( const BadText& bad ) {
       throw Error( "--fields:" + std::to_string( columnOf( arguments.fields, bad.at() ) ),
@@ -499,8 +511,11 @@ void diff( const DiffArguments& arguments, Output& output ) {
 
 void checkUsage( const DiffArguments& arguments ) {
    const auto& words = arguments.words;
-   if( words.size() < 2 ) {
-      throw CLI::RequiredError( words.empty() ? "BEFORE" : "AFTER" );
+   const auto tables = allTables();
+   const bool hasTable =
+      !words.empty() && std::find( tables.begin(), tables.end(), words[0] ) != tables.end();
+   if( const std::size_t dumps = words.size() - ( hasTable ? 1 : 0 ); dumps < 2 ) {
+      throw CLI::RequiredError( dumps == 0 ? "BEFORE" : "AFTER" );
    }
    if( words.size() > 3 ) {
       throw CLI::ValidationError( "AFTER", "unexpected argument " + inQuotes( words[3] ) +

@@ -67,18 +67,18 @@ DumpWalk::DumpWalk( const DumpArguments& arguments, Output& output )
      pipeline_( []( DumpBlock& block, std::size_t ) { block.work(); },
                 [this]( DumpBlock& block ) { finishBlock( block ); } ) {
    if( !arguments.where.empty() ) {
-      within( "--where", arguments.where,
-              [&] { filter_.emplace( arguments.where, possibleLayouts() ); } );
+      within( "--where", arguments.where, [&] {
+         filter_.emplace( arguments.where, possibleLayouts( reader_, arguments.chip ) );
+      } );
    }
 }
 
-// The layouts that the images may have.
-std::vector<Layout> DumpWalk::possibleLayouts() const {
-   const auto own = reader_.layouts();
+std::vector<Layout> possibleLayouts( const DumpReader& reader, const std::string& ofChip ) {
+   const auto own = reader.layouts();
    std::vector<Layout> layouts( own.begin(), own.end() );
    if( layouts.empty() ) {
       for( const Chip& chip : allChips() ) {
-         if( arguments_.chip.empty() || chip.number == chipOf( arguments_.chip ).number ) {
+         if( ofChip.empty() || chip.number == chipOf( ofChip ).number ) {
             const auto more = layoutsOn( chip );
             layouts.insert( layouts.end(), more.begin(), more.end() );
          }
@@ -91,8 +91,9 @@ std::optional<std::vector<std::string_view>> DumpWalk::fields() const {
    if( arguments_.fields.empty() ) {
       return std::nullopt;
    }
-   return within( "--fields", arguments_.fields,
-                  [&] { return fieldNamesIn( arguments_.fields, possibleLayouts() ); } );
+   return within( "--fields", arguments_.fields, [&] {
+      return fieldNamesIn( arguments_.fields, possibleLayouts( reader_, arguments_.chip ) );
+   } );
 }
 
 void DumpWalk::run( const std::function<void( const DumpEntry& )>& visit ) {
@@ -266,6 +267,14 @@ void DumpLine::completeInto( DumpArguments& arguments ) {
    auto& [table, chip, variant] = pair;
    auto& image = arguments.image;
    auto& paths = arguments.paths;
+   const auto requireOne = [&] {
+      if( std::count( paths.begin(), paths.end(), "-" ) +
+             std::count( image.begin(), image.end(), "-" ) >
+          1 ) {
+         throw CLI::ValidationError( "FILE", "standard input is given twice" );
+      }
+   };
+   requireOne();
    if( table == "-" || isJson( table ) || isAddressed( table ) ) {
       image.insert( image.begin(), std::exchange( table, {} ) );
    }

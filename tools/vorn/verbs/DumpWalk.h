@@ -45,6 +45,10 @@ struct DumpArguments {
 // Adds the options that name chip type and variant, and say what a dump is like and how it is read.
 void addDump( CLI::App& verb, PairText& pair, DumpArguments& arguments );
 
+// The layouts that the images of a dump may have: the reader's own, or those of the chip type,
+// of all where it is empty.
+std::vector<Layout> possibleLayouts( const DumpReader& reader, const std::string& ofChip );
+
 // Adds --where and --fields.
 void addChoice( CLI::App& verb, DumpArguments& arguments );
 
@@ -84,7 +88,6 @@ public:
 private:
    static constexpr std::size_t mostWarnings = 8;
 
-   std::vector<Layout> possibleLayouts() const;
    void readFile( const std::string& path );
    void readAll();
    void plan();

@@ -1,20 +1,27 @@
-// `vorn encode`: one entry image from fields on the command line.
+// `vorn encode`: entry images from fields on the command line or in files of CSV.
 #include "verbs/Encode.h"
 
 #include "Arguments.h"
 #include "Text.h"
 #include "Verbs.h"
 #include "forms/EntryForms.h"
+#include "verbs/Program.h"
 
 #include <Vorn/Compose.h>
 #include <Vorn/Error.h>
 #include <Vorn/Layout.h>
+#include <Vorn/Pairs.h>
+#include <Vorn/Rows.h>
+#include <Vorn/Suggest.h>
 #include <Vorn/Text.h>
 #include <Vorn/Value.h>
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <memory>
+
+#include <unistd.h>
 
 namespace Vorn {
 
@@ -63,10 +70,86 @@ std::string encode( const EncodeArguments& arguments ) {
    return text;
 }
 
+std::string wrappedText( const std::string& text, std::size_t columns ) {
+   std::string wrapped;
+   for( std::string_view rest = text; !rest.empty(); ) {
+      auto line = rest.substr( 0, rest.find( '\n' ) );
+      rest.remove_prefix( std::min( line.size() + 1, rest.size() ) );
+      const auto indent = std::string( line.find( ' ' ) + 1, ' ' );
+      for( std::size_t room = columns; line.size() > room; room = columns - indent.size() ) {
+         // The last blank before which a blank and the backslash have room.
+         const auto end = line.rfind( ' ', room - 2 );
+         wrapped.append( line.substr( 0, end ) ).append( " \\\n" ).append( indent );
+         line.remove_prefix( end + 1 );
+      }
+      wrapped.append( line ) += '\n';
+   }
+   return wrapped;
+}
+
+namespace {
+
+// What the command line has where the entries are those of files.
+struct RowsLine {
+   ProgramArguments program;
+   std::vector<std::string> words; // TABLE and FILEs, as far as they are there
+   bool isGiven = false;
+};
+
+// Makes of the words what they are. Wrong usage throws as CLI11 does.
+void completeRows( RowsLine& line, EncodeArguments& arguments ) {
+   auto& [table, chip, variant] = arguments.pair;
+   std::vector<std::string>& paths = line.program.paths;
+   const auto tables = allTables();
+   paths = std::move( arguments.fields );
+   if( std::find( tables.begin(), tables.end(), table ) == tables.end() ) {
+      if( Vorn::nearest( table, tables ) ) {
+         tableNamed( table );
+      }
+      if( !table.empty() ) {
+         paths.insert( paths.begin(), std::move( table ) );
+      }
+      table.clear();
+   }
+   if( paths.empty() ) {
+      throw CLI::RequiredError( "FILE" );
+   }
+   for( const std::string& path : paths ) {
+      if( path.find( '=' ) != std::string::npos && ::access( path.c_str(), F_OK ) != 0 ) {
+         throw CLI::ValidationError( "--csv", "takes files, and no field such as " +
+                                                 inQuotes( path ) +
+                                                 "; fields are columns of theirs" );
+      }
+   }
+   requireOneInput( paths );
+}
+
+void encodeRows( const RowsLine& line, const EncodeArguments& arguments, bool hasVariant,
+                 Output& output ) {
+   const auto& [table, chip, variant] = arguments.pair;
+   ProgramArguments program = line.program;
+   RowOptions& rows = program.rows.emplace();
+   rows.table = table;
+   rows.chip = chip.empty() ? nullptr : &chipOf( chip );
+   if( hasVariant ) {
+      rows.variant = parseIndex( variant, "variant", 0xff );
+   }
+   if( rows.chip && !table.empty() && ( hasVariant || !variantsOn( table, rows.chip->number ) ) ) {
+      layoutOf( arguments.pair ); // An unknown one is wrong before any row is.
+   }
+   program.form = arguments.form;
+   Vorn::program( program, output );
+}
+
+} // namespace
+
 Verb addEncode( CLI::App& commandLine ) {
    CLI::App* const verb = commandLine.add_subcommand( "encode", "Compose the image of one entry" );
    const auto arguments = std::make_shared<EncodeArguments>();
+   const auto rows = std::make_shared<RowsLine>();
    addPair( *verb, arguments->pair );
+   verb->get_option( "TABLE" )->required( false );
+   verb->get_option( "--chip" )->required( false );
    addIndex( *verb, arguments->index );
    verb->add_option( "--from", arguments->from, "Image to begin with, a fresh entry if not given" )
       ->type_name( "IMAGE" );
@@ -78,21 +161,61 @@ Verb addEncode( CLI::App& commandLine ) {
          "--json", [arguments] { arguments->form = formNamed( "json" ); },
          "The same as --output json" )
       ->excludes( verb->get_option( "--output" ) );
-   verb->add_option( "field=value", arguments->fields, "Fields to set, and their values or mask" );
-   describe( *verb,
-             "Prints the image as bytes, entry byte 0 first, and as 32-bit words, and the entry's "
-             "address; with --output only the bytes or the words, or a line of JSON as `vorn "
-             "program` prints it.\n\n"
-             "Fields that are not given are 0, except for the tag. With --from, they and all bits "
-             "between fields are those of the image, which must be as long as an entry and have "
-             "the pair's tag; `vorn decode --help` explains how an image may be written. Fields "
-             "are written in the given order; where two overlap the later one wins.\n\n" +
-                notationsParagraphs() + "\n\n" + chipTypesParagraph(),
-             "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 --array 2 action=0x12345\n"
-             "  vorn encode TcamBankIpv4Tt --chip 10 --output bytes ipv4Dip=10.0.0.1 vrf=mask\n"
-             "  vorn encode EgressPerPortTable --chip 10 --from 400100000000000000000000 "
-             "vlanDomain=6" );
-   return { verb, [arguments]( Output& output ) { output.write( encode( *arguments ) ); } };
+   CLI::Option* const csv =
+      verb->add_flag( "--csv", rows->isGiven, "The entries are rows of files" );
+   for( const char* const other : { "--entry", "--array", "--identifier", "--from" } ) {
+      csv->excludes( verb->get_option( other ) );
+   }
+   addRecords( *verb, rows->program );
+   for( const char* const other : { "--allow-repeats", "--keep-going" } ) {
+      verb->get_option( other )->needs( csv );
+   }
+   verb->add_option( "field=value", arguments->fields,
+                     "Fields to set, and their values or mask; with --csv files, - for standard "
+                     "input" );
+   verb->callback( [verb, arguments, rows] {
+      if( rows->isGiven ) {
+         return completeRows( *rows, *arguments );
+      }
+      for( const char* const needed : { "TABLE", "--chip" } ) {
+         if( verb->count( needed ) == 0 ) {
+            throw CLI::RequiredError( needed );
+         }
+      }
+   } );
+   describe(
+      *verb,
+      "Prints the image as bytes, entry byte 0 first, and as 32-bit words, and the entry's "
+      "address; with --output only the bytes or the words, or a line of JSON as `vorn "
+      "program` prints it.\n\n"
+      "Fields that are not given are 0, except for the tag. With --from, they and all bits "
+      "between fields are those of the image, which must be as long as an entry and have "
+      "the pair's tag; `vorn decode --help` explains how an image may be written. Fields "
+      "are written in the given order; where two overlap the later one wins. On a terminal "
+      "long lines are wrapped at 80 columns.\n\n"
+      "With --csv the entries are rows of files. " +
+         rowsParagraph() +
+         " TABLE, --chip and --variant stand for columns that are not "
+         "there, and rows have to agree with them. The text of one entry follows that of the "
+         "other. " +
+         repeatsParagraph() +
+         " A bad row ends the program with exit status 1, "
+         "after the rows before it; with --keep-going it is reported, and the rows after it "
+         "are printed too.\n\n" +
+         notationsParagraphs() + "\n\n" + chipTypesParagraph(),
+      "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 --array 2 action=0x12345\n"
+      "  vorn encode TcamBankIpv4Tt --chip 10 --output bytes ipv4Dip=10.0.0.1 vrf=mask\n"
+      "  vorn encode EgressPerPortTable --chip 10 --from 400100000000000000000000 "
+      "vlanDomain=6\n"
+      "  vorn encode TcamActionTable --chip 10 --csv actions.csv --output json" );
+   return { verb, [verb, arguments, rows]( Output& output ) {
+              if( rows->isGiven ) {
+                 return encodeRows( *rows, *arguments, verb->count( "--variant" ) > 0, output );
+              }
+              const std::string text = encode( *arguments );
+              const bool isText = arguments->form == formNamed( "text" );
+              output.write( isText && ::isatty( STDOUT_FILENO ) ? wrappedText( text ) : text );
+           } };
 }
 
 } // namespace Vorn

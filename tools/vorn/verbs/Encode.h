@@ -7,6 +7,7 @@
 #include <Vorn/Images.h>
 #include <Vorn/Layout.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,5 +25,9 @@ struct EncodeArguments {
 
 // The lines of `vorn encode`.
 std::string encode( const EncodeArguments& arguments );
+
+// Those of an entry in the form "text", with lines of at most so many columns, of which all but the
+// last of each end in a backslash, as a shell takes them.
+std::string wrappedText( const std::string& text, std::size_t columns = 80 );
 
 } // namespace Vorn
