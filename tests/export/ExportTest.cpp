@@ -73,6 +73,15 @@ std::vector<Pair> everyPair() {
    return pairs;
 }
 
+// How many fields the pairs have together, by the counts that the tests of the classes state.
+std::size_t fieldCountOf( const std::vector<Pair>& pairs ) {
+   std::size_t count = 0;
+   for( const Pair& pair : pairs ) {
+      count += Hardware::pairInfo( pair.of.name, pair.chipType, pair.variant )->fieldCount;
+   }
+   return count;
+}
+
 // Calls `act` with each field of the pair, and a view of the pair.
 template<class Act>
 void forEachField( const Pair& pair, const Act& act ) {
@@ -214,7 +223,7 @@ TEST_P( Compiled, WithoutWarningsAgreesWithTheLibrary ) {
          ++exported;
       } );
    }
-   EXPECT_EQ( compared, 4 * 6250u );
+   EXPECT_EQ( compared, 4 * fieldCountOf( pairs ) );
    ::dlclose( program );
 
    // The same header serves C++.
@@ -294,7 +303,7 @@ TEST( ExportCsv, HasALineForEachField ) {
          EXPECT_NE( line.find( numbers ), std::string::npos ) << line;
       } );
    }
-   EXPECT_EQ( count, 6250u );
+   EXPECT_EQ( count, fieldCountOf( everyPair() ) );
    EXPECT_EQ( lines.size(), count + 1 );
 }
 
