@@ -220,6 +220,7 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    std::span<const U8> bytesAhead();
    std::span<const U8> linesAhead();
    void gather();
+   bool canFeed() const;
    void cutToPlain( DumpRun& run, Runs runs );
    bool takePlaces( DumpRun& run ) const;
    void skip( std::size_t count );
@@ -1245,9 +1246,21 @@ const Layout* DumpReader::State::plainLayoutOf( const U8* image ) const {
 // Feeds some entries' worth of a dump that is split.
 void DumpReader::State::gather() {
    constexpr std::size_t enough = 1 << 15;
-   while( !failure_ && !hasEnded_ && pending_.size() - head_ < enough ) {
+   const std::size_t needed = own_->layouts.front().bytes();
+   while( !failure_ && !hasEnded_ ) {
+      const std::size_t left = pending_.size() - head_;
+      if( left >= enough || ( left >= needed && !canFeed() ) ) {
+         return;
+      }
       feedMore();
    }
+}
+
+// Whether feeding doesn't wait for more input.
+bool DumpReader::State::canFeed() const {
+   const auto rest = input_->rest();
+   return repeats_ > 0 || !nextRow_.empty() || input_->isBack() ||
+          ( mode_ == Mode::stream ? !rest.empty() : rest.find( '\n' ) != none );
 }
 
 // The bytes of a dump that is split, from an entry's first one.
@@ -1292,7 +1305,7 @@ std::span<const U8> DumpReader::State::linesAhead() {
       return {};
    }
    auto rest = input_->rest();
-   if( rest.size() <= 2 * bytes + 1 ) {
+   if( rest.size() <= 2 * bytes + 1 && rest.find( '\n' ) == none ) {
       input_->readMore();
       rest = input_->rest();
    }

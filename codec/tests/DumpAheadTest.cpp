@@ -8,6 +8,8 @@
 #include <array>
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -222,4 +224,53 @@ TEST( DumpAhead, takesVariantsTogether ) {
    EXPECT_EQ( run.layouts[0]->variant(), 0u );
    EXPECT_EQ( run.layouts[1]->variant(), 3u );
    EXPECT_EQ( run.layouts[2], nullptr );
+}
+
+// Somebody who types, or a program that writes now and then, is answered at once.
+TEST( DumpAhead, doesNotWaitForMoreThanTheNextEntry ) {
+   // Gives one part at a time, and counts them.
+   class Parts : public Vorn::ByteSource {
+   public:
+      explicit Parts( std::vector<std::string> parts ) : parts_( std::move( parts ) ) {}
+
+      std::size_t read( char* to, std::size_t size ) override {
+         return given < parts_.size() ? parts_[given++].copy( to, size ) : 0;
+      }
+      std::string name() const override { return "parts"; }
+
+      std::size_t given = 0;
+
+   private:
+      std::vector<std::string> parts_;
+   };
+   const std::tuple<ImageFormat, std::vector<std::string>, std::size_t> inputs[] = {
+      { ImageFormat::automatic, { "0102030405060708\n", "0102030405060708\n" }, 1 },
+      { ImageFormat::automatic, { "0102030405060708\r\n", "0102030405060708\r\n" }, 1 },
+      { ImageFormat::automatic, { "LifTable", "\n0102030405060708\n" }, 0 },
+      { ImageFormat::stream, { "01020304 05060708\n", "01020304 05060708\n" }, 1 },
+      { ImageFormat::binary, { "abcdefgh", "abcdefgh" }, 1 },
+   };
+   for( const auto& [format, parts, count] : inputs ) {
+      DumpOptions options;
+      options.table = "TcamActionTable";
+      options.chip = &Vorn::chipOf( 10 );
+      options.format = format;
+      DumpReader reader( options );
+      Parts source( parts );
+      reader.begin( source );
+      EXPECT_EQ( reader.ahead().count, count ) << parts.front();
+      if( count > 0 ) {
+         EXPECT_EQ( source.given, 1u ) << parts.front();
+      }
+   }
+   const std::string row = "  01 02 03 04 05 06 07 08  |........|\n";
+   DumpOptions options;
+   options.table = "TcamActionTable";
+   options.chip = &Vorn::chipOf( 10 );
+   DumpReader reader( options );
+   Parts source( { "00000000" + row + "00000008" + row + "00000010" + row, "00000018" + row } );
+   reader.begin( source );
+   ASSERT_TRUE( reader.next() );
+   EXPECT_EQ( reader.ahead().count, 2u );
+   EXPECT_EQ( source.given, 1u );
 }
