@@ -1405,6 +1405,9 @@ bool DumpReader::State::takePlaces( DumpRun& run ) const {
 
 DumpRun DumpReader::State::ahead( Runs runs ) {
    DumpRun run;
+   if( input_ && input_->hasFailed() && !failure_ ) {
+      return run; // next() ends it
+   }
    if( mode_ == Mode::start ) {
       detect();
    }
