@@ -1,9 +1,10 @@
 #!/bin/sh
 # Builds the Debian packages and checks them: each installed file is in one of them, lintian has
-# nothing to say, on a clean Debian 12 vorn runs and finds the explorer, Python imports the package
-# and a consumer builds, with the stand-ins of the platform and with a site's own packages in their
-# place, removing them leaves nothing, and a second build yields the same bytes. Needs root; the
-# clean system is fetched once and kept in build/clean-root-*.tar.
+# nothing to say, on a clean Debian 12 they replace those of 1.0, vorn runs and finds the explorer,
+# SQLite loads the extension, Python imports the package and a consumer builds, with the stand-ins
+# of the platform and with a site's own packages in their place, removing them leaves nothing, and a
+# second build yields the same bytes. Needs root; the clean system is fetched once and kept in
+# build/clean-root-*.tar.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh
@@ -13,7 +14,7 @@ needPackages debootstrap lintian g++ dpkg-dev
 build=${VORN_PACKAGES_BUILD:-build/packages}
 consumerTools='g++ cmake ninja-build pkg-config'
 pythonTools='python3 python3-numpy'
-vornNeeds='libsimdjson14' # what a minimal system lacks
+vornNeeds='libsimdjson14 sqlite3' # what a minimal system lacks
 cleanRoot=${VORN_CLEAN_ROOT:-build/clean-root-$(echo $consumerTools $pythonTools $vornNeeds | tr -d ' +-').tar}
 
 fail() {
@@ -102,13 +103,54 @@ consumerBuilds() {
    done
 }
 
+# debianPackage <folder> <version> <description>: packs a folder, which has the package's name, and
+# prints where the clean system has it.
+architecture=$(dpkg --print-architecture)
+debianPackage() {
+   mkdir -p "$1/DEBIAN"
+   printf '%s\n' "Package: $(basename "$1")" "Version: $2" "Architecture: $architecture" \
+      'Maintainer: A Site <site@site.example>' "Description: $3" >"$1/DEBIAN/control"
+   dpkg-deb --build --root-owner-group "$1" "$root/packages" >"$work/log"
+   echo "/packages/$(basename "$1")_$2_$architecture.deb"
+}
+
+# Until 1.1.0 the stand-ins were in the library's packages, which may be installed. As apt does, the
+# packages that are in the way of others are set aside first.
+for ending in 1 -dev; do
+   old=$work/old/libvorntunnelkelvar$ending
+   mkdir -p "$old"
+   for package in libvorntunnelkelvar$ending vorn-platform-stand-ins${ending#1}; do
+      cp -R "$work/packed/${package}_"*.deb/usr "$old"
+   done
+   file=$(debianPackage "$old" 1.0.0-1 'library and stand-ins in one')
+   inside dpkg --install "$file" >"$work/log"
+   rm "$root$file"
+done
+
 aptInside --no-download $vornNeeds
-inside sh -c 'dpkg --install /packages/lib*[a-z]1_*.deb /packages/vorn-platform-stand-ins_*.deb \
-   /packages/vorn_*.deb' >"$work/log"
+inside sh -c 'dpkg --auto-deconfigure --install /packages/vorn-platform-stand-ins_*.deb \
+   /packages/lib*[a-z]1_*.deb /packages/vorn_*.deb /packages/vorn-sqlite_*.deb' >"$work/log" 2>&1 ||
+   { cat "$work/log"; exit 1; }
 entriesAsHere ''
 aptInside --no-download $consumerTools
-inside sh -c 'dpkg --install /packages/*-dev_*.deb' >"$work/log"
+inside sh -c 'dpkg --auto-deconfigure --install /packages/vorn-platform-stand-ins-dev_*.deb \
+   /packages/lib*-dev_*.deb' >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 consumerBuilds
+for file in lib/*/libKelvar.so.1 lib/*/libKelvar.so include/Kelvar/BitBuf.h; do
+   inside dpkg-query --search "/usr/$file"
+done | cut -d : -f 1 | sort | uniq -c >"$work/said"
+printf '%7d %s\n' 1 vorn-platform-stand-ins 2 vorn-platform-stand-ins-dev | diff - "$work/said" ||
+   fail "the stand-ins are still in the library's packages"
+
+# sqlFindsEntries: that SQLite loads the extension by its name.
+sqlFindsEntries() {
+   inside sqlite3 -cmd '.load vornsqlite' :memory: \
+      "SELECT vorn_field( 'LifTable', 10, 0, 'a00f' || hex( zeroblob( 78 ) ), 'vsi' );" \
+      >"$work/said" 2>&1 || true
+   grep -qx 2000 "$work/said" || fail "vornsqlite says \"$(cat "$work/said")\""
+   echo "vorn-sqlite: vsi 2000"
+}
+sqlFindsEntries
 
 echo "== Python there"
 aptInside --no-download $pythonTools
@@ -149,7 +191,6 @@ fi
 # Three libraries with a mark, in packages that say nothing of the stand-ins.
 echo "== with a site's platform instead"
 triplet=$(dpkg-architecture -qDEB_HOST_MULTIARCH)
-architecture=$(dpkg --print-architecture)
 printf '%s\n' '#include <cstdio>' \
    '__attribute__(( constructor )) static void mark() { std::fputs( "the site'\''s\n", stderr ); }' \
    >"$work/mark.cpp"
@@ -157,7 +198,7 @@ for library in Kelvar HwVornFennTypes Oru; do
    folder=$(echo $library | tr '[:upper:]' '[:lower:]')
    run=$work/site/lib${folder}1
    dev=$work/site/lib$folder-dev
-   mkdir -p "$run/DEBIAN" "$run/usr/lib/$triplet" "$dev/DEBIAN" "$dev/usr/lib/$triplet"
+   mkdir -p "$run/usr/lib/$triplet" "$dev/usr/lib/$triplet"
    cp -R platform/$folder/include "$dev/usr/include"
    ln -s lib$library.so.1 "$dev/usr/lib/$triplet/lib$library.so"
    g++ -shared -fPIC -O1 -std=c++20 -fvisibility=hidden -Wl,-soname,lib$library.so.1 \
@@ -165,21 +206,19 @@ for library in Kelvar HwVornFennTypes Oru; do
       -Wl,--version-script=platform/Platform.map platform/$folder/src/*.cpp "$work/mark.cpp" \
       -o "$run/usr/lib/$triplet/lib$library.so.1"
    for package in "$run" "$dev"; do
-      printf '%s\n' "Package: $(basename "$package")" 'Version: 7-1' \
-         "Architecture: $architecture" 'Maintainer: A Site <site@site.example>' \
-         'Description: a site'\''s own platform' >"$package/DEBIAN/control"
-      dpkg-deb --build --root-owner-group "$package" "$root/packages" >"$work/log"
-   done
+      debianPackage "$package" 7-1 "a site's own platform"
+   done >>"$work/site.txt"
 done
 siteLibraries='libkelvar1 libhwvornfenntypes1 liboru1'
 siteHeaders='libkelvar-dev libhwvornfenntypes-dev liboru-dev'
-aptInside $(for name in $siteLibraries $siteHeaders; do echo "/packages/${name}_7-1_$architecture.deb"; done)
+aptInside $(cat "$work/site.txt")
 ! inside dpkg-query --show --showformat '${db:Status-Abbrev}\n' 'vorn-platform-stand-ins*' |
    grep '^i' || fail "the stand-ins are still there"
 entriesAsHere "the site's"
 consumerBuilds
+sqlFindsEntries
 
-inside dpkg --purge python3-vorn $explorer vorn libvorncodec-dev libvorncodec1 \
+inside dpkg --purge python3-vorn $explorer vorn-sqlite vorn libvorncodec-dev libvorncodec1 \
    libvorntunnelkelvar-dev libvorntunnelkelvar1 $siteHeaders $siteLibraries >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 left=$(cd "$root" && xargs ls -d $module <"$work/packed.txt" 2>/dev/null || true)
 [ -z "$left" ] || fail "left behind: $left"
