@@ -171,6 +171,9 @@ tables in queries, views and indexes. The document sql.md shows how." )
    set( CPACK_DEBIAN_VORN-SQLITE_PACKAGE_DEPENDS
         "libvorncodec1 (>= ${PROJECT_VERSION}), libsqlite3-0 (>= 3.31)" )
    set( CPACK_DEBIAN_VORN-SQLITE_PACKAGE_RECOMMENDS sqlite3 )
+   # Loaded by its name from the folder itself, not through the libraries' cache.
+   set( CPACK_DEBIAN_VORN-SQLITE_PACKAGE_CONTROL_EXTRA
+        ${PROJECT_SOURCE_DIR}/packaging/none/postinst ${PROJECT_SOURCE_DIR}/packaging/none/postrm )
 endif()
 
 # The page of scripts/make/explorer.sh, where that has built it.

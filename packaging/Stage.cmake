@@ -54,7 +54,9 @@ document( libvorntunnelkelvar-dev examples ${source}/examples/logicalInterface.c
 document( libvorntunnelkelvar-dev "" ${source}/docs/guide.md ${source}/docs/gdb.md )
 document( libvorncodec-dev examples ${source}/examples/codec.cpp )
 
-set( overrides ${CPACK_TEMPORARY_DIRECTORY}/vorn-platform-stand-ins/usr/share/lintian/overrides )
-file( COPY ${source}/packaging/vorn-platform-stand-ins.overrides DESTINATION ${overrides}
-      FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ )
-file( RENAME ${overrides}/vorn-platform-stand-ins.overrides ${overrides}/vorn-platform-stand-ins )
+foreach( package vorn-platform-stand-ins ${sqlite} )
+   set( overrides ${CPACK_TEMPORARY_DIRECTORY}/${package}/usr/share/lintian/overrides )
+   file( COPY ${source}/packaging/${package}.overrides DESTINATION ${overrides}
+         FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ )
+   file( RENAME ${overrides}/${package}.overrides ${overrides}/${package} )
+endforeach()
