@@ -2,6 +2,7 @@
 // off or damaged: what is whole is what was compressed, and nothing is taken for something else.
 // However a file is read, it holds the same.
 #include "Finding.h"
+#include "Pieces.h"
 
 #include <Compression.h>
 #include <Vorn/Error.h>
@@ -32,26 +33,9 @@ struct Contents {
    bool operator==( const Contents& ) const = default;
 };
 
-// Gives its text in pieces.
-class Pieces : public Vorn::ByteSource {
-public:
-   Pieces( std::string_view text, std::size_t size ) : rest_( text ), size_( size ) {}
-
-   std::size_t read( char* to, std::size_t size ) override {
-      const auto length = rest_.copy( to, std::min( size, size_ ) );
-      rest_.remove_prefix( length );
-      return length;
-   }
-   std::string name() const override { return "file"; }
-
-private:
-   std::string_view rest_;
-   std::size_t size_;
-};
-
 Contents contentsOf( std::string_view file, std::size_t piece, std::size_t wanted ) {
    Contents contents;
-   Pieces source( file, piece );
+   Pieces source( file, piece, "file" );
    Vorn::PlainBytes bytes( source );
    std::string buffer( wanted, '\0' );
    try {

@@ -4,6 +4,7 @@
 #include "DumpTranscript.h"
 #include "DumpWalkCheck.h"
 #include "Finding.h"
+#include "Pieces.h"
 #include "Vorn.h"
 
 #include <Vorn/Chip.h>
@@ -60,23 +61,6 @@ std::string printed( const Vorn::DumpArguments& arguments, DecodeForm form, bool
    return result + error.end();
 }
 
-// Gives its text in pieces.
-class Pieces : public Vorn::ByteSource {
-public:
-   Pieces( std::string_view text, std::size_t size ) : rest_( text ), size_( size ) {}
-
-   std::size_t read( char* to, std::size_t size ) override {
-      const auto length = rest_.copy( to, std::min( size, size_ ) );
-      rest_.remove_prefix( length );
-      return length;
-   }
-   std::string name() const override { return "dump"; }
-
-private:
-   std::string_view rest_;
-   std::size_t size_;
-};
-
 void requireSameEntries( const Vorn::DumpOptions& options, const std::string& text,
                          std::size_t piece, std::size_t most ) {
    DumpReader careful( options );
@@ -85,7 +69,7 @@ void requireSameEntries( const Vorn::DumpOptions& options, const std::string& te
    const auto expected = Testing::carefully( careful );
    for( const auto runs : { DumpReader::Runs::ofOneLayout, DumpReader::Runs::ofAny } ) {
       DumpReader quick( options );
-      Pieces pieces( text, piece );
+      Pieces pieces( text, piece, "dump" );
       quick.begin( pieces );
       std::size_t taken = 0;
       const auto choose = [&]( std::size_t count ) { return std::min( count, most ); };
