@@ -49,7 +49,7 @@ def write_files(folder):
 
 
 def measured(command, cores):
-    """The least processor time and the least time of some runs on so many cores."""
+    """The least processor time and the least elapsed time of some runs on these cores."""
     best = [float("inf"), float("inf")]
     for _ in range(repetitions):
         begin = time.monotonic()

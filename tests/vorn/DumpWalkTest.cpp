@@ -80,7 +80,7 @@ protected:
    std::size_t quick_ = 0;
 
 private:
-   // With what is told on standard error.
+   // With what is reported on standard error.
    static Testing::Walked answer( const Vorn::DumpArguments& arguments, DecodeForm form,
                                   bool takesBlocks ) {
       testing::internal::CaptureStderr();
@@ -169,7 +169,7 @@ TEST_F( DumpWalkTest, placesUpToTheLast ) {
    }
 }
 
-// Enough for several threads: in order, and with what is told of entries that are left out.
+// Enough for several threads: in order, and with the report of entries that are left out.
 TEST_F( DumpWalkTest, manyByThreads ) {
    Random random( 4 );
    const Vorn::Layout layout( "LifTable", 10, 0 );

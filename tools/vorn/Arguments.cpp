@@ -12,7 +12,14 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+
 namespace Vorn {
+
+bool isTable( std::string_view name ) {
+   const auto tables = allTables();
+   return std::find( tables.begin(), tables.end(), name ) != tables.end();
+}
 
 Layout layoutOf( const PairText& pair ) {
    const U64 variant = parseIndex( pair.variant, "variant", 0xff );

@@ -5,6 +5,7 @@
 #include <Vorn/Layout.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CLI {
@@ -22,6 +23,9 @@ struct PairText {
    std::string chip; // name or number
    std::string variant = "0";
 };
+
+// Whether a table has exactly this name.
+bool isTable( std::string_view name );
 
 // What is unknown or doesn't exist is an Error.
 Layout layoutOf( const PairText& pair );

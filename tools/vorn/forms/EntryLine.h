@@ -31,7 +31,7 @@ public:
    bool empty() const { return size_ == 0; }
    void clear() { size_ = 0; }
 
-   // Where the text goes on, with room for so many characters; what is written there becomes text
+   // Where the text goes on, with room for that many characters; what is written there becomes text
    // by endAt().
    char* room( std::size_t characters ) {
       if( capacity_ - size_ < characters ) {

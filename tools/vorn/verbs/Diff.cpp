@@ -11,7 +11,6 @@
 #include <Vorn/Error.h>
 #include <Vorn/Fields.h>
 #include <Vorn/Images.h>
-#include <Vorn/Pairs.h>
 #include <Vorn/Text.h>
 #include <Vorn/Value.h>
 
@@ -511,9 +510,7 @@ void diff( const DiffArguments& arguments, Output& output ) {
 
 void checkUsage( const DiffArguments& arguments ) {
    const auto& words = arguments.words;
-   const auto tables = allTables();
-   const bool hasTable =
-      !words.empty() && std::find( tables.begin(), tables.end(), words[0] ) != tables.end();
+   const bool hasTable = !words.empty() && isTable( words[0] );
    if( const std::size_t dumps = words.size() - ( hasTable ? 1 : 0 ); dumps < 2 ) {
       throw CLI::RequiredError( dumps == 0 ? "BEFORE" : "AFTER" );
    }

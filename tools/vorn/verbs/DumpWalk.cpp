@@ -278,10 +278,6 @@ void DumpLine::completeInto( DumpArguments& arguments ) {
    if( table == "-" || isJson( table ) || isAddressed( table ) ) {
       image.insert( image.begin(), std::exchange( table, {} ) );
    }
-   const auto tables = allTables();
-   const auto isTable = [&]( const std::string& word ) {
-      return std::find( tables.begin(), tables.end(), word ) != tables.end();
-   };
    // --file takes all names up to the next option.
    if( table.empty() && paths.size() > 1 && isTable( paths.back() ) ) {
       table = std::move( paths.back() );
@@ -297,7 +293,7 @@ void DumpLine::completeInto( DumpArguments& arguments ) {
       if( table.empty() || isTable( table ) ) {
          throw CLI::RequiredError( "IMAGE" );
       }
-      if( nearest( table, tables ) ) {
+      if( nearest( table, allTables() ) ) {
          tableNamed( table );
       }
       throw CLI::RequiredError( "TABLE" );

@@ -92,18 +92,16 @@ namespace {
 // What the command line has where the entries are those of files.
 struct RowsLine {
    ProgramArguments program;
-   std::vector<std::string> words; // TABLE and FILEs, as far as they are there
    bool isGiven = false;
 };
 
-// Makes of the words what they are. Wrong usage throws as CLI11 does.
+// Finds out which words are TABLE and FILEs. Wrong usage throws as CLI11 does.
 void completeRows( RowsLine& line, EncodeArguments& arguments ) {
    auto& [table, chip, variant] = arguments.pair;
    std::vector<std::string>& paths = line.program.paths;
-   const auto tables = allTables();
    paths = std::move( arguments.fields );
-   if( std::find( tables.begin(), tables.end(), table ) == tables.end() ) {
-      if( Vorn::nearest( table, tables ) ) {
+   if( !isTable( table ) ) {
+      if( Vorn::nearest( table, allTables() ) ) {
          tableNamed( table );
       }
       if( !table.empty() ) {

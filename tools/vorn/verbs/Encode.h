@@ -26,8 +26,8 @@ struct EncodeArguments {
 // The lines of `vorn encode`.
 std::string encode( const EncodeArguments& arguments );
 
-// Those of an entry in the form "text", with lines of at most so many columns, of which all but the
-// last of each end in a backslash, as a shell takes them.
+// Those of an entry in the form "text", wrapped at `columns` columns; of the parts of a line all
+// but the last of each end in a backslash, as a shell takes them.
 std::string wrappedText( const std::string& text, std::size_t columns = 80 );
 
 } // namespace Vorn

@@ -6,7 +6,6 @@
 #include "verbs/DumpWalk.h"
 
 #include <Vorn/Error.h>
-#include <Vorn/Pairs.h>
 #include <Vorn/Statistics.h>
 #include <Vorn/Text.h>
 #include <Vorn/Value.h>
@@ -211,9 +210,7 @@ Verb addStats( CLI::App& commandLine ) {
    verb->add_flag( "--json", arguments->json, "Print an object of JSON for each pair" );
    verb->callback( [given] {
       auto& words = given->arguments.words;
-      const auto tables = allTables();
-      if( !words.empty() &&
-          std::find( tables.begin(), tables.end(), words.front() ) != tables.end() ) {
+      if( !words.empty() && isTable( words.front() ) ) {
          given->line.pair.table = words.front();
          words.erase( words.begin() );
       }
