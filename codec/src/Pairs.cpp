@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
 #include <utility>
 
 namespace Vorn {
@@ -24,6 +25,42 @@ bool hasField( std::string_view table, U32 chip, U32 variant, U32 identifier ) {
    return std::any_of(
       fields.begin(), fields.begin() + count,
       [identifier]( const Hardware::PairField& field ) { return field.identifier == identifier; } );
+}
+
+std::optional<ChipVariants> foundVariants( std::string_view table, U32 chip ) {
+   const auto first = Hardware::pairInfo( table, chip, 0 );
+   if( first && !first->hasVariants ) {
+      return ChipVariants{ chip, { 0 }, true };
+   }
+   ChipVariants found{ chip, {}, false };
+   for( unsigned variant = 0; variant < 256; ++variant ) {
+      if( Hardware::pairInfo( table, chip, static_cast<U8>( variant ) ) ) {
+         found.variants.push_back( variant );
+      }
+   }
+   return found.variants.empty() ? std::nullopt : std::optional( std::move( found ) );
+}
+
+// The pairs of a table, looked for once, since the library answers for one variant at a time; none
+// if there is no such table.
+const std::vector<ChipVariants>& knownPairs( std::string_view table ) {
+   struct Known {
+      std::once_flag looked;
+      std::vector<ChipVariants> pairs;
+   };
+   // Never destroyed: other destructors may run later.
+   static auto& known = *new std::vector<Known>( allTables().size() + 1 );
+   const auto tables = allTables();
+   const auto place = std::find( tables.begin(), tables.end(), table ) - tables.begin();
+   Known& one = known[static_cast<std::size_t>( place )];
+   std::call_once( one.looked, [&] {
+      for( const Chip& chip : allChips() ) {
+         if( auto variants = foundVariants( table, chip.number ) ) {
+            one.pairs.push_back( std::move( *variants ) );
+         }
+      }
+   } );
+   return one.pairs;
 }
 
 bool sameVariants( const ChipVariants& left, const ChipVariants& right ) {
@@ -50,28 +87,14 @@ std::string_view tableNamed( std::string_view name ) {
 std::string ChipVariants::text() const { return any ? "any" : rangesOf( variants ); }
 
 std::optional<ChipVariants> variantsOn( std::string_view table, U32 chip ) {
-   const auto first = Hardware::pairInfo( table, chip, 0 );
-   if( first && !first->hasVariants ) {
-      return ChipVariants{ chip, { 0 }, true };
-   }
-   ChipVariants found{ chip, {}, false };
-   for( unsigned variant = 0; variant < 256; ++variant ) {
-      if( Hardware::pairInfo( table, chip, static_cast<U8>( variant ) ) ) {
-         found.variants.push_back( variant );
-      }
-   }
-   return found.variants.empty() ? std::nullopt : std::optional( std::move( found ) );
+   const auto& pairs = knownPairs( table );
+   const auto found = std::find_if( pairs.begin(), pairs.end(), [chip]( const ChipVariants& pair ) {
+      return pair.chip == chip;
+   } );
+   return found == pairs.end() ? std::nullopt : std::optional( *found );
 }
 
-std::vector<ChipVariants> pairsOf( std::string_view table ) {
-   std::vector<ChipVariants> pairs;
-   for( const Chip& chip : allChips() ) {
-      if( auto variants = variantsOn( table, chip.number ) ) {
-         pairs.push_back( std::move( *variants ) );
-      }
-   }
-   return pairs;
-}
+std::vector<ChipVariants> pairsOf( std::string_view table ) { return knownPairs( table ); }
 
 std::vector<ChipVariants> pairsWithField( std::string_view table, U32 identifier ) {
    std::vector<ChipVariants> pairs = pairsOf( table );
