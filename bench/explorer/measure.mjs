@@ -2,11 +2,13 @@
 //
 //    scripts/make/explorer.sh && node bench/explorer/measure.mjs [start] [keystrokes] [dump]
 //
+// EVERY=10 measures keystrokes on every tenth pair.
+//
 // Times are milliseconds of this machine. Beside those that a page sees, which grow with whatever
 // else runs here, stands the processor time that Linux counts for the browser.
 import { execFileSync } from "node:child_process";
 import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { loadavg, tmpdir } from "node:os";
 import { join } from "node:path";
 import { openBrowser, openPage, pageUrl, ready, vorn } from "../../web/tests/browser.mjs";
 
@@ -87,23 +89,22 @@ async function measureStart(browser) {
 
 // ---- keystrokes
 
-// On the page: does as a person types, `count` times, and returns how long each keystroke takes
-// from before it is made to the end of the frame that shows it.
-async function type({ kind, digits, count }) {
+// Puts on the page what a person does who types: `prepare` selects what the keystroke replaces, which
+// has a frame of its own. `press` returns how long the page works on the keystroke, which is what is
+// done at once and the frame that shows it, and how long all lasts with the wait for the screen's turn.
+function install() {
    const image = document.getElementById("image");
    const shown = () =>
       new Promise((resolve) => {
          requestAnimationFrame(() => {
+            const begin = performance.now();
             const { port1, port2 } = new MessageChannel();
-            port1.onmessage = resolve; // comes after the frame is drawn
+            port1.onmessage = () => resolve(begin); // comes after the frame is drawn
             port2.postMessage(null);
          });
       });
-   const times = [];
-   image.focus();
-   await shown();
-   for (let i = 0; i < count; ++i) {
-      // A selection has its own frame, which isn't the keystroke's.
+   window.prepare = async (kind, digits, i) => {
+      image.focus();
       if (kind === "a digit") {
          image.setSelectionRange((7 * i) % digits, ((7 * i) % digits) + 1);
       } else if (kind === "all digits") {
@@ -112,6 +113,9 @@ async function type({ kind, digits, count }) {
          image.setSelectionRange(digits, digits + 1);
       }
       await shown();
+      await shown();
+   };
+   window.press = async (kind, digits, i) => {
       const begin = performance.now();
       if (kind === "a digit") {
          document.execCommand("insertText", false, "369cf258be147ad0"[i % 16]);
@@ -122,10 +126,11 @@ async function type({ kind, digits, count }) {
       } else {
          document.execCommand("delete");
       }
-      await shown();
-      times.push(performance.now() - begin);
-   }
-   return times;
+      const done = performance.now();
+      const frame = await shown();
+      const end = performance.now();
+      return { work: done - begin + (end - frame), wall: end - begin };
+   };
 }
 
 // Opens a pair with an image, and waits until it is drawn.
@@ -137,43 +142,59 @@ async function open({ table, chip, variant, words }) {
 }
 
 async function measureKeystrokes(browser) {
+   const every = Number(process.env.EVERY ?? 1); // of so many pairs one
    const pairs = vorn(["tables", "--json"])
       .trimEnd()
       .split("\n")
       .map(JSON.parse)
       .flatMap(({ name, pairs: own }) =>
          own.map(({ chip, variant, words }) => ({ table: name, chip, variant: variant ?? 0, words })),
-      );
+      )
+      .filter((_, i) => i % every === 0);
    const page = await openPage(browser);
-   const renderers = (await processesOf(browser)).filter(({ type: kind }) => kind === "renderer");
-   const count = 4;
-   // One that makes the image too long is refused, and clears all values; the next takes it back.
+   const renderers = (await processesOf(browser)).filter(({ type }) => type === "renderer");
+   const client = await page.context().newCDPSession(page);
+   const evaluate = async (expression) => {
+      const options = { awaitPromise: true, returnByValue: true };
+      return (await client.send("Runtime.evaluate", { expression, ...options })).result.value;
+   };
+   await page.evaluate(install);
+   // One digit too many is refused and clears all values; the next keystroke takes it back.
    const results = { "a digit": [], "a digit too many": [], "all digits": [] };
    for (const pair of pairs) {
       await page.evaluate(open, pair);
+      const name = `${pair.table} ${pair.chip} ${pair.variant}`;
       for (const [kind, all] of Object.entries(results)) {
-         const before = renderers.map(({ id }) => timeOfPage(id));
-         const times = await page.evaluate(type, { kind, digits: 8 * pair.words, count });
-         const processor = renderers.map(({ id }, i) => timeOfPage(id) - before[i]);
-         all.push({
-            name: `${pair.table} ${pair.chip} ${pair.variant}`,
-            time: medianOf(times),
-            processor: Math.max(...processor) / count,
-         });
+         const own = { name, processor: [], work: [], wall: [] };
+         for (let i = 0; i < 4; ++i) {
+            const given = `(${JSON.stringify(kind)}, ${8 * pair.words}, ${i})`;
+            await evaluate(`prepare${given}`);
+            const before = renderers.map(({ id }) => timeOfPage(id));
+            const { work, wall } = await evaluate(`press${given}`);
+            own.work.push(work);
+            own.wall.push(wall);
+            own.processor.push(Math.max(...renderers.map(({ id }, j) => timeOfPage(id) - before[j])));
+         }
+         all.push(own);
       }
    }
    for (const [kind, all] of Object.entries(results)) {
       const figures = (key) => {
-         const times = sorted(all.map((result) => result[key]));
-         const slowest = all.find((result) => result[key] === times.at(-1));
+         const ofPairs = all.map((one) => ({ name: one.name, time: medianOf(one[key]) }));
+         const times = sorted(ofPairs.map(({ time }) => time));
+         const slowest = ofPairs.find(({ time }) => time === times.at(-1));
+         const single = all.flatMap((one) => one[key]);
+         const over = (some) => some.filter((time) => time > frame).length;
          return (
-            `median ${shown(times[times.length >> 1])}, slowest ${shown(times.at(-1))} ` +
-            `(${slowest.name}), ${times.filter((time) => time > frame).length} over ${frame}`
+            `median ${shown(medianOf(times))}, slowest pair ${shown(times.at(-1))} (${slowest.name}), ` +
+            `${over(times)} pairs over ${frame}; of ${single.length} keystrokes the slowest ` +
+            `${shown(Math.max(...single))}, ${over(single)} over ${frame}`
          );
       };
       console.log(`keystroke, ${kind}, on ${all.length} pairs`);
-      console.log(`   from the event to the frame's end: ${figures("time")}`);
       console.log(`   processor time of the page, with all beside it: ${figures("processor")}`);
+      console.log(`   the page's work by the clock, event and frame: ${figures("work")}`);
+      console.log(`   with the wait for the screen: ${figures("wall")}`);
    }
    await page.context().close();
 }
@@ -236,6 +257,9 @@ function hexdumpOf(bytes) {
    return `${lines.join("\n")}\n${bytes.length.toString(16).padStart(8, "0")}\n`;
 }
 
+const sayLoad = () => console.log(`load of the machine: ${loadavg().map(shown).join(", ")}`);
+
+sayLoad();
 // A frame is drawn as soon as there is something to draw: no time is spent waiting for a screen.
 const browser = await openBrowser(["--disable-frame-rate-limit", "--disable-gpu-vsync"]);
 if (isAsked("start")) {
@@ -248,3 +272,4 @@ if (isAsked("dump")) {
    await measureDump(browser);
 }
 await browser.close();
+sayLoad();
