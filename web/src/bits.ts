@@ -19,7 +19,8 @@ const inks = ["is-set", "is-clear", "is-unused"] as const;
 type Ink = (typeof inks)[number];
 
 // The digits of a word are a text for each ink, which lies over the bits: a few long texts are drawn
-// in a frame, hundreds of single digits are not. A bit has its own digit too, which is not drawn.
+// in a frame, hundreds of single digits are not. A bit has its own digit too, which is not drawn but
+// the end of its name.
 interface Word {
    bits: number[]; // as they lie on the page
    texts: Record<Ink, Text>;
@@ -28,7 +29,6 @@ interface Word {
 interface Bit {
    element: HTMLElement;
    digit: Text;
-   name: string;
    isUnused: boolean;
 }
 
@@ -67,6 +67,7 @@ export class BitGrid {
          const isTag = fields.some((place) => description.fields[place].readOnly);
          const names = fields.map((place) => description.fields[place].name).join(", ");
          const name = `bit ${number} of ${names || "no field"}`;
+         const id = `bit-${number}`;
          const digit = new Text();
          const element = make(
             "span",
@@ -76,11 +77,13 @@ export class BitGrid {
                tabindex: number === 0 ? "0" : "-1",
                "data-bit": String(number),
                title: name,
-               "aria-label": `${name}: no value`,
+               id,
+               "aria-label": `${name}:`,
+               "aria-labelledby": `${id} ${id}-value`,
             },
-            make("span", { hidden: "" }, digit),
+            make("span", { hidden: "", id: `${id}-value` }, digit),
          );
-         return { element, digit, name, isUnused: narrowest === null };
+         return { element, digit, isUnused: narrowest === null };
       });
       this.turn(order);
    }
@@ -120,11 +123,7 @@ export class BitGrid {
       const values = view?.bits ?? "";
       for (const word of this.words) {
          const changed = word.bits.filter((bit) => values[bit] !== this.shown[bit]);
-         for (const bit of changed) {
-            const { element, digit, name } = this.bits[bit];
-            digit.data = values[bit] ?? "";
-            element.setAttribute("aria-label", `${name}: ${digit.data || "no value"}`);
-         }
+         changed.forEach((bit) => (this.bits[bit].digit.data = values[bit] ?? ""));
          if (changed.length > 0) {
             this.write(word, values);
          }
