@@ -5,6 +5,7 @@ import { byId, fillSelect, make, setText } from "./dom";
 export interface FieldEvents {
    changed(field: Field, text: string): string; // the reason where the value is refused
    committed(): void;
+   takenBack(): void; // what was refused
    notationChosen(field: Field, notation: string): void;
    looked(field: number | null): void; // at the field of that place, or at none
 }
@@ -16,8 +17,11 @@ interface Row {
    notation: HTMLSelectElement;
    refusal: HTMLElement;
    isTyped: boolean; // shows what is being typed rather than the entry's value
+   isRefused: boolean;
    isZero: boolean;
 }
+
+const untouched = { isTyped: false, isRefused: false, isZero: false };
 
 // As many names as stand beside a field that shares bits with many.
 const mostShared = 3;
@@ -43,6 +47,7 @@ export class FieldList {
             row.value.disabled = view === null;
          }
          if (!row.isTyped || row.value !== document.activeElement) {
+            this.refuse(row, "");
             this.settle(row, place);
          }
       });
@@ -107,9 +112,13 @@ export class FieldList {
             refusal,
          ),
       );
-      const row = { field, element, value, notation, refusal, isTyped: false, isZero: false };
+      const row = { field, element, value, notation, refusal, ...untouched };
       value.addEventListener("input", () => this.typed(row));
-      value.addEventListener("change", () => this.leave(row, place));
+      value.addEventListener("change", () => {
+         if (!row.isRefused) {
+            this.leave(row, place);
+         }
+      });
       value.addEventListener("blur", () => this.leave(row, place));
       value.addEventListener("keydown", (event) => this.key(event, row, place));
       notation.addEventListener("change", () => this.events.notationChosen(field, notation.value));
@@ -122,10 +131,21 @@ export class FieldList {
 
    private typed(row: Row): void {
       row.isTyped = true;
-      const refusal = this.events.changed(row.field, row.value.value);
-      row.value.setAttribute("aria-invalid", String(refusal !== ""));
-      setText(row.refusal, refusal);
-      row.refusal.hidden = refusal === "";
+      this.refuse(row, this.events.changed(row.field, row.value.value));
+      if (row.isRefused) {
+         row.value.setAttribute("aria-invalid", "true");
+      } else {
+         row.value.removeAttribute("aria-invalid");
+      }
+   }
+
+   // The reason stays until something else is done.
+   private refuse(row: Row, reason: string): void {
+      if (row.isRefused || reason !== "") {
+         row.isRefused = reason !== "";
+         setText(row.refusal, reason);
+         row.refusal.hidden = !row.isRefused;
+      }
    }
 
    // A value that is refused goes; what is accepted is written as the notation has it.
@@ -140,7 +160,6 @@ export class FieldList {
       if (row.isTyped) {
          row.isTyped = false;
          row.value.removeAttribute("aria-invalid");
-         row.refusal.hidden = true;
       }
       const value = this.view?.values[place] ?? "";
       if (row.value.value !== value) {
@@ -162,6 +181,10 @@ export class FieldList {
          next?.value.select();
       } else if (event.key === "Escape") {
          this.leave(row, place);
+         if (row.isRefused) {
+            this.refuse(row, "");
+            this.events.takenBack();
+         }
          row.value.select();
       }
    }

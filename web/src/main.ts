@@ -10,7 +10,7 @@ import { FieldList } from "./fields";
 import { PairSelects } from "./pairs";
 import { SearchBox } from "./search";
 import type { Destination } from "./search";
-import { blankState, fragmentOf, loadPreferences, savePreferences, stateOf } from "./state";
+import { blankState, flawOf, fragmentOf, loadPreferences, savePreferences, stateOf } from "./state";
 import type { State } from "./state";
 
 // Texts beyond this are dumps, which a text area would only show slowly.
@@ -25,6 +25,7 @@ class Explorer {
    private description!: Description;
    private notations: string[] = []; // of its fields
    private view: View | null = null;
+   private message = ""; // on the entry, beside those on what is done to it
    private readonly fields: FieldList;
    private readonly bits: BitGrid;
    private readonly entries: EntryList;
@@ -49,6 +50,7 @@ class Explorer {
       this.fields = new FieldList({
          changed: (field, text) => this.change("set", { field: field.name, text }),
          committed: () => this.remember(),
+         takenBack: () => this.showMessage(this.message),
          notationChosen: (field, notation) => this.chooseNotation(field, notation),
          looked: (place) => this.light(place === null ? [] : [place]),
       });
@@ -64,7 +66,7 @@ class Explorer {
       new SearchBox(engine, (destination) => this.go(destination));
       this.fillChoices(catalogue.notations);
       this.listen();
-      this.apply(stateOf(location.hash));
+      this.follow(location.hash);
    }
 
    // ---- the pair
@@ -135,7 +137,7 @@ class Explorer {
    private loadEntries(count: number): void {
       this.entries.load(
          { count, otherCount: 0, changed: 0, message: "" },
-         { own: "the images above" },
+         { own: "the pasted images" },
       );
    }
 
@@ -148,18 +150,20 @@ class Explorer {
       this.view = view;
       this.fields.show(view);
       this.bits.show(view);
-      this.showMessage(message, view === null);
+      this.message = message;
+      this.showMessage(message);
+      setText(byId("status"), "");
       const owner = byId("variant-of-tag");
       owner.hidden = view?.variantOfTag === undefined;
       setText(owner, `Show as variant ${view?.variantOfTag}`);
       this.comparison.show(view);
    }
 
-   private showMessage(message: string, isError: boolean): void {
+   private showMessage(message: string, isError = this.view === null): void {
       const element = byId("message");
       setText(element, message);
       element.classList.toggle("is-error", isError);
-      this.image.setAttribute("aria-invalid", String(isError));
+      this.image.setAttribute("aria-invalid", String(this.view === null));
    }
 
    // Does what changes the image; returns the reason where it is refused.
@@ -172,8 +176,7 @@ class Explorer {
          view = this.engine.ask(name, { ...question, notations: this.notations });
       });
       if (!view) {
-         this.showMessage(refusal, false);
-         byId("message").classList.add("is-error");
+         this.showMessage(refusal, true);
          return refusal;
       }
       this.isTextList = false; // the text area gets an image of its own, the entries stay
@@ -211,7 +214,7 @@ class Explorer {
       this.chooseNotations();
       this.fields.setNotations(this.notations);
       if (this.view) {
-         this.refresh(byId("message").textContent ?? "");
+         this.refresh(this.message);
       }
    }
 
@@ -274,7 +277,8 @@ class Explorer {
          this.isTextList = false;
          this.pick(0);
       }
-      this.showMessage(facts.message, false);
+      this.message = facts.message;
+      this.showMessage(facts.message);
    }
 
    private unload(otherOnly: boolean): void {
@@ -337,6 +341,14 @@ class Explorer {
       this.isTyping = isTyping;
    }
 
+   private follow(fragment: string): void {
+      this.apply(stateOf(fragment));
+      const flaw = flawOf(fragment);
+      if (flaw !== "" && byId("message").textContent === "") {
+         this.showMessage(flaw, true);
+      }
+   }
+
    private apply(state: State): void {
       const pair = {
          ...this.pairs.completed(state.table, state.chip),
@@ -350,6 +362,7 @@ class Explorer {
          if (!this.description) {
             this.apply(blankState);
          }
+         this.fragment = location.hash;
          this.showMessage(refusal, true);
          return;
       }
@@ -453,7 +466,7 @@ class Explorer {
       }
       byId("picture-details").addEventListener("toggle", () => this.draw());
       byId("save-picture").addEventListener("click", () => this.savePicture());
-      window.addEventListener("popstate", () => this.apply(stateOf(location.hash)));
+      window.addEventListener("popstate", () => this.follow(location.hash));
    }
 
    private listenToDumps(): void {
@@ -472,14 +485,20 @@ class Explorer {
       }
       byId("close-dump").addEventListener("click", () => this.unload(false));
       byId("close-other").addEventListener("click", () => this.unload(true));
+      // A text that is dragged goes where it is dropped.
+      const hasFile = ({ dataTransfer }: DragEvent) => dataTransfer?.types.includes("Files");
       window.addEventListener("dragover", (event) => {
-         event.preventDefault();
-         document.body.classList.add("is-dropping");
+         if (hasFile(event)) {
+            event.preventDefault();
+            document.body.classList.add("is-dropping");
+         }
       });
       window.addEventListener("dragleave", () => document.body.classList.remove("is-dropping"));
       window.addEventListener("drop", (event) => {
-         event.preventDefault();
          document.body.classList.remove("is-dropping");
+         if (hasFile(event)) {
+            event.preventDefault();
+         }
          const file = event.dataTransfer?.files[0];
          if (file) {
             void this.load(file, this.entries.count > 0);

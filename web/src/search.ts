@@ -28,8 +28,8 @@ export class SearchBox {
       this.input.addEventListener("focus", () => this.find());
       this.input.addEventListener("keydown", (event) => this.key(event));
       this.input.addEventListener("blur", () => this.close());
-      this.list.addEventListener("pointerdown", (event) => {
-         event.preventDefault(); // the focus stays where it is until the click
+      this.list.addEventListener("mousedown", (event) => event.preventDefault()); // keeps the focus
+      this.list.addEventListener("click", (event) => {
          const item = (event.target as HTMLElement).closest<HTMLElement>("[data-result]");
          if (item) {
             this.active = Number(item.dataset.result);

@@ -23,13 +23,23 @@ export const blankState: State = {
 
 const keys = Object.keys(blankState) as (keyof State)[];
 
+const givenIn = (fragment: string) => new URLSearchParams(fragment.replace(/^#/, ""));
+
 export function stateOf(fragment: string): State {
-   const given = new URLSearchParams(fragment.replace(/^#/, ""));
+   const given = givenIn(fragment);
    const state = { ...blankState };
    for (const key of keys) {
       state[key] = given.get(key) ?? "";
    }
    return state;
+}
+
+// What is wrong with a fragment whatever the pair, or nothing.
+export function flawOf(fragment: string): string {
+   const unknown = [...givenIn(fragment).keys()].find((key) => !keys.some((own) => own === key));
+   return unknown === undefined
+      ? ""
+      : `a link has no "${unknown}"; it has ${keys.join(", ")}`;
 }
 
 export function fragmentOf(state: State): string {

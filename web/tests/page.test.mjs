@@ -122,6 +122,20 @@ test("a value changes the image at once, a refused one changes nothing", () =>
       }
       await valueOf(page, "vsi").press("Escape");
       assert.equal(await valueOf(page, "vsi").inputValue(), "0x7d1");
+      assert.equal(await messageOn(page), "");
+      assert.ok(await row(page, "vsi").locator(".refusal").isHidden());
+      // Enter leaves what is refused to be put right; elsewhere the reason stays with the old value.
+      await valueOf(page, "vsi").fill("20o1");
+      await valueOf(page, "vsi").press("Enter");
+      assert.equal(await valueOf(page, "vsi").inputValue(), "20o1");
+      await valueOf(page, "vsi").press("Tab");
+      assert.equal(await valueOf(page, "vsi").inputValue(), "0x7d1");
+      assert.equal(await valueOf(page, "vsi").getAttribute("aria-invalid"), null);
+      assert.match(await row(page, "vsi").locator(".refusal").textContent(), /^bad value "20o1"/);
+      assert.ok(await row(page, "vsi").locator(".refusal").isVisible());
+      await page.click('[data-bit="16"]');
+      assert.ok(await row(page, "vsi").locator(".refusal").isHidden());
+      assert.equal(await messageOn(page), "");
       await valueOf(page, "vsi").fill("mask");
       await valueOf(page, "vsi").press("Tab");
       assert.equal(await valueOf(page, "vsi").inputValue(), "0x7fff");
@@ -166,6 +180,7 @@ test("a bit is flipped by a click, and lights its field", () =>
       await page.click('[data-bit="1"]');
       assert.equal(await valueOf(page, "vsi").inputValue(), "0x1");
       assert.equal(await page.textContent('[data-bit="1"]'), "1");
+      assert.equal(await page.getByRole("button", { name: "bit 1 of mdbEntry, vsi: 1" }).count(), 1);
       assert.match(await row(page, "vsi").getAttribute("class"), /is-lit/);
       await valueOf(page, "propagationProf").focus();
       await page.mouse.move(0, 0);
@@ -241,6 +256,15 @@ test("the link has what is shown, back and forward go through it", () =>
       await page.evaluate(() => (location.hash = "#table=LifTabel&chip=10"));
       await page.waitForFunction(() => document.getElementById("message").textContent !== "");
       assert.equal(await messageOn(page), 'unknown table "LifTabel"; did you mean LifTable?');
+      // The link is that of what is shown, whatever led there.
+      await page.click("[data-copy=link]");
+      assert.equal(new URL(page.url()).hash, `${lif}&image=${await imageOn(page)}`);
+      await page.evaluate(() => (location.hash = "#tabel=LifTable&chip=10"));
+      await page.waitForFunction(() => document.getElementById("message").textContent !== "");
+      assert.equal(
+         await messageOn(page),
+         'a link has no "tabel"; it has table, chip, variant, image, entry, array, identifier',
+      );
    }));
 
 test("layouts and images are compared", () =>
@@ -294,6 +318,14 @@ test("the search finds fields, tables and addresses, by the keys alone", () =>
       assert.match(await page.textContent("#results"), /did you mean vlanDomain\?/);
       await page.keyboard.press("Escape");
       assert.ok(await page.isHidden("#results"));
+      // A press may begin a scroll: only the click takes a result.
+      await page.fill("#search", "vlanDomain");
+      await page.hover("#results [data-result]");
+      await page.mouse.down();
+      assert.equal(await page.inputValue("#table"), "LifTable");
+      assert.ok(await page.isVisible("#results"));
+      await page.mouse.up();
+      assert.equal(await page.inputValue("#table"), "EgressPerPortTable");
    }));
 
 test("bits and fields are reached by the keys", () =>
@@ -424,6 +456,28 @@ test("a dump has a list to pick from, and a second one is compared with it", () 
       assert.match(await page.textContent('#diff-values [data-diff="vsi"]'), /0x40x7$/);
       await page.click("#close-dump");
       assert.ok(await page.isHidden("#dump"));
+   }));
+
+test("a text that is dragged is left to the browser", () =>
+   on({ fragment: lif }, async (page) => {
+      const isTaken = (type, hasFile) =>
+         page.evaluate(
+            ([eventType, withFile]) => {
+               const dataTransfer = new DataTransfer();
+               if (withFile) {
+                  dataTransfer.items.add(new File(["00"], "a.txt"));
+               } else {
+                  dataTransfer.items.add("00", "text/plain");
+               }
+               const options = { bubbles: true, cancelable: true, dataTransfer };
+               return !document.body.dispatchEvent(new DragEvent(eventType, options));
+            },
+            [type, hasFile],
+         );
+      for (const type of ["dragover", "drop"]) {
+         assert.equal(await isTaken(type, false), false);
+         assert.equal(await isTaken(type, true), true);
+      }
    }));
 
 test("a large dump keeps only the entries in sight on the page", () =>
