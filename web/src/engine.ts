@@ -180,9 +180,14 @@ export function refusalOf(action: () => void): string {
       action();
       return "";
    } catch (error) {
-      if (error instanceof Refusal) {
-         return error.message;
-      }
-      throw error;
+      return reasonOf(error);
    }
+}
+
+// What a Refusal says; other errors go on.
+export function reasonOf(error: unknown): string {
+   if (error instanceof Refusal) {
+      return error.message;
+   }
+   throw error;
 }

@@ -122,7 +122,10 @@ export class FieldList {
       value.addEventListener("blur", () => this.leave(row, place));
       value.addEventListener("keydown", (event) => this.key(event, row, place));
       notation.addEventListener("change", () => this.events.notationChosen(field, notation.value));
-      element.addEventListener("pointerenter", () => this.events.looked(place));
+      element.addEventListener("pointerenter", () => {
+         value.title = value.value; // which may be wider than its input
+         this.events.looked(place);
+      });
       element.addEventListener("pointerleave", () => this.events.looked(null));
       element.addEventListener("focusin", () => this.events.looked(place));
       element.addEventListener("focusout", () => this.events.looked(null));

@@ -3,11 +3,12 @@ import { Address } from "./address";
 import { BitGrid } from "./bits";
 import { Comparison } from "./comparison";
 import { byId, fillSelect, make, setText } from "./dom";
-import { Engine, Refusal, refusalOf } from "./engine";
+import { Engine, reasonOf, Refusal, refusalOf } from "./engine";
 import type { Answers, Description, DumpFacts, Field, View } from "./engine";
 import { EntryList } from "./entries";
 import { FieldList } from "./fields";
 import { PairSelects } from "./pairs";
+import { plainBytesOf } from "./plain";
 import { SearchBox } from "./search";
 import type { Destination } from "./search";
 import { blankState, flawOf, fragmentOf, loadPreferences, savePreferences, stateOf } from "./state";
@@ -260,7 +261,11 @@ class Explorer {
    }
 
    private async load(file: File, isOther: boolean): Promise<void> {
-      this.loadBytes(file.name, new Uint8Array(await file.arrayBuffer()), isOther);
+      try {
+         this.loadBytes(file.name, await plainBytesOf(file), isOther);
+      } catch (error) {
+         this.showMessage(reasonOf(error), true);
+      }
    }
 
    private loadBytes(name: string, bytes: Uint8Array | string, isOther: boolean): void {

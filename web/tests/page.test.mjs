@@ -3,6 +3,7 @@ import assert from "node:assert/strict";
 import { createServer } from "node:http";
 import { readFile } from "node:fs/promises";
 import { after, before, test } from "node:test";
+import { gzipSync } from "node:zlib";
 import {
    bitsOf,
    classes,
@@ -145,6 +146,12 @@ test("a tag is read-only, and shared bits are shown to be so", () =>
    on({ fragment: lif }, async (page) => {
       assert.equal(await valueOf(page, "resultType").getAttribute("readonly"), "");
       assert.match(await row(page, "resultType").textContent(), /tag, read-only/);
+      // It alone looks so, also where an image that is refused leaves no values.
+      const border = (name) =>
+         valueOf(page, name).evaluate((input) => getComputedStyle(input).borderTopStyle);
+      await page.fill("#image", "0");
+      assert.deepEqual([await border("resultType"), await border("vsi")], ["dashed", "solid"]);
+      await page.fill("#image", "");
       assert.match(await row(page, "vsi").textContent(), /shares bits with mdbEntry/);
       // A field over the tag can't change it.
       await valueOf(page, "mdbEntry").fill("0");
@@ -456,6 +463,21 @@ test("a dump has a list to pick from, and a second one is compared with it", () 
       assert.match(await page.textContent('#diff-values [data-diff="vsi"]'), /0x40x7$/);
       await page.click("#close-dump");
       assert.ok(await page.isHidden("#dump"));
+   }));
+
+test("a compressed dump is decompressed, or refused", () =>
+   on({ fragment: lif }, async (page) => {
+      const open = (name, buffer) =>
+         page.setInputFiles("#dump-file", { name, mimeType: "", buffer: Buffer.from(buffer) });
+      const packed = gzipSync(`${lifImage()}\n${lifImage()}\n`);
+      await open("two.gz", packed);
+      await page.waitForSelector("#dump:not([hidden])");
+      assert.equal(await page.textContent("#dump-facts"), "two.gz: 2 entries");
+      assert.equal(await valueOf(page, "vsi").inputValue(), "0x7d0");
+      await open("cut.gz", packed.subarray(0, -9));
+      await page.waitForFunction(() => document.getElementById("message").textContent !== "");
+      assert.equal(await messageOn(page), "cut.gz: the gzip data is damaged or cut off");
+      assert.equal(await page.textContent("#dump-facts"), "two.gz: 2 entries");
    }));
 
 test("a text that is dragged is left to the browser", () =>
