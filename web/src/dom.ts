@@ -24,6 +24,12 @@ export function make<Tag extends keyof HTMLElementTagNameMap>(
    return element;
 }
 
+// A name that may be broken between its words.
+export function breakable(name: string): Child[] {
+   const words = name.split(/(?<=_)|(?=[A-Z][a-z])/);
+   return words.flatMap((word, i) => (i === 0 ? [word] : [make("wbr"), word]));
+}
+
 // The options of a select, each a value and its text.
 export function fillSelect(select: HTMLSelectElement, options: [string, string][]): void {
    select.replaceChildren(...options.map(([value, text]) => new Option(text, value)));

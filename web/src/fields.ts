@@ -1,6 +1,6 @@
 // The fields of the entry: a row each, whose value can be changed.
 import type { Description, Field, View } from "./engine";
-import { byId, fillSelect, make, setText } from "./dom";
+import { breakable, byId, fillSelect, make, setText } from "./dom";
 
 export interface FieldEvents {
    changed(field: Field, text: string): string; // the reason where the value is refused
@@ -99,8 +99,8 @@ export class FieldList {
          make(
             "th",
             { scope: "row", class: "name" },
-            field.name,
-            make("small", { class: "hardware-name" }, field.hardwareName),
+            ...breakable(field.name),
+            make("small", { class: "hardware-name" }, ...breakable(field.hardwareName)),
             ...sharedNote(field),
          ),
          make("td", { class: "type" }, field.type),

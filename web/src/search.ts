@@ -37,7 +37,7 @@ export class SearchBox {
          }
       });
       document.addEventListener("keydown", (event) => {
-         const isTyping = (event.target as HTMLElement).closest?.("input, textarea, select");
+         const isTyping = (event.target as HTMLElement).closest?.("input, textarea");
          if (event.key === "/" && !isTyping && !event.ctrlKey && !event.metaKey && !event.altKey) {
             event.preventDefault();
             this.input.focus();
@@ -71,20 +71,20 @@ export class SearchBox {
    }
 
    private resultsOf(found: Found): Result[] {
-      return [
-         ...found.places.map((place) => ({
-            destination: {
-               table: place.table,
-               chip: place.chip,
-               variant: place.variant,
-               place: { entry: place.entry, array: place.array, identifier: place.identifier },
-            },
-            kind: "address",
-            name: `entry ${place.entry} of ${place.table}`,
-            detail:
-               `${place.pairs}; array ${place.array}, identifier ${place.identifier}, ` +
-               `block ${place.destBlock}${place.isUnbounded ? "; no size is stated" : ""}`,
-         })),
+      const places = found.places.map((place) => ({
+         destination: {
+            table: place.table,
+            chip: place.chip,
+            variant: place.variant,
+            place: { entry: place.entry, array: place.array, identifier: place.identifier },
+         },
+         kind: "address",
+         name: `entry ${place.entry} of ${place.table}`,
+         detail:
+            `${place.pairs}; array ${place.array}, identifier ${place.identifier}, ` +
+            `block ${place.destBlock}${place.isUnbounded ? "; no size is stated" : ""}`,
+      }));
+      const named = [
          ...found.tables.map((table) => ({
             destination: table,
             kind: "table",
@@ -98,6 +98,9 @@ export class SearchBox {
             detail: `${field.hardwareName}, ${field.identifier}; ${field.pairs}`,
          })),
       ];
+      // Identifiers are written in decimal, addresses rather not.
+      const isDecimal = /^\d+$/.test(this.input.value.trim());
+      return isDecimal ? [...named, ...places] : [...places, ...named];
    }
 
    private key(event: KeyboardEvent): void {

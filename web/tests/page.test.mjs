@@ -316,11 +316,14 @@ test("the search finds fields, tables and addresses, by the keys alone", () =>
          "vlanDomain",
       );
       await page.locator("#table").focus();
-      await page.fill("#search", "0x1001");
+      await find("0x1001");
       await page.keyboard.press("Enter");
       assert.equal(await page.inputValue("#table"), "LifTable");
       assert.equal(await page.inputValue("#entry"), "4097");
       assert.equal(await page.textContent("#address strong"), "0x1001");
+      await page.fill("#search", "364");
+      assert.match(await page.textContent("#results [aria-selected=true]"), /vsi in LifTable/);
+      assert.match(await page.textContent("#results"), /entry 364 of LifTable/);
       await page.fill("#search", "vlanDomian");
       assert.match(await page.textContent("#results"), /did you mean vlanDomain\?/);
       await page.keyboard.press("Escape");
