@@ -18,13 +18,16 @@ export async function plainBytesOf(file: File): Promise<Uint8Array> {
       decompression = new DecompressionStream(format as CompressionFormat);
    } catch {
       throw new Refusal(
-         `${file.name}: is compressed with ${format}, which this browser can't read; decompress it first`,
+         `${file.name}: is compressed with ${format}, which this browser can't read; ` +
+            "decompress it first",
       );
    }
    try {
       const plain = file.stream().pipeThrough(decompression);
       return new Uint8Array(await new Response(plain).arrayBuffer());
    } catch {
-      throw new Refusal(`${file.name}: the ${format} data is damaged or cut off`);
+      throw new Refusal(
+         `${file.name}: the ${format} data is damaged, cut off or of several files in one`,
+      );
    }
 }
