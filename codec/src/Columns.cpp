@@ -4,6 +4,7 @@
 
 #include <Vorn/Bits.h>
 #include <Vorn/Error.h>
+#include <Vorn/Text.h>
 
 #include <algorithm>
 #include <optional>
@@ -49,10 +50,6 @@ struct Shared {
    U32 width;
    U64 tag;
 };
-
-std::string countOf( std::size_t count, const char* what ) {
-   return std::to_string( count ) + ' ' + what + ( count == 1 ? "" : "s" );
-}
 
 } // namespace
 

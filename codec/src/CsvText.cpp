@@ -56,8 +56,7 @@ std::vector<Piece> cellsOf( std::string_view line ) {
 
 void requireCells( const std::vector<Piece>& cells, std::size_t count ) {
    if( cells.size() != count ) {
-      throw BadText( cells.front().at, "the row has " + std::to_string( cells.size() ) +
-                                          ( cells.size() == 1 ? " cell" : " cells" ) +
+      throw BadText( cells.front().at, "the row has " + countOf( cells.size(), "cell" ) +
                                           ", the header " + std::to_string( count ) );
    }
 }

@@ -31,10 +31,6 @@ bool isZero( std::span<const U8> image ) {
    return std::all_of( image.begin(), image.end(), []( U8 byte ) { return byte == 0; } );
 }
 
-std::string bytesText( std::size_t count ) {
-   return std::to_string( count ) + ( count == 1 ? " byte" : " bytes" );
-}
-
 std::size_t neededBy( const Layout& layout ) {
    std::size_t end = 0;
    for( const Field& field : layout.fields() ) {
@@ -291,14 +287,14 @@ DumpReader::State::State( DumpOptions given ) : options_( std::move( given ) ) {
    if( !options_.table.empty() && options_.chip ) {
       own_ = &candidatesOf( {} );
       if( options_.stride > 0 && options_.stride < entryBytes( *own_ ) ) {
-         throw Error( "a stride of " + bytesText( options_.stride ) +
+         throw Error( "a stride of " + countOf( options_.stride, "byte" ) +
                       " is too short; an entry of " + own_->layouts.front().pairText() + " has " +
                       std::to_string( own_->layouts.front().bytes() ) );
       }
    }
    if( options_.stride > longestStride ) {
-      throw Error( "a stride of " + bytesText( options_.stride ) + " is too long; it is at most " +
-                   std::to_string( longestStride ) );
+      throw Error( "a stride of " + countOf( options_.stride, "byte" ) +
+                   " is too long; it is at most " + std::to_string( longestStride ) );
    }
 }
 
@@ -440,15 +436,15 @@ Candidates& DumpReader::State::candidatesAt( U64 address, const Image& image ) {
          Candidates& all = candidatesOf( image );
          const Layout& first = all.layouts.front();
          first.requireFields( image.bytes );
-         throw BadText( image.at,
-                        isThere
-                           ? "the image has " + bytesText( image.bytes.size() ) + "; an entry of " +
-                                first.pairText() + " has " + std::to_string( first.bytes() )
-                           : "no entry of " + first.pairText() + " lies at " + hexOf( address ) );
+         throw BadText(
+            image.at,
+            isThere ? "the image has " + countOf( image.bytes.size(), "byte" ) + "; an entry of " +
+                         first.pairText() + " has " + std::to_string( first.bytes() )
+                    : "no entry of " + first.pairText() + " lies at " + hexOf( address ) );
       }
       if( isThere ) {
          throw BadText( image.at, "no entry at " + hexOf( address ) + " on " + chip.name + " has " +
-                                     bytesText( image.bytes.size() ) );
+                                     countOf( image.bytes.size(), "byte" ) );
       }
       locate( chip, static_cast<U32>( address ) ); // ends with the nearest ones
    }
@@ -506,7 +502,7 @@ void DumpReader::State::settle( Candidates& candidates, bool mayBeEmpty ) {
    }
    if( !candidates.isLength( image_.bytes.size() ) ) {
       const Layout& first = candidates.layouts.front();
-      throw BadText( image_.at, "the image has " + bytesText( image_.bytes.size() ) +
+      throw BadText( image_.at, "the image has " + countOf( image_.bytes.size(), "byte" ) +
                                    "; the fields of " + first.pairText() + " need " +
                                    std::to_string( candidates.needed.front() ) +
                                    ", a whole entry has " + std::to_string( first.bytes() ) +
@@ -893,9 +889,8 @@ bool DumpReader::State::feed() {
 
 // Takes hexadecimal digits wherever they stand.
 void DumpReader::State::feedDigits( std::string_view text ) {
-   constexpr std::string_view mark = "\xef\xbb\xbf";
-   if( line_ == 1 && column_ == 0 && text.starts_with( mark ) ) {
-      text.remove_prefix( mark.size() );
+   if( line_ == 1 && column_ == 0 ) {
+      text = withoutMark( text );
    }
    for( const char c : text ) {
       ++column_;
@@ -1026,9 +1021,9 @@ bool DumpReader::State::finishBlock() {
       return true;
    }
    const std::size_t bytes = own_->layouts.front().bytes();
-   throw Error( name, bytesText( left ) + ( left == 1 ? " is" : " are" ) + " left over after " +
-                         std::to_string( count_ ) + ( count_ == 1 ? " entry" : " entries" ) +
-                         " of " + own_->layouts.front().pairText() + ", which have " +
+   throw Error( name, countOf( left, "byte" ) + ( left == 1 ? " is" : " are" ) +
+                         " left over after " + countOf( count_, "entry", "entries" ) + " of " +
+                         own_->layouts.front().pairText() + ", which have " +
                          std::to_string( bytes ) +
                          " bytes each; --stride says where entries lie "
                          "further apart" );
@@ -1078,7 +1073,7 @@ void DumpReader::State::takeArguments( std::span<const std::string> arguments ) 
       try {
          const auto whole = imageOf( joined, options_.format ).bytes.size();
          if( own_->isLength( whole ) ) {
-            flaw_ = "may be one image of " + bytesText( whole ) + " or " +
+            flaw_ = "may be one image of " + countOf( whole, "byte" ) + " or " +
                     std::to_string( arguments.size() ) +
                     " images; write one image as one argument, in quotes, or pipe the lines "
                     "into -";

@@ -13,15 +13,8 @@ namespace Vorn {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-
 // How much of an endless line is examined.
 constexpr std::size_t longestLook = 1 << 16;
-
-bool isBlankLine( std::string_view line ) {
-   const auto begin = skipBlanks( line, 0 );
-   return begin == line.size() || line[begin] == '#';
-}
 
 } // namespace
 
@@ -102,8 +95,8 @@ std::string_view DumpInput::firstLine() {
       if( lineEnd == all.npos && line.size() < longestLook && all.size() < longest && readMore() ) {
          continue;
       }
-      if( at == 0 && line.starts_with( byteOrderMark ) ) {
-         line.remove_prefix( byteOrderMark.size() );
+      if( at == 0 ) {
+         line = withoutMark( line );
       }
       if( lineEnd == all.npos || !isBlankLine( line ) ) {
          return line;
@@ -138,8 +131,8 @@ bool DumpInput::next( std::string_view& line ) {
       if( !ByteLines::next( line_ ) ) {
          return false;
       }
-      if( std::exchange( isFirst_, false ) && line_.starts_with( byteOrderMark ) ) {
-         line_.remove_prefix( byteOrderMark.size() );
+      if( std::exchange( isFirst_, false ) ) {
+         line_ = withoutMark( line_ );
       }
       line_ = withoutComment( line_ );
    }

@@ -39,6 +39,12 @@ constexpr std::string_view firstPiece( std::string_view text ) {
    return text.substr( 0, end );
 }
 
+// The text without the byte order mark that a file may begin with.
+constexpr std::string_view withoutMark( std::string_view text ) {
+   constexpr std::string_view mark = "\xef\xbb\xbf";
+   return text.substr( text.starts_with( mark ) ? mark.size() : 0 );
+}
+
 // Calls take( piece, at ) for the pieces of `text` between blanks. The text begins `at` bytes after
 // the beginning of its line, here and below.
 template<typename Take>

@@ -1,6 +1,7 @@
 // Records: JSON objects that say which entry to compose from which fields.
 #include <Vorn/Record.h>
 
+#include "ImageText.h"
 #include "JsonFlaw.h"
 #include "RecordFill.h"
 
@@ -56,8 +57,7 @@ std::size_t tokenEnd( std::string_view line, std::size_t begin ) {
 // The beginning of the first token for which isIt( begin, end ) holds, else the end of the line.
 template<class Predicate>
 std::size_t beginOfToken( std::string_view line, Predicate isIt ) {
-   constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-   std::size_t begin = line.starts_with( byteOrderMark ) ? byteOrderMark.size() : 0;
+   std::size_t begin = line.size() - withoutMark( line ).size();
    while( ( begin = line.find_first_not_of( " \t\r\n", begin ) ) != std::string_view::npos ) {
       const std::size_t end = tokenEnd( line, begin );
       if( isIt( begin, end ) ) {

@@ -25,11 +25,6 @@ struct Column {
    std::string name;
 };
 
-bool isComment( std::string_view line ) {
-   const auto begin = skipBlanks( line, 0 );
-   return begin == line.size() || line[begin] == '#';
-}
-
 bool isField( std::string_view name ) {
    const auto& rows = Hardware::fieldCatalogue();
    return std::any_of( rows.begin(), rows.end(),
@@ -189,13 +184,10 @@ RowComposer& RowComposer::operator=( RowComposer&& other ) noexcept = default;
 RowComposer::~RowComposer() = default;
 
 bool RowComposer::header( std::string_view line ) {
-   constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-   if( line.starts_with( byteOrderMark ) ) {
-      line.remove_prefix( byteOrderMark.size() );
-   }
+   line = withoutMark( line );
    RecordFill fill( state_->composer.record_ );
    fill.begin( line );
-   if( isComment( line ) ) {
+   if( isBlankLine( line ) ) {
       return false;
    }
    try {
@@ -211,7 +203,7 @@ std::optional<Composed> RowComposer::compose( std::string_view line ) {
    State& state = *state_;
    RecordFill fill( state.composer.record_ );
    fill.begin( line );
-   if( isComment( line ) ) {
+   if( isBlankLine( line ) ) {
       return std::nullopt;
    }
    try {

@@ -1,6 +1,8 @@
 // Pieces of messages: what was given, lists, ranges, bytes.
 #include <Vorn/Text.h>
 
+#include "ImageText.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -72,6 +74,17 @@ std::size_t columnOf( std::string_view line, std::size_t at ) {
       return ( static_cast<U8>( c ) & 0xc0 ) != 0x80;
    } );
    return static_cast<std::size_t>( characters ) + 1;
+}
+
+bool isBlankLine( std::string_view line ) {
+   const auto begin = skipBlanks( line, 0 );
+   return begin == line.size() || line[begin] == '#';
+}
+
+std::string countOf( U64 count, std::string_view one, std::string_view more ) {
+   std::string text = std::to_string( count ) + ' ';
+   text += count == 1 || more.empty() ? one : more;
+   return text + ( count == 1 || !more.empty() ? "" : "s" );
 }
 
 std::string listOf( std::span<const std::string_view> names, std::string_view between ) {

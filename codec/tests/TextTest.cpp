@@ -57,6 +57,22 @@ TEST( Text, shownIsPrintableUtf8 ) {
    EXPECT_EQ( Vorn::shown( "\xf4\x90\x80\x80" ), "\\xf4\\x90\\x80\\x80" );
 }
 
+TEST( Text, countOf ) {
+   EXPECT_EQ( Vorn::countOf( 1, "byte" ), "1 byte" );
+   EXPECT_EQ( Vorn::countOf( 0, "byte" ), "0 bytes" );
+   EXPECT_EQ( Vorn::countOf( 2, "entry", "entries" ), "2 entries" );
+   EXPECT_EQ( Vorn::countOf( 1, "entry", "entries" ), "1 entry" );
+}
+
+TEST( Text, blankLines ) {
+   for( const char* const line : { "", " \t\r\f", "# ports", "  #" } ) {
+      EXPECT_TRUE( Vorn::isBlankLine( line ) ) << line;
+   }
+   for( const char* const line : { "00 # ports", " {}", "," } ) {
+      EXPECT_FALSE( Vorn::isBlankLine( line ) ) << line;
+   }
+}
+
 TEST( Text, rangesOf ) {
    EXPECT_EQ( ranges( {} ), "" );
    EXPECT_EQ( ranges( { 0 } ), "0" );

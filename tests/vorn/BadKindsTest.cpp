@@ -483,7 +483,8 @@ const std::vector<Kind> programmed{
      "<stdin>:1:43: not valid JSON: unexpected '{'; expected end of input",
      "{\"table\":\"LifTable\",\"chip\":10,\"fields\":{}}{\"table\":\"LifTable\",\"chip\":10,"
      "\"fields\":{}}" },
-   { "a comment", "program -", "<stdin>:1:1: not valid JSON: invalid literal", "# ports\n" },
+   { "a comment of another kind", "program -", "<stdin>:1:1: not valid JSON: invalid literal",
+     "// ports\n" },
    { "a value with a unit", "program -",
      "<stdin>:1:47: bad value \"10k\" for vsi; write decimal digits, hexadecimal digits after 0x, "
      "binary digits after 0b, an IPv4, IPv6 or MAC address, or mask",

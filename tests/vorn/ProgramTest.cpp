@@ -168,12 +168,13 @@ TEST( Program, nothingRemainsFromOneLineToTheNext ) {
                   madeOnChip2( "02000000" ) );
 }
 
-TEST( Program, blankLinesAndLineEnds ) {
+TEST( Program, blankLinesCommentsAndLineEnds ) {
    std::string unfinished = line( "2", "3" );
    unfinished.pop_back();
    std::string withReturn = unfinished + "\r\n";
    expectMade( "\n \t\r\n" + withReturn + "\r\n\n" + unfinished,
                madeOnChip2( "03000000" ) + madeOnChip2( "03000000" ) );
+   expectMade( "# actions\n" + withReturn + "  # more\n", madeOnChip2( "03000000" ) );
    expectMade( "", "" );
    expectMade( "\n\n", "" );
 }

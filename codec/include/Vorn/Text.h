@@ -22,6 +22,12 @@ VORN_API std::string inQuotes( std::string_view text );
 // The column, counted in characters of UTF-8 from 1, of the byte at position `at` of the line.
 VORN_API std::size_t columnOf( std::string_view line, std::size_t at );
 
+// Whether a line has nothing but blanks and perhaps a comment, which "#" begins.
+VORN_API bool isBlankLine( std::string_view line );
+
+// "1 byte", "2 bytes"; of what takes no s, `more` is the plural.
+VORN_API std::string countOf( U64 count, std::string_view one, std::string_view more = {} );
+
 // "one, two, three".
 VORN_API std::string listOf( std::span<const std::string_view> names,
                              std::string_view between = ", " );

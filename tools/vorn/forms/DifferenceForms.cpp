@@ -3,6 +3,8 @@
 
 #include "Text.h"
 
+#include <Vorn/Text.h>
+
 #include <nlohmann/json.hpp>
 
 namespace Vorn {
@@ -25,10 +27,6 @@ std::optional<unsigned> offsetIn( const std::optional<Difference::Bits>& bits ) 
 
 std::optional<unsigned> widthIn( const std::optional<Difference::Bits>& bits ) {
    return bits ? std::optional( bits->width ) : std::nullopt;
-}
-
-std::string fieldsText( std::size_t count ) {
-   return std::to_string( count ) + ( count == 1 ? " field" : " fields" );
 }
 
 std::string sideText( const Layout& layout ) { return layout.chip().name + layout.variantText(); }
@@ -63,7 +61,7 @@ std::string differenceLines( const Layout& from, const Layout& to ) {
       constexpr Align columns[] = { Align::left, Align::left, Align::left, Align::left };
       text += '\n' + columnsOf( columns, rows ) + '\n';
    }
-   return text + fieldsText( difference.unchanged ) + " unchanged\n";
+   return text + countOf( difference.unchanged, "field" ) + " unchanged\n";
 }
 
 std::string differenceJson( const Layout& from, const Layout& to ) {

@@ -230,8 +230,7 @@ std::string nearest( std::span<const Layout> formats, std::size_t one ) {
       return text;
    }
    const auto count = least.fields.size();
-   text.append( others.size() > 1 ? ", each in " : " in " ).append( std::to_string( count ) );
-   text.append( count == 1 ? " field" : " fields" );
+   text.append( others.size() > 1 ? ", each in " : " in " ).append( countOf( count, "field" ) );
    if( others.size() == 1 && count <= 6 ) {
       for( const auto& field : least.fields ) {
          text.append( &field == &least.fields.front() ? ": `" : ", `" );

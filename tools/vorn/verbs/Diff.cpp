@@ -501,7 +501,7 @@ void diff( const DiffArguments& arguments, Output& output ) {
    }
    diffing.finish();
    if( const U64 bad = before.bad() + after.bad() ) {
-      throw Error( std::to_string( bad ) + ( bad == 1 ? " error" : " errors" ) );
+      throw Error( countOf( bad, "error" ) );
    }
    if( diffing.isDifferent() ) {
       throw HasDifferences();

@@ -51,10 +51,6 @@ auto within( const std::string& option, const std::string& text, Step step ) {
    }
 }
 
-std::string countOf( U64 count, const std::string& one ) {
-   return std::to_string( count ) + ' ' + one + ( count == 1 ? "" : "s" );
-}
-
 // Whether the argument is an address and a colon, perhaps with an image, and so no table.
 bool isAddressed( const std::string& text ) {
    return text.starts_with( "0x" ) && text.find( ':' ) != std::string::npos;

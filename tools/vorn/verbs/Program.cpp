@@ -35,7 +35,8 @@ Verb addProgram( CLI::App& commandLine ) {
    verb->callback( [arguments] { requireOneInput( arguments->paths ); } );
    describe(
       *verb,
-      "Reads a JSON object from each line that is not blank, decompressed where gzip or zstd "
+      "Reads a JSON object from each line that is not blank nor a comment, which # begins, "
+      "decompressed where gzip or zstd "
       "has compressed the files:\n"
       "  \"table\", \"chip\"                   names; the chip type also by number\n"
       "  \"variant\"                         0 if not given\n"

@@ -62,10 +62,6 @@ struct Lines {
    std::vector<Placed> placed; // empty where repeats are allowed
 };
 
-bool isBlankLine( std::string_view line ) {
-   return line.find_first_not_of( " \t\r" ) == std::string_view::npos;
-}
-
 // Calls take( line, number ) for each line of the text until it returns false.
 template<class Take>
 void forEachLine( std::string_view text, U64 number, Take take ) {
@@ -203,10 +199,6 @@ private:
    const Layout* last_ = nullptr;
 };
 
-std::string countOf( U64 count, const std::string& one, const std::string& more ) {
-   return std::to_string( count ) + ' ' + ( count == 1 ? one : more );
-}
-
 // "entry 5 array 2 of TcamActionTable on BCM88690_B0"
 std::string entryText( const Lines::Placed& placed ) {
    const auto& [entry, array, identifier] = placed.index;
@@ -246,7 +238,7 @@ public:
       if( bad_ > 0 ) {
          output_.flush();
          progress_.wipe();
-         note( countOf( bad_, "error", "errors" ) + ", " + countOf( entries_, "entry", "entries" ) +
+         note( countOf( bad_, "error" ) + ", " + countOf( entries_, "entry", "entries" ) +
                " printed" );
          throw HasFailed();
       }

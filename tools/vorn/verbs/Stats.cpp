@@ -112,8 +112,7 @@ std::string statisticsLines( const Statistics& statistics, const Names& names ) 
    }
    width += 2;
    std::string lines = statistics.layout().pairText() + ": " +
-                       std::to_string( statistics.entries() ) +
-                       ( statistics.entries() == 1 ? " entry\n" : " entries\n" );
+                       countOf( statistics.entries(), "entry", "entries" ) + '\n';
    if( statistics.entries() == 0 ) {
       return lines;
    }
