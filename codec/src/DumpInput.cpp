@@ -127,8 +127,7 @@ std::string_view DumpInput::bytes() {
 
 bool DumpInput::next( std::string_view& line ) {
    if( !std::exchange( isAgain_, false ) ) {
-      line_ = {};
-      if( !ByteLines::next( line_ ) ) {
+      if( !nextLine() ) {
          return false;
       }
       if( std::exchange( isFirst_, false ) ) {
@@ -138,6 +137,20 @@ bool DumpInput::next( std::string_view& line ) {
    }
    line = line_;
    return true;
+}
+
+// Sets line_ to the next line; after one that is too long to the one that follows it.
+bool DumpInput::nextLine() {
+   line_ = {};
+   while( isTooLong_ && ( !rest().empty() || readMore() ) ) {
+      const auto end = rest().find( '\n' );
+      isTooLong_ = end == std::string_view::npos;
+      ByteLines::skip( isTooLong_ ? rest().size() : end + 1, 0 );
+   }
+   isTooLong_ = true;
+   const bool isThere = ByteLines::next( line_ );
+   isTooLong_ = false;
+   return isThere;
 }
 
 // In JSON and in the characters of a hexdump, "#" is a character like others.

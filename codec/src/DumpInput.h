@@ -58,11 +58,13 @@ public:
    using DumpSource::name;
 
 private:
+   bool nextLine();
    std::string_view withoutComment( std::string_view line ) const;
 
    std::string_view line_;
    bool isAgain_ = false;
    bool isFirst_ = true;
+   bool isTooLong_ = false; // what comes up to the next end of a line
 };
 
 } // namespace Vorn

@@ -291,6 +291,16 @@ TEST( BadInput, aLineWithoutEnd ) {
                            "\n" + std::string( 2000000, '0' ) );
 }
 
+TEST( BadInput, theLinesAfterOneThatIsTooLong ) {
+   const auto outcome = Testing::vorn(
+      { "decode", "TcamActionTable", "--chip", "2", "--single-line", "--keep-going", "-" },
+      "05000000\n" + std::string( 3000000, '0' ) + "\n06000000\n" );
+   EXPECT_EQ( outcome.out, "action=0x5\naction=0x6\n" );
+   EXPECT_EQ( outcome.err, "<stdin>:2: the line is longer than 1048576 bytes\n"
+                           "vorn: 1 error, 2 images printed\n" );
+   EXPECT_EQ( outcome.status, 1 );
+}
+
 TEST( BadInput, aFullDevice ) {
    for( const std::vector<std::string>& arguments :
         { std::vector<std::string>{ "address", "LifTable", "--chip", "2", "--entry", "0-16383" },
