@@ -223,7 +223,12 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
 
    Candidates& candidatesOf( const Image& image );
    Candidates& candidatesAt( U64 address, const Image& image );
+   template<class FitsTag>
+   void takeOrder( std::string_view text, FitsTag fitsTag );
    void takeImage( std::string_view text );
+   void takeAnyImage( std::string_view text );
+   bool stepPiece();
+   bool isAnyLength( std::size_t bytes ) const;
    void settle( Candidates& candidates, bool mayBeEmpty );
    void chooseVariant( Candidates& candidates, std::span<const U8> image, bool mayBeEmpty );
    void takePlace( const Image& image );
@@ -280,6 +285,8 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    std::map<std::array<std::string, 3>, Candidates> known_;
    std::map<U32, std::vector<Memory>> memories_; // by chip type
    Candidates* own_ = nullptr;
+   std::vector<Layout> any_; // of the chip type, where the images may be of any of them
+   bool isPiece_ = false;    // the last step has returned a part of a dump
    std::map<std::array<std::string, 3>, Candidates> locatedBy_;
 };
 
@@ -489,6 +496,27 @@ std::size_t DumpReader::State::entryBytes( const Candidates& candidates ) const 
    return layouts.front().bytes();
 }
 
+// Where the text may be bytes in their order or a number, the tag decides.
+template<class FitsTag>
+void DumpReader::State::takeOrder( std::string_view text, FitsTag fitsTag ) {
+   if( !mayBeNumber( text, options_.format ) ) {
+      return;
+   }
+   const auto& bytes = image_.bytes;
+   const std::vector<U8> number( bytes.rbegin(), bytes.rend() );
+   const bool asBytes = fitsTag( bytes );
+   const bool asNumber = fitsTag( number );
+   if( number != bytes && asBytes == asNumber ) {
+      throw BadText( image_.at, "0x and " + std::to_string( text.size() - 2 ) +
+                                   " digits may be bytes in their order or one number, its "
+                                   "highest digit first; say --image-format bytes or "
+                                   "--image-format number" );
+   }
+   if( asNumber && !asBytes ) {
+      image_.bytes = number;
+   }
+}
+
 // Finds the layout of image_ and makes it the entry.
 void DumpReader::State::settle( Candidates& candidates, bool mayBeEmpty ) {
    if( options_.format == ImageFormat::number ) {
@@ -602,29 +630,36 @@ void DumpReader::State::takePlace( const Image& image ) {
    }
 }
 
-// Takes the image that text_ has written, which is image_ now.
+// The same where it may be of any pair.
+void DumpReader::State::takeAnyImage( std::string_view text ) {
+   requireChip( any_.front().chip(), image_ );
+   takeOrder( text, [&]( std::span<const U8> image ) {
+      return std::any_of( any_.begin(), any_.end(), [&]( const Layout& layout ) {
+         return !layout.tag().empty() && layout.bytes() == image.size() &&
+                !layout.wrongTag( image );
+      } );
+   } );
+   entry_.layout = nullptr;
+   entry_.image = image_.bytes;
+}
+
+// Takes the image that `text` has written, which is image_ now.
 void DumpReader::State::takeImage( std::string_view text ) {
+   if( !any_.empty() ) {
+      return takeAnyImage( text );
+   }
    const bool isLocated = said_.address && !said_.entry;
    Candidates& candidates =
       isLocated ? candidatesAt( *said_.address, image_ ) : candidatesOf( image_ );
-   if( mayBeNumber( text, options_.format ) ) {
-      const auto& bytes = image_.bytes;
-      const std::vector<U8> number( bytes.rbegin(), bytes.rend() );
-      const bool asBytes = candidates.fitsTag( bytes );
-      const bool asNumber = candidates.fitsTag( number );
-      if( number != bytes && asBytes == asNumber ) {
-         throw BadText( image_.at, "0x and " + std::to_string( text.size() - 2 ) +
-                                      " digits may be bytes in their order or one number, its "
-                                      "highest digit first; say --image-format bytes or "
-                                      "--image-format number" );
-      }
-      if( asNumber && !asBytes ) {
-         image_.bytes = number;
-      }
-   }
+   takeOrder( text, [&]( std::span<const U8> image ) { return candidates.fitsTag( image ); } );
    areDigits_ = mode_ == Mode::lines && own_ && !text.empty() && !isJson( text ) &&
                 text.find( ':' ) == none && text.find( '|' ) == none;
    settle( candidates, mode_ != Mode::arguments );
+}
+
+bool DumpReader::State::isAnyLength( std::size_t bytes ) const {
+   return std::any_of( any_.begin(), any_.end(),
+                       [&]( const Layout& layout ) { return layout.bytes() == bytes; } );
 }
 
 void DumpReader::State::detect() {
@@ -643,7 +678,7 @@ void DumpReader::State::detect() {
       requireMemory( input_->rest(), input_->name() );
       return beginBlock( Mode::binary );
    }
-   if( options_.format == ImageFormat::words && own_ ) {
+   if( options_.format == ImageFormat::words && ( own_ || !any_.empty() ) ) {
       bool areWhole = true;
       std::size_t bytes = 0;
       forEachPiece( first, 0, [&]( std::string_view piece, std::size_t ) {
@@ -651,7 +686,7 @@ void DumpReader::State::detect() {
          areWhole = areWhole && digits.size() == 8 && isDigits( digits );
          bytes += 4;
       } );
-      if( areWhole && bytes > 0 && !own_->isLength( bytes ) ) {
+      if( areWhole && bytes > 0 && !( own_ ? own_->isLength( bytes ) : isAnyLength( bytes ) ) ) {
          return beginBlock( Mode::words );
       }
    }
@@ -816,6 +851,9 @@ void DumpReader::State::beginBlock( Mode mode ) {
    isComment_ = false;
    hasEnded_ = false;
    failure_ = nullptr;
+   if( !any_.empty() ) {
+      return;
+   }
    if( !own_ ) {
       mode_ = Mode::ended;
       image_.at = 0;
@@ -1038,7 +1076,31 @@ void DumpReader::State::feedMore() {
    }
 }
 
+// The bytes that come next of a dump whose entries may have any length; none at its end.
+bool DumpReader::State::stepPiece() {
+   head_ = pending_.size();
+   bool isThere = true;
+   try {
+      while( isThere && head_ == pending_.size() ) {
+         isThere = feed();
+      }
+   } catch( const Error& ) {
+      mode_ = Mode::ended;
+      throw;
+   }
+   if( !isThere ) {
+      mode_ = after_;
+   }
+   entry_.layout = nullptr;
+   entry_.image = isThere ? std::span<const U8>( pending_ ) : std::span<const U8>();
+   isPiece_ = true;
+   return true;
+}
+
 bool DumpReader::State::stepBlock() {
+   if( !any_.empty() ) {
+      return stepPiece();
+   }
    while( !emit() ) {
       if( failure_ ) {
          mode_ = Mode::ended;
@@ -1500,12 +1562,17 @@ bool DumpReader::next() {
       }
       state_->entry_.address.reset();
       state_->entry_.doubt = {};
+      state_->isPiece_ = false;
       if( state_->step() ) {
          return true;
       }
    }
    return false;
 }
+
+void DumpReader::takeAnyPair() { state_->any_ = layoutsOn( *state_->options_.chip ); }
+
+bool DumpReader::isPiece() const { return state_->isPiece_; }
 
 const DumpEntry& DumpReader::entry() const { return state_->entry_; }
 

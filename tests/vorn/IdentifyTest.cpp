@@ -1,4 +1,5 @@
 // vorn identify: held against the classes' own discriminators, and what it prints.
+#include "Folders.h"
 #include "RunVorn.h"
 #include "support/EveryClass.h"
 
@@ -192,8 +193,8 @@ TEST( Identify, json ) {
 }
 
 TEST( Identify, severalImagesEachAtItsPlace ) {
-   const auto outcome =
-      vorn( { "identify", "--chip", "6", "-" }, "0000000000000000\n\n  0102030405060708\n" );
+   const auto outcome = vorn( { "identify", "--chip", "6", "--each", "-" },
+                              "0000000000000000\n\n  0102030405060708\n" );
    EXPECT_EQ( outcome.out, "<stdin>:1:1:\n"
                            "group  table      variants  reason\n"
                            "    1  EvecTable  any       length alone, 8 bytes\n"
@@ -202,21 +203,218 @@ TEST( Identify, severalImagesEachAtItsPlace ) {
                            "    1  EvecTable  any       length alone, 8 bytes\n" );
    EXPECT_EQ( outcome.status, 0 );
    EXPECT_EQ(
-      vorn( { "identify", "--chip", "6", "--json", "--file", "-" }, "0000000000000000" ).out,
+      vorn( { "identify", "--chip", "6", "--json", "--each", "--file", "-" }, "0000000000000000" )
+         .out,
       R"({"place":"<stdin>:1:1","groups":[{"tag":{},"members":[{"table":"EvecTable",)"
       R"("variants":null}]}]})"
       "\n" );
 }
 
 TEST( Identify, theImagesBeforeABadOneArePrinted ) {
-   const auto outcome =
-      vorn( { "identify", "--chip", "6", "-" }, "0000000000000000\n00\n0000000000000000\n" );
-   EXPECT_EQ( outcome.out, "<stdin>:1:1:\n"
-                           "group  table      variants  reason\n"
-                           "    1  EvecTable  any       length alone, 8 bytes\n" );
-   EXPECT_EQ( outcome.err, "<stdin>:2:1: the image has 1 bytes; an entry on BCM88470_A0 has "
-                           "4,8,12,16,24,80\n" );
+   const std::string lines = "0000000000000000\n00\n0000000000000000\n";
+   const std::string answer = "group  table      variants  reason\n"
+                              "    1  EvecTable  any       length alone, 8 bytes\n";
+   const std::string wrong =
+      "<stdin>:2:1: the image has 1 bytes; an entry on BCM88470_A0 has 4,8,12,16,24,80\n";
+   const auto outcome = vorn( { "identify", "--chip", "6", "--each", "-" }, lines );
+   EXPECT_EQ( outcome.out, "<stdin>:1:1:\n" + answer );
+   EXPECT_EQ( outcome.err, wrong );
    EXPECT_EQ( outcome.status, 1 );
+
+   const auto going = vorn( { "identify", "--chip", "6", "--each", "--keep-going", "-" }, lines );
+   EXPECT_EQ( going.out, "<stdin>:1:1:\n" + answer + "<stdin>:3:1:\n" + answer );
+   EXPECT_EQ( going.err, wrong + "vorn: 1 error, 2 images identified\n" );
+   EXPECT_EQ( going.status, 1 );
+}
+
+namespace {
+
+// 1 entry of LifTable's variant 4 on chip type 10, 2 of 0 or 2, 1 without a tag, 2 empty ones.
+std::string sixEntries() {
+   const std::string one = image( "LifTable", "10", "4" );
+   const std::string other = image( "LifTable", "10", "0" );
+   const std::string empty = std::string( 160, '0' ) + '\n';
+   return empty + other + one + other + "01" + empty.substr( 2 ) + empty;
+}
+
+const std::string fitsOfSix = "images  table                   variants  reason\n"
+                              "     2  LifTable                0,2       tag: resultType 0x3a\n"
+                              "     1  LifTable                4         tag: resultType 0x21\n"
+                              "     4  TcamBankIpv4Tt          0         length alone, 80 bytes\n"
+                              "     4  TcamBankTableFormatter  0         length alone, 80 bytes\n"
+                              "1 image has no tag and fits by its length alone\n"
+                              "2 images are empty\n";
+
+std::string bytesOf( const std::string& digits ) {
+   std::string bytes;
+   std::istringstream lines( digits );
+   for( std::string line; std::getline( lines, line ); ) {
+      for( std::size_t i = 0; i < line.size(); i += 2 ) {
+         bytes += static_cast<char>( std::stoi( line.substr( i, 2 ), nullptr, 16 ) );
+      }
+   }
+   return bytes;
+}
+
+std::string xxdOf( const std::string& bytes ) {
+   std::string rows;
+   for( std::size_t i = 0; i < bytes.size(); i += 16 ) {
+      char text[80];
+      std::snprintf( text, sizeof( text ), "%08zx: ", i );
+      rows += text;
+      for( std::size_t at = i; at < std::min( i + 16, bytes.size() ); ++at ) {
+         std::snprintf( text, sizeof( text ), "%02x%s", static_cast<U8>( bytes[at] ),
+                        at % 2 == 1 ? " " : "" );
+         rows += text;
+      }
+      rows += " ................\n";
+   }
+   return rows;
+}
+
+std::string counted( const std::string& input, std::vector<std::string> more = {} ) {
+   more.insert( more.begin(), { "identify", "--chip", "10", "-" } );
+   const auto outcome = vorn( more, input );
+   EXPECT_EQ( outcome.err, "" );
+   EXPECT_EQ( outcome.status, 0 );
+   return outcome.out;
+}
+
+} // namespace
+
+TEST( IdentifyDump, everyFormIsCountedAlike ) {
+   const auto lines = sixEntries();
+   const auto bytes = bytesOf( lines );
+   std::string words;
+   std::string stream = lines;
+   for( std::size_t i = 0; i < bytes.size(); i += 4 ) {
+      char text[16];
+      std::snprintf( text, sizeof( text ), " %02x%02x%02x%02x%s", static_cast<U8>( bytes[i + 3] ),
+                     static_cast<U8>( bytes[i + 2] ), static_cast<U8>( bytes[i + 1] ),
+                     static_cast<U8>( bytes[i] ), i % 16 == 12 ? "\n" : "" );
+      words += text;
+   }
+   std::erase( stream, '\n' );
+   for( std::size_t at = 60; at < stream.size(); at += 61 ) {
+      stream.insert( at, "\n" );
+   }
+   std::string csv = "image,entry\n";
+   std::string addresses;
+   std::istringstream each( lines );
+   for( std::string line; std::getline( each, line ); ) {
+      csv += line + ",0\n";
+      addresses += "0x1000: " + line + '\n';
+   }
+   const std::string expected = "<stdin>: 6 images\n" + fitsOfSix;
+   EXPECT_EQ( counted( lines ), expected );
+   EXPECT_EQ( counted( "\xef\xbb\xbf# a memory\r\n" + lines ), expected );
+   EXPECT_EQ( counted( bytes ), expected );
+   EXPECT_EQ( counted( xxdOf( bytes ) ), expected );
+   EXPECT_EQ( counted( words, { "--image-format", "words" } ), expected );
+   EXPECT_EQ( counted( stream, { "--image-format", "stream" } ), expected );
+   EXPECT_EQ( counted( csv ), expected );
+   EXPECT_EQ( counted( addresses ), expected );
+}
+
+TEST( IdentifyDump, json ) {
+   EXPECT_EQ( counted( bytesOf( sixEntries() ), { "--json" } ),
+              R"({"file":"<stdin>","images":6,"empty":2,"lengthAlone":1,"fitNothing":0,"groups":[)"
+              R"({"images":2,"bytes":80,"tag":{"resultType":"0x3a"},"members":)"
+              R"([{"table":"LifTable","variants":[0,2]}]},)"
+              R"({"images":1,"bytes":80,"tag":{"resultType":"0x21"},"members":)"
+              R"([{"table":"LifTable","variants":[4]}]},)"
+              R"({"images":4,"bytes":80,"tag":{},"members":)"
+              R"([{"table":"TcamBankIpv4Tt","variants":[0]},)"
+              R"({"table":"TcamBankTableFormatter","variants":[0]}]}]})"
+              "\n" );
+}
+
+TEST( IdentifyDump, entriesFurtherApart ) {
+   std::string apart;
+   const auto bytes = bytesOf( sixEntries() );
+   for( std::size_t at = 0; at < bytes.size(); at += 80 ) {
+      apart += bytes.substr( at, 80 ) + std::string( 48, '\x55' );
+   }
+   const std::string expected = "<stdin>: 6 images\n" + fitsOfSix;
+   EXPECT_EQ( counted( apart, { "--stride", "128" } ), expected );
+   EXPECT_EQ( counted( apart.substr( 0, apart.size() - 20 ), { "--stride", "128" } ), expected );
+}
+
+TEST( IdentifyDump, whatFitsNothingIsCounted ) {
+   EXPECT_EQ(
+      counted( "0000\n" + image( "LifTable", "10", "4" ) + "000000\n" ),
+      "<stdin>: 3 images\n"
+      "images  table                   variants  reason\n"
+      "     1  LifTable                4         tag: resultType 0x21\n"
+      "     1  TcamBankIpv4Tt          0         length alone, 80 bytes\n"
+      "     1  TcamBankTableFormatter  0         length alone, 80 bytes\n"
+      "2 images fit nothing, the first of them: <stdin>:1:1: the image has 2 bytes; an entry "
+      "on BCM88690_B0 has 4,8,12,24,36,44,80\n" );
+   EXPECT_EQ( counted( "" ), "<stdin>: 0 images\n" );
+}
+
+TEST( IdentifyDump, refused ) {
+   const std::vector<std::string> identify{ "identify", "--chip", "10", "-" };
+   expectRefused( identify,
+                  "<stdin>:1:1: the image has 1 bytes; an entry on BCM88690_B0 has "
+                  "4,8,12,24,36,44,80; no other image fits, either",
+                  "00\n00\n" );
+   expectRefused( identify,
+                  "<stdin>: the dump has 800 bytes, whose entries may have 4,8,80, and no tag "
+                  "decides; --stride says how many",
+                  std::string( 800, '\0' ) );
+   expectRefused( identify,
+                  "<stdin>: the dump has 83 bytes, which are no whole number of entries; an entry "
+                  "on BCM88690_B0 has 4,8,12,24,36,44,80",
+                  std::string( 83, '\1' ) );
+   expectRefused( { "identify", "--chip", "10", "--stride", "3", "-" },
+                  "vorn: a stride of 3 bytes is too short; an entry on BCM88690_B0 has 4", "00\n" );
+   expectRefused( identify, "<stdin>:1:25: the image is one of BCM88480_A0, not of BCM88690_B0",
+                  "LifTable BCM88480_A0 4: 00\n" );
+}
+
+TEST( IdentifyDump, goesOnAfterBadLines ) {
+   const std::string lines = "zz\n" + image( "LifTable", "10", "4" ) + "0000 0\n";
+   const auto outcome = vorn(
+      {
+         "identify",
+         "--chip",
+         "10",
+         "--keep-going",
+         "-",
+      },
+      lines );
+   EXPECT_TRUE( outcome.out.starts_with( "<stdin>: 1 image\n" ) ) << outcome.out;
+   EXPECT_EQ(
+      outcome.err,
+      "<stdin>:1:1: bad image \"zz\"; write hexadecimal digits, perhaps with TABLE CHIP "
+      "VARIANT and a colon before them\n"
+      "<stdin>:3:6: an odd number of digits in \"0\"; write two hexadecimal digits for each "
+      "byte, entry byte 0 first\n"
+      "vorn: 2 errors, 1 image identified\n" );
+   EXPECT_EQ( outcome.status, 1 );
+   // Of a hexdump that is cut off, what comes before counts.
+   const auto rows = xxdOf( bytesOf( sixEntries() ) );
+   const auto cut =
+      vorn( { "identify", "--chip", "10", "--keep-going", "-" }, rows + "000001e0: 0g\n" );
+   EXPECT_EQ( cut.out, "<stdin>: 6 images\n" + fitsOfSix );
+   EXPECT_EQ( cut.status, 1 );
+}
+
+TEST( IdentifyDump, filesEachForItself ) {
+   const Testing::TemporaryFolder folder;
+   std::ofstream( folder / "six" ) << sixEntries();
+   std::ofstream( folder / "one" ) << image( "OutAcBank", "15", "0" );
+   std::ofstream( folder / "45230100" ) << "no image";
+   const auto both = vorn( { "identify", "--chip", "10", folder / "six", folder / "six" } );
+   const std::string once = ( folder / "six" ) + ": 6 images\n" + fitsOfSix;
+   EXPECT_EQ( both.out, once + once );
+   EXPECT_EQ( vorn( { "identify", "--chip", "15", "--file", folder / "one" } ).status, 0 );
+   // What is an image is none of a file.
+   EXPECT_EQ( Testing::run( "sh", { "-c", "cd '" + std::string( folder.path() ) +
+                                             "' && '" VORN_BINARY "' identify --chip 2 45230100" } )
+                 .out,
+              identified( "2", "45230100" ) );
 }
 
 TEST( Identify, whatEncodeAndProgramPrintIsRead ) {

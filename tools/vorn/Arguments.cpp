@@ -56,19 +56,6 @@ EntryIndex indexOf( const IndexText& index ) {
             parseIndex( index.identifier, "identifier", 0xffff ) };
 }
 
-void completeSource( std::vector<std::string>& image, std::string& path ) {
-   if( image == std::vector<std::string>{ "-" } && path.empty() ) {
-      image.clear();
-      path = "-";
-   }
-   if( image.empty() && path.empty() ) {
-      throw CLI::RequiredError( "IMAGE" );
-   }
-   if( !image.empty() && !path.empty() ) {
-      throw CLI::ExcludesError( "--file", "IMAGE" );
-   }
-}
-
 void addImageFormat( CLI::App& verb, ImageFormat& format ) {
    const auto take = [&format]( const std::string& text ) {
       const auto names = imageFormatNames();

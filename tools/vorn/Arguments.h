@@ -46,10 +46,6 @@ void addIndex( CLI::App& verb, IndexText& index );
 // The numbers of the text; what is none is an Error.
 EntryIndex indexOf( const IndexText& index );
 
-// Where the images are of a verb that takes them as IMAGE or from --file, to be called when the
-// command line is parsed: the image "-" is the file "-". Neither of them, or both, is wrong usage.
-void completeSource( std::vector<std::string>& image, std::string& path );
-
 // The pieces of an IMAGE as one text.
 std::string textOf( const std::vector<std::string>& pieces );
 

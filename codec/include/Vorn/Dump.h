@@ -122,10 +122,10 @@ struct DumpRun {
 //    while( reader.next() ) { ... reader.entry().layout->get( reader.entry().image, "vsi" ) ... }
 //
 // With ImageFormat::automatic the first line decides the form. What isn't text is binary. The lines
-// of `hexdump -C`, `hexdump` and `xxd` are dumps, whose bytes are split into entries, and so are
-// binary and `stream`. Every other line is an image: digits, JSON, a row of CSV below a header that
-// names an "image", perhaps with TABLE CHIP VARIANT or an address and a colon before it. "#" begins
-// a comment.
+// of `hexdump -C`, `hexdump`, `xxd` and `od -tx4` are dumps, whose bytes are split into entries,
+// and so are binary and `stream`. Every other line is an image: digits, JSON, a row of CSV below a
+// header that names an "image", perhaps with TABLE CHIP VARIANT or an address and a colon before
+// it. "#" begins a comment.
 class VORN_API DumpReader {
 public:
    // An unknown table, chip type or variant is an Error, and so is a stride below an entry's bytes.
@@ -179,7 +179,13 @@ public:
    std::span<const Layout> layouts() const;
 
 private:
+   friend class DumpIdentifier;
    struct State;
+
+   // Reads images of any pair of the chip type: their entry() has no layout. Of a dump that is
+   // split, next() returns the bytes in pieces of any length, with none at the end.
+   void takeAnyPair();
+   bool isPiece() const;
 
    std::unique_ptr<State> state_;
 };

@@ -1,6 +1,7 @@
 // Which pairs of a chip type an entry image may belong to, by its length and its tag.
 #pragma once
 
+#include <Vorn/Dump.h>
 #include <Vorn/Export.h>
 #include <Vorn/Layout.h>
 #include <Vorn/Pairs.h>
@@ -8,6 +9,7 @@
 #include <Kelvar/Types.h>
 
 #include <cstddef>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -58,6 +60,57 @@ public:
 private:
    const Chip& chip_;
    std::vector<Layout> layouts_;
+};
+
+// Counts what the images of dumps may belong to, in memory that doesn't grow with them.
+//
+//    Vorn::DumpIdentifier counting( identifier );
+//    counting.begin( bytes );
+//    while( counting.next() ) {
+//    }
+//    counting.account().fits
+class VORN_API DumpIdentifier {
+public:
+   // The pairs of one tag and length, and how many images may belong to them.
+   struct Fit {
+      std::size_t bytes;
+      Identifier::Group group;
+      U64 images;
+   };
+
+   struct Account {
+      std::vector<Fit> fits; // those with a tag first; of these the one with the most images
+      U64 images = 0;
+      U64 empty = 0;      // of them: zeroes alone that have no tag, where pairs of their length do
+      U64 byLength = 0;   // whose length alone fits
+      U64 others = 0;     // that fit nothing
+      std::string place;  // of the first of these
+      std::string reason; // why it fits nothing
+   };
+
+   // The identifier must outlive this object. What the images of dumps say of their own pairs is
+   // ignored, but for the chip type. A stride that isn't 0 says how far apart entries lie in dumps
+   // that are bytes alone; it is an Error if no entry is that short.
+   explicit DumpIdentifier( const Identifier& identifier,
+                            ImageFormat format = ImageFormat::automatic, std::size_t stride = 0 );
+   DumpIdentifier( DumpIdentifier&& other ) noexcept;
+   DumpIdentifier& operator=( DumpIdentifier&& other ) noexcept;
+   ~DumpIdentifier();
+
+   // Continues with these bytes, which must outlive the reading; counts from 0.
+   void begin( ByteSource& bytes );
+
+   // Looks at some more; false at the end. Bad input is an Error, as it is for DumpReader::next(),
+   // and so is a dump where neither its length nor the tags in it decide how long its entries are.
+   bool next();
+
+   // What the images since begin() may belong to.
+   Account account() const;
+
+private:
+   struct State;
+
+   std::unique_ptr<State> state_;
 };
 
 } // namespace Vorn

@@ -1,8 +1,10 @@
 // `vorn identify`: which tables and variants an entry image may be of.
 #include "Arguments.h"
+#include "CommandLine.h"
 #include "Terminal.h"
 #include "Text.h"
 #include "Verbs.h"
+#include "verbs/Program.h"
 
 #include <Vorn/Compose.h>
 #include <Vorn/Error.h>
@@ -14,7 +16,10 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <utility>
 
 namespace Vorn {
 
@@ -25,8 +30,11 @@ using Json = nlohmann::ordered_json;
 struct IdentifyArguments {
    std::string chip;
    std::vector<std::string> image; // its text, in any number of pieces
-   std::string path;               // of a file of images, "-" for standard input; else empty
+   std::vector<std::string> paths; // of files of images, "-" for standard input
    ImageFormat format = ImageFormat::automatic;
+   std::string stride = "0"; // bytes from one entry of a dump to the next, 0 if not given
+   bool ofEach = false;      // images of files are answered one by one
+   bool keepsGoing = false;  // after bad input
    bool ruledOut = false;
    bool json = false;
 };
@@ -38,6 +46,18 @@ Json jsonOf( const Identifier::Verdict& verdict ) {
    return object;
 }
 
+Json jsonOf( const Identifier::Group& group ) {
+   Json object;
+   auto& tag = object["tag"] = Json::object();
+   for( const auto& [field, value] : group.tag ) {
+      tag[std::string( field.name )] = hexOf( value );
+   }
+   for( const auto& member : group.members ) {
+      object["members"].push_back( jsonOf( member ) );
+   }
+   return object;
+}
+
 std::string jsonLine( const Identifier::Verdicts& verdicts, const std::string& place,
                       bool ruledOut ) {
    Json object;
@@ -46,14 +66,7 @@ std::string jsonLine( const Identifier::Verdicts& verdicts, const std::string& p
    }
    auto& groups = object["groups"] = Json::array();
    for( const auto& group : verdicts.groups ) {
-      Json& made = groups.emplace_back();
-      auto& tag = made["tag"] = Json::object();
-      for( const auto& [field, value] : group.tag ) {
-         tag[std::string( field.name )] = hexOf( value );
-      }
-      for( const auto& member : group.members ) {
-         made["members"].push_back( jsonOf( member ) );
-      }
+      groups.push_back( jsonOf( group ) );
    }
    if( ruledOut ) {
       auto& list = object["ruledOut"] = Json::array();
@@ -95,26 +108,182 @@ std::string said( const Identifier& identifier, const Image& image, const std::s
    return ( arguments.json ? jsonLine : linesOf )( verdicts, place, arguments.ruledOut );
 }
 
+std::string accountJson( const DumpIdentifier::Account& account, const std::string& name ) {
+   Json object{ { "file", name },
+                { "images", account.images },
+                { "empty", account.empty },
+                { "lengthAlone", account.byLength },
+                { "fitNothing", account.others } };
+   auto& groups = object["groups"] = Json::array();
+   for( const auto& [bytes, group, images] : account.fits ) {
+      Json& made = groups.emplace_back( Json{ { "images", images }, { "bytes", bytes } } );
+      made.update( jsonOf( group ) );
+   }
+   return object.dump() + '\n';
+}
+
+std::string accountLines( const DumpIdentifier::Account& account, const std::string& name ) {
+   std::string lines = name + ": " + countOf( account.images, "image" ) + '\n';
+   std::vector<std::vector<std::string>> rows{ { "images", "table", "variants", "reason" } };
+   for( const auto& fit : account.fits ) {
+      for( const auto& [table, variants, reason] : fit.group.members ) {
+         rows.push_back(
+            { std::to_string( fit.images ), std::string( table ), variants.text(), reason } );
+      }
+   }
+   if( rows.size() > 1 ) {
+      constexpr Align columns[] = { Align::right, Align::left, Align::left, Align::left };
+      lines += tableOf( columns, rows );
+   }
+   const auto add = [&]( U64 count, const std::string& one, const std::string& more ) {
+      if( count > 0 ) {
+         lines += countOf( count, "image " + one, "images " + more ) + '\n';
+      }
+   };
+   add( account.byLength, "has no tag and fits by its length alone",
+        "have no tag and fit by their length alone" );
+   add( account.empty, "is empty", "are empty" );
+   const auto first = account.place + ": " + account.reason;
+   add( account.others, "fits nothing: " + first, "fit nothing, the first of them: " + first );
+   return lines;
+}
+
+// What becomes of the files of images, one after another.
+class Identifying {
+public:
+   Identifying( const IdentifyArguments& arguments, const Identifier& identifier, Output& output )
+      : arguments_( arguments ), identifier_( identifier ), output_( output ),
+        counting_( identifier, arguments.format,
+                   static_cast<std::size_t>( parseIndex( arguments.stride, "stride", 1 << 20 ) ) ) {
+   }
+
+   void take( const std::string& path ) {
+      try {
+         if( arguments_.ofEach ) {
+            answerEach( path );
+         } else {
+            count( path );
+         }
+      } catch( const Error& error ) {
+         keepGoing( error );
+      }
+   }
+
+   void finish() {
+      if( bad_ > 0 ) {
+         output_.flush();
+         note( countOf( bad_, "error" ) + ", " + countOf( images_, "image" ) + " identified" );
+         throw HasFailed();
+      }
+   }
+
+private:
+   void keepGoing( const Error& error ) {
+      if( !arguments_.keepsGoing ) {
+         throw error;
+      }
+      output_.flush();
+      printError( error );
+      ++bad_;
+   }
+
+   void answerEach( const std::string& path ) {
+      LineReader lines( path, [this] { output_.flush(); } );
+      ImageReader reader( lines, arguments_.format );
+      for( ;; ) {
+         std::string place;
+         try {
+            if( !reader.next() ) {
+               return;
+            }
+            place = reader.place( reader.image().at );
+            output_.write( said( identifier_, reader.image(), place, arguments_ ) );
+            ++images_;
+         } catch( const Error& error ) {
+            const bool isOfLine = error.place().starts_with( lines.place() + ':' );
+            if( place.empty() && !isOfLine ) {
+               throw; // Nothing can be read after it.
+            }
+            keepGoing( place.empty() ? error : Error( place, error.message() ) );
+         }
+      }
+   }
+
+   void count( const std::string& path ) {
+      FileBytes bytes( path, [this] { output_.flush(); } );
+      counting_.begin( bytes );
+      for( bool isThere = true; isThere; ) {
+         try {
+            isThere = counting_.next();
+         } catch( const Error& error ) {
+            keepGoing( error );
+         }
+      }
+      const auto account = counting_.account();
+      if( account.others > 0 && account.others == account.images ) {
+         throw Error( account.place,
+                      account.reason +
+                         ( account.images > 1 ? "; no other image fits, either" : "" ) );
+      }
+      output_.write( ( arguments_.json ? accountJson : accountLines )( account, bytes.name() ) );
+      images_ += account.images;
+   }
+
+   const IdentifyArguments& arguments_;
+   const Identifier& identifier_;
+   Output& output_;
+   DumpIdentifier counting_;
+   U64 images_ = 0;
+   U64 bad_ = 0;
+};
+
 void identify( const IdentifyArguments& arguments, Output& output ) {
    const Identifier identifier( chipOf( arguments.chip ) );
    for( const Layout& layout : identifier.layouts() ) {
       traceView( layout );
    }
-   if( arguments.path.empty() ) {
+   if( arguments.paths.empty() ) {
       const Image image = imageOf( textOf( arguments.image ), arguments.format );
       output.write( said( identifier, image, "", arguments ) );
       return;
    }
-   LineReader lines( arguments.path, [&output] { output.flush(); } );
-   ImageReader reader( lines, arguments.format );
-   while( reader.next() ) {
-      const auto place = reader.place( reader.image().at );
-      try {
-         output.write( said( identifier, reader.image(), place, arguments ) );
-      } catch( const Error& error ) {
-         throw Error( place, error.message() );
-      }
+   Identifying identifying( arguments, identifier, output );
+   for( const std::string& path : arguments.paths ) {
+      identifying.take( path );
    }
+   identifying.finish();
+}
+
+// Whether the words are no image, but files.
+bool areFiles( const IdentifyArguments& arguments ) {
+   const auto& words = arguments.image;
+   if( words.empty() || !std::all_of( words.begin(), words.end(), []( const std::string& word ) {
+          return word == "-" || std::filesystem::exists( word );
+       } ) ) {
+      return false;
+   }
+   try {
+      imageOf( textOf( words ), arguments.format );
+   } catch( const Error& ) {
+      return true;
+   }
+   return false;
+}
+
+void completeUsage( IdentifyArguments& arguments ) {
+   auto& [chip, image, paths, format, stride, ofEach, keepsGoing, ruledOut, json] = arguments;
+   if( !image.empty() && !paths.empty() ) {
+      throw CLI::ExcludesError( "--file", "IMAGE" );
+   }
+   if( areFiles( arguments ) ) {
+      paths = std::exchange( image, {} );
+   }
+   if( image.empty() && paths.empty() ) {
+      throw CLI::RequiredError( "IMAGE or --file" );
+   }
+   requireOneInput( paths );
+   // What an image is not, and why, is said of each.
+   ofEach = ofEach || ruledOut;
 }
 
 } // namespace
@@ -124,13 +293,18 @@ Verb addIdentify( CLI::App& commandLine ) {
       commandLine.add_subcommand( "identify", "Print what an image may be an entry of" );
    const auto arguments = std::make_shared<IdentifyArguments>();
    verb->add_option( "IMAGE", arguments->image, "The image, or - for images from standard input" );
-   verb->add_option( "--file", arguments->path, "File of images, - for standard input" )
+   verb->add_option( "--file", arguments->paths, "Files of images, - for standard input" )
       ->type_name( "FILE" );
    addChip( *verb, arguments->chip );
    addImageFormat( *verb, arguments->format );
-   verb->add_flag( "--ruled-out", arguments->ruledOut, "Also print what it is not, and why" );
-   verb->add_flag( "--json", arguments->json, "Print a JSON object for each image" );
-   verb->callback( [arguments] { completeSource( arguments->image, arguments->path ); } );
+   verb->add_option( "--stride", arguments->stride, "Bytes from an entry of a dump to the next" )
+      ->type_name( "BYTES" );
+   verb->add_flag( "--each", arguments->ofEach,
+                   "Answer each image of a file, a line or more each" );
+   verb->add_flag( "--ruled-out", arguments->ruledOut, "Also print what each is not, and why" );
+   verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after bad input" );
+   verb->add_flag( "--json", arguments->json, "Print a JSON object for the image or each file" );
+   verb->callback( [arguments] { completeUsage( *arguments ); } );
    describe( *verb,
              "Prints a line for each table that has entries of the image's length and, where its "
              "variants have a tag, of the image's tag. Tables and variants in one group have both "
@@ -139,11 +313,24 @@ Verb addIdentify( CLI::App& commandLine ) {
              "a tag come last.\n\n"
              "An image that matches nothing is an error, except with --ruled-out, which prints "
              "why.\n\n"
+             "Of a file, or - for standard input, the images are counted: a line for each table "
+             "and the variants of one tag, with the number of images that fit them, an image "
+             "perhaps several. After these come the numbers of images that no tag fits but whose "
+             "length does, that are empty, which are zeroes alone without a tag, and that fit "
+             "nothing, with the place of the first. It is an error if none fits. With --each, "
+             "each image of a file of lines is answered as one on the command line is, with its "
+             "place; --ruled-out implies it.\n\n"
              "`vorn decode --help` explains how an image, or a file of images, may be written. "
-             "What an image says about its own table and variant is ignored.\n\n" +
+             "What an image says about its own table and variant is ignored. In a dump that is "
+             "bytes alone the tags decide how long the entries are; where they can't, --stride "
+             "has to.\n\n"
+             "Bad input ends the program with exit status 1, and nothing of its file is counted. "
+             "With --keep-going it is reported on standard error and the rest is counted; the "
+             "exit status is still 1.\n\n" +
                 chipTypesParagraph(),
              "  vorn identify --chip BCM88690_B0 4523010000000000\n"
-             "  vorn program entries.jsonl | vorn identify --chip BCM88690_B0 -" );
+             "  vorn identify --chip BCM88690_B0 --file memory.bin\n"
+             "  vorn program entries.jsonl | vorn identify --chip BCM88690_B0 --each -" );
    return { verb, [arguments]( Output& output ) { identify( *arguments, output ); } };
 }
 
