@@ -1,4 +1,4 @@
-// The rows that `hexdump -C`, `hexdump` and `xxd` print: an offset and bytes.
+// The rows that `hexdump -C`, `hexdump`, `xxd` and `od -tx` print: an offset and bytes.
 #pragma once
 
 #include <Kelvar/Types.h>
@@ -31,7 +31,7 @@ public:
    bool isComplete() const { return isComplete_; }
 
 private:
-   enum class Kind { bytes, words, xxd };
+   enum class Kind { bytes, words, xxd, od };
 
    struct Row {
       std::string_view offset;
@@ -40,12 +40,16 @@ private:
       bool isSure = false; // it is no line of anything else
    };
 
+   U64 offsetOf( const Row& row, bool isFirst );
+
    Row rowOf( std::string_view line ) const;
    void takeBytes( const Row& row, std::size_t at, std::vector<U8>& bytes ) const;
 
    bool isForced_;
    bool isComplete_ = false;
-   bool isRepeated_ = false; // "*" was the last line
+   bool isRepeated_ = false;  // "*" was the last line
+   bool isOctal_ = false;     // the offsets are those of `od`
+   std::size_t odDigits_ = 0; // of each of its groups
    Kind kind_ = Kind::bytes;
    U64 due_ = 0;                // offset of the next line
    std::size_t firstBytes_ = 0; // of the first row

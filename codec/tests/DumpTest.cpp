@@ -91,6 +91,27 @@ std::string asHexdump( const Vorn::Layout&, const Bytes& dump ) {
           offsetText( dump.size(), 7 ) + '\n';
 }
 
+std::string octalText( std::size_t offset ) {
+   char text[32];
+   std::snprintf( text, sizeof( text ), "%07zo", offset );
+   return text;
+}
+
+// In numbers of so many bytes.
+template<std::size_t size>
+std::string asOd( const Vorn::Layout&, const Bytes& dump ) {
+   return rows( dump,
+                []( std::size_t at, std::span<const U8> row ) {
+                   std::string text = octalText( at );
+                   for( std::size_t i = 0; i < row.size(); i += size ) {
+                      const auto number = row.subspan( i, size );
+                      text += ' ' + digits( Bytes( number.rbegin(), number.rend() ) );
+                   }
+                   return text + '\n';
+                } ) +
+          octalText( dump.size() ) + '\n';
+}
+
 std::string asXxd( const Vorn::Layout&, const Bytes& dump ) {
    return rows( dump, []( std::size_t at, std::span<const U8> row ) {
       std::string text = offsetText( at, 8 ) + ':';
@@ -166,6 +187,9 @@ const Form forms[] = {
    { "binary", asBinary, ImageFormat::binary },
    { "hexdump -C", asCanonical },
    { "hexdump", asHexdump },
+   { "od -v -tx1", asOd<1> },
+   { "od -v -tx2", asOd<2> },
+   { "od -v -tx4", asOd<4> },
    { "xxd", asXxd },
    { "xxd -p", asStream, ImageFormat::stream },
    { "lines of bytes", asLines },

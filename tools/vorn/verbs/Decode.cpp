@@ -123,7 +123,7 @@ Verb addDecode( CLI::App& commandLine ) {
       imagesParagraphs() +
          "\n\nA file, or - for standard input, is recognised by its first line, and what gzip or "
          "zstd has compressed by its first bytes. What is no text is binary. The rows of `hexdump "
-         "-C`, `hexdump` and `xxd` are a dump, and so are binary "
+         "-C`, `hexdump`, `xxd` and `od -tx4` are a dump, and so are binary "
          "files, `xxd -p` with --image-format stream, and `od -v -An -tx4` with --image-format "
          "words: entries one after another, whose bytes are split by the entry's length. What is "
          "left over is an error. Every other line is an image, which has exactly the bytes of an "
