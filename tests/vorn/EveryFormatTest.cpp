@@ -415,6 +415,22 @@ TEST( EveryFormat, nothingInThePictureOverlapsOrRunsOut ) {
    } );
 }
 
+TEST( EveryFormat, aPictureShowsTheValueOfEachField ) {
+   forEveryPair( []( const Vorn::Layout& layout ) {
+      const Vorn::BitOrder order( layout );
+      const std::vector<U8> ones( layout.bytes(), 0xff );
+      const auto picture =
+         Vorn::imageAsSvg( Vorn::Drawing( order, Vorn::svgRoom() ), layout.pairText(), ones );
+      for( const auto& field : layout.fields() ) {
+         std::string title( field.hardwareName );
+         title += field.readOnly ? ", read-only" : "";
+         title += ", value 0x" + std::string( 1, "137f"[( field.width - 1 ) % 4] ) +
+                  std::string( ( field.width - 1 ) / 4, 'f' );
+         EXPECT_NE( picture.find( title + "</title>" ), std::string::npos ) << title;
+      }
+   } );
+}
+
 TEST( EveryFormat, aFormatIsNoDifferentFromItself ) {
    forEveryPair( []( const Vorn::Layout& layout ) {
       Vorn::LayoutArguments arguments = argumentsOf( layout );

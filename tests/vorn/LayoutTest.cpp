@@ -227,6 +227,85 @@ TEST( Layout, aPicture ) {
    expectPrinted( { "layout", "TcamActionTable", "--chip", "2", "--svg", "-" }, picture );
 }
 
+namespace {
+
+// What the title of a cell in the picture and its letters are.
+bool shows( const std::string& picture, const std::string& title, const std::string& letters ) {
+   const auto at = picture.find( "<g><title>" + title + "</title>" );
+   EXPECT_NE( at, std::string::npos ) << title;
+   const auto end = picture.find( "</g>", at );
+   return picture.substr( at, end - at ).find( '>' + letters + "</text>" ) != std::string::npos;
+}
+
+std::size_t countIn( const std::string& text, const std::string& part ) {
+   std::size_t count = 0;
+   for( auto at = text.find( part ); at != std::string::npos; at = text.find( part, at + 1 ) ) {
+      ++count;
+   }
+   return count;
+}
+
+} // namespace
+
+TEST( Layout, thePictureOfAnImage ) {
+   const std::string image = "0d" + std::string( 38, '0' ) + "80010000";
+   const auto picture =
+      vorn( { "layout", "TcamBankTable", "--chip", "3", "--svg", "-", "--image", image } ).out;
+   const std::string di = "tcamCpuCmdDi: bits 3 to 166, identifier 325, TCAM_CPU_CMD_DI, value 0x1";
+   const std::string valid =
+      "tcamCpuCmdValid: bits 167 to 168, identifier 328, TCAM_CPU_CMD_VALID, value 0x3";
+   const std::string wr = "tcamCpuCmdWr: bit 0, identifier 329, TCAM_CPU_CMD_WR, value 0x1";
+   EXPECT_TRUE( shows( picture, di, "0x1" ) );
+   EXPECT_TRUE( shows( picture, valid, "0x3" ) );
+   EXPECT_TRUE( shows( picture, wr, "0x1" ) );
+   EXPECT_NE( picture.find( ">tcamCpuCmdDi = 0x1</text>" ), std::string::npos );
+
+   const std::string later = "0c" + std::string( 38, '0' ) + "80000000";
+   const auto change = vorn( { "layout", "TcamBankTable", "--chip", "3", "--svg", "-", "--image",
+                               image, "--image", later } )
+                          .out;
+   EXPECT_TRUE( shows( change, di, "0x1" ) );
+   EXPECT_TRUE( shows( change, valid + " \u2192 0x1", "3 \u2192 1" ) );
+   EXPECT_TRUE( shows( change, wr + " \u2192 0x0", "1\u21920" ) );
+   // Two cells, and what the colour means.
+   EXPECT_EQ( countIn( change, "fill=\"#ffd479\"" ), 3u );
+   EXPECT_NE( change.find( ">changed</text>" ), std::string::npos );
+   EXPECT_EQ( countIn( picture, "#ffd479" ), 0u );
+   // The colour's meaning is said where there is no other, too.
+   const auto all = vorn( { "layout", "TcamActionTable", "--chip", "10", "--svg", "-", "--image",
+                            "0000000000000000", "ffffffffffffffff" } )
+                       .out;
+   EXPECT_EQ( countIn( all, "<g>" ), 2u );
+   EXPECT_NE( all.find( ">changed</text>" ), std::string::npos );
+}
+
+TEST( Layout, theTagDecidesTheVariantOfThePicture ) {
+   const auto image =
+      vorn( { "encode", "LifTable", "--chip", "10", "--variant", "4", "--output", "bytes" } ).out;
+   const auto picture =
+      vorn( { "layout", "LifTable", "--chip", "10", "--svg", "-", "--image", image } ).out;
+   EXPECT_NE( picture.find( "<title>LifTable on BCM88690_B0 variant 4</title>" ),
+              std::string::npos );
+}
+
+TEST( LayoutDiff, aPictureOfBoth ) {
+   const auto picture =
+      vorn( { "layout", "TcamBankTable", "--diff", "3", "10", "--svg", "-" } ).out;
+   for( const char* const text :
+        { ">words: 6 -&gt; 11<", ">widened: tcamCpuCmdWr, bit 0 -&gt; bits 0 to 1<",
+          ">moved: tcamCpuCmdRd, bit 1 -&gt; bit 2<",
+          ">moved, widened: tcamCpuCmdDi, bits 3 to 166 -&gt; bits 4 to 331<",
+          ">gone: tcamCpuCmdReserved, bits 169 to 177<", ">0 fields unchanged<",
+          "; moved to bit 2</title>", "; moved from bit 1</title>", "; gone</title>" } ) {
+      EXPECT_NE( picture.find( text ), std::string::npos ) << text;
+   }
+   // A cell and what its colour means; two cells and the same.
+   EXPECT_EQ( countIn( picture, "fill=\"#f6b9b3\"" ), 2u );
+   const auto added = vorn( { "layout", "LifTable", "--diff", "2:6", "3:6", "--svg", "-" } ).out;
+   EXPECT_EQ( countIn( added, "fill=\"#b9e8b4\"" ), 3u );
+   EXPECT_NE( added.find( ">16 fields unchanged<" ), std::string::npos );
+}
+
 TEST( Layout, aPictureReplacesAFile ) {
    const TemporaryFolder folder;
    const std::string file = folder / "old.svg";

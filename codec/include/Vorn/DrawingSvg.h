@@ -1,9 +1,13 @@
 // An entry's format as a picture for documents.
 #pragma once
 
+#include <Vorn/Difference.h>
 #include <Vorn/Drawing.h>
 #include <Vorn/Export.h>
 
+#include <Kelvar/Types.h>
+
+#include <span>
 #include <string>
 
 namespace Vorn {
@@ -12,7 +16,21 @@ namespace Vorn {
 // cell is a group whose own title, which a browser shows, says all about the field.
 VORN_API std::string drawnAsSvg( const Drawing& drawing, const std::string& title );
 
-// What fits into the cells of drawnAsSvg().
+// The same with the values of an image in the cells, each that of the bits of its cell. A field in
+// several cells is listed with its whole value below. The image is as long as an entry.
+VORN_API std::string imageAsSvg( const Drawing& drawing, const std::string& title,
+                                 std::span<const U8> image );
+
+// The same for two images of the pair: the cells that differ are marked, with old and new.
+VORN_API std::string changeAsSvg( const Drawing& drawing, const std::string& title,
+                                  std::span<const U8> before, std::span<const U8> after );
+
+// The drawings of two pairs of a table, one below the other, with what changes marked and listed.
+VORN_API std::string differenceAsSvg( const Drawing& from, const Drawing& to,
+                                      const Difference& difference, const std::string& fromTitle,
+                                      const std::string& toTitle );
+
+// What fits into the cells of these.
 VORN_API DrawingRoom svgRoom();
 
 } // namespace Vorn

@@ -11,10 +11,12 @@
 #include <Vorn/BitOrder.h>
 #include <Vorn/Difference.h>
 #include <Vorn/DrawingSvg.h>
+#include <Vorn/Dump.h>
 #include <Vorn/Error.h>
 #include <Vorn/Layout.h>
 #include <Vorn/Suggest.h>
 #include <Vorn/Text.h>
+#include <Vorn/Value.h>
 
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
@@ -24,7 +26,9 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -105,9 +109,69 @@ std::string jsonOf( const Layout& layout ) {
    return object.dump() + '\n';
 }
 
-std::string svgOf( const Layout& layout ) {
-   const BitOrder order( layout );
-   return drawnAsSvg( Drawing( order, svgRoom() ), layout.pairText() );
+// The one entry that a text writes.
+struct GivenEntry {
+   Layout layout;
+   std::vector<U8> image; // all of its bytes
+};
+
+// Of the pair that is given, or of the variant of its tag where none is.
+GivenEntry entryFrom( const LayoutArguments& arguments, const std::string& text ) {
+   DumpOptions options;
+   options.table = arguments.pair.table;
+   options.chip = &chipOf( arguments.pair.chip );
+   if( !arguments.pair.variant.empty() ) {
+      options.variant = parseIndex( arguments.pair.variant, "variant", 0xff );
+   }
+   options.format = arguments.format;
+   options.isStrict = true;
+   DumpReader reader( options );
+   try {
+      reader.begin( std::span( &text, 1 ) );
+      if( !reader.next() ) {
+         throw Error( "there is no image" );
+      }
+      const DumpEntry& entry = reader.entry();
+      GivenEntry given{ *entry.layout, { entry.image.begin(), entry.image.end() } };
+      given.image.resize( given.layout.bytes() );
+      if( reader.next() ) {
+         throw Error( "the text writes several images" );
+      }
+      return given;
+   } catch( const Error& error ) {
+      throw Error( "--image: " + error.message() );
+   }
+}
+
+std::string entrySvg( const LayoutArguments& arguments ) {
+   const GivenEntry last = entryFrom( arguments, arguments.images.back() );
+   const BitOrder order( last.layout );
+   const Drawing drawing( order, svgRoom() );
+   if( arguments.images.size() == 1 ) {
+      return imageAsSvg( drawing, last.layout.pairText(), last.image );
+   }
+   const GivenEntry first = entryFrom( arguments, arguments.images.front() );
+   if( !( first.layout == last.layout ) ) {
+      throw Error( "--image: the images are of " + first.layout.pairText() + " and " +
+                   last.layout.pairText() + "; compare images of one pair" );
+   }
+   return changeAsSvg( drawing, last.layout.pairText(), first.image, last.image );
+}
+
+std::string differenceSvg( const Layout& from, const Layout& to ) {
+   const BitOrder fromOrder( from );
+   const BitOrder toOrder( to );
+   return differenceAsSvg( Drawing( fromOrder, svgRoom() ), Drawing( toOrder, svgRoom() ),
+                           differenceOf( from, to ), from.pairText(), to.pairText() );
+}
+
+// Gives the picture to its file; what is to be printed.
+std::string written( const LayoutArguments& arguments, const std::string& picture ) {
+   if( *arguments.svg == "-" ) {
+      return picture;
+   }
+   writeFile( *arguments.svg, picture );
+   return {};
 }
 
 // From "BCM88690_B0:3", or "10" for the variant 0.
@@ -119,7 +183,7 @@ Layout layoutFrom( const std::string& table, const std::string& pair ) {
 
 void checkUsage( const CLI::App& verb ) {
    constexpr std::pair<const char*, const char*> exclusive[] = {
-      { "--diff", "--chip" },  { "--diff", "--variant" }, { "--diff", "--svg" },
+      { "--diff", "--chip" },  { "--diff", "--variant" }, { "--diff", "--image" },
       { "--diff", "--lines" }, { "--json", "--svg" },     { "--json", "--lines" },
       { "--svg", "--lines" },
    };
@@ -134,6 +198,13 @@ void checkUsage( const CLI::App& verb ) {
    if( verb.count( "--diff" ) == 1 ) {
       throw CLI::RequiredError( "TO of --diff" );
    }
+   if( verb.count( "--image" ) > 0 && verb.count( "--svg" ) == 0 ) {
+      throw CLI::RequiresError( "--image", "--svg" );
+   }
+   if( verb.count( "--image" ) > 2 ) {
+      throw CLI::ValidationError( "--image", "at most two images can be drawn; an image of several "
+                                             "pieces stands in quotes" );
+   }
 }
 
 } // namespace
@@ -142,22 +213,25 @@ std::string layout( const LayoutArguments& arguments ) {
    if( !arguments.difference.empty() ) {
       const Layout from = layoutFrom( arguments.pair.table, arguments.difference[0] );
       const Layout to = layoutFrom( arguments.pair.table, arguments.difference[1] );
+      if( arguments.svg ) {
+         return written( arguments, differenceSvg( from, to ) );
+      }
       return arguments.json ? differenceJson( from, to ) : differenceLines( from, to );
    }
+   if( !arguments.images.empty() ) {
+      return written( arguments, entrySvg( arguments ) );
+   }
    const BoxLines boxLines = boxLinesFrom( arguments.boxLines );
-   const Layout layout = layoutOf( arguments.pair );
+   const auto& [table, chip, variant] = arguments.pair;
+   const Layout layout = layoutOf( { table, chip, variant.empty() ? "0" : variant } );
    if( arguments.json ) {
       return jsonOf( layout );
    }
    if( !arguments.svg ) {
       return linesOf( layout, boxLines );
    }
-   std::string picture = svgOf( layout );
-   if( *arguments.svg == "-" ) {
-      return picture;
-   }
-   writeFile( *arguments.svg, picture );
-   return {};
+   const BitOrder order( layout );
+   return written( arguments, drawnAsSvg( Drawing( order, svgRoom() ), layout.pairText() ) );
 }
 
 Verb addLayout( CLI::App& commandLine ) {
@@ -168,6 +242,11 @@ Verb addLayout( CLI::App& commandLine ) {
    verb->add_flag( "--json", arguments->json, "Print one JSON object" );
    verb->add_option( "--svg", arguments->svg, "Write a picture there, - for standard output" )
       ->type_name( "FILE" );
+   verb
+      ->add_option( "--image", arguments->images,
+                    "Draw the values of this image into the picture, or what changes to a second" )
+      ->type_name( "IMAGE" );
+   addImageFormat( *verb, arguments->format );
    verb->add_option( "--lines", arguments->boxLines, "Characters to draw with" )
       ->type_name( "ascii|unicode" );
    verb->add_option( "--diff", arguments->difference, "Print what changes between two pairs" )
@@ -184,11 +263,18 @@ Verb addLayout( CLI::App& commandLine ) {
              "encode` prints, in their order, with the most significant bit at the left. They are "
              "drawn in unicode at a terminal with a UTF-8 locale, otherwise in ascii, unless "
              "--lines says which.\n\n"
+             "With --image the cells of the picture show the values of an image, each that of its "
+             "own bits; a field in several cells is listed with its whole value below. Of two "
+             "images it shows old and new, and marks the cells that differ. The tag decides the "
+             "variant unless --variant does. An image is written as for `vorn decode`, in quotes "
+             "if it has several pieces.\n\n"
              "FROM and TO of --diff are a chip type, by name or number, or a chip type and a "
-             "variant as CHIP:VARIANT.\n\n" +
+             "variant as CHIP:VARIANT. With --svg both formats are drawn, and the fields that are "
+             "new, gone, moved, widened or narrowed are marked and listed.\n\n" +
                 chipTypesParagraph(),
              "  vorn layout LifTable --chip BCM88690_B0 --variant 3\n"
              "  vorn layout LifTable --chip BCM88690_B0 --variant 3 --svg lif.svg\n"
+             "  vorn layout EvecTable --chip 6 --svg evec.svg --image 0102030405060708\n"
              "  vorn layout LifTable --diff BCM88650_B0:6 BCM88660_A0:6" );
    return { verb, [arguments]( Output& output ) { output.write( layout( *arguments ) ); } };
 }

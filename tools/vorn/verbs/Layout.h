@@ -3,6 +3,8 @@
 
 #include "Arguments.h"
 
+#include <Vorn/Images.h>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,7 +12,9 @@
 namespace Vorn {
 
 struct LayoutArguments {
-   PairText pair;
+   PairText pair{ "", "", "" };     // without a variant: 0, or that of the image's tag
+   std::vector<std::string> images; // none; one whose values are drawn; or two to compare
+   ImageFormat format = ImageFormat::automatic;
    std::vector<std::string> difference; // none, or "CHIP" or "CHIP:VARIANT" twice
    std::optional<std::string> svg;      // path, "-" for standard output
    std::optional<std::string> boxLines; // "ascii" or "unicode"
