@@ -88,6 +88,9 @@ Rows rowsOf( std::string_view wanted ) {
       if( asPattern ) {
          throw Error( "no field matches " + inQuotes( wanted ) );
       }
+      if( !wanted.empty() && wanted[0] >= '0' && wanted[0] <= '9' ) {
+         parseNumber( wanted, "identifier" ); // which says what is wrong; no name begins so
+      }
       throw Error( "no table has a field " + inQuotes( wanted ) + fieldSuggestion( wanted ) );
    }
    return rows;

@@ -675,7 +675,11 @@ const std::vector<Kind> found{
      "vorn: no table has a field \"vlanDomian\"; did you mean vlanDomain?" },
    { "field none", "field zzzz", "vorn: no table has a field \"zzzz\"" },
    { "field id none", "field 99999", "vorn: no field has the identifier 99999" },
-   { "field octal id", "field 0351", "vorn: no table has a field \"0351\"" },
+   { "field octal id", "field 0351",
+     "vorn: bad number \"0351\" for identifier; a leading 0 may mean octal; write 351 or 0xe9" },
+   { "field an id that goes on", "field 351x",
+     "vorn: bad number \"351x\" for identifier; write decimal digits, hexadecimal digits after 0x "
+     "or binary digits after 0b" },
    { "field pattern none", "field zz*", "vorn: no field matches \"zz*\"" },
    { "field empty", "field ''", "vorn: no table has a field \"\"" },
    { "field chip lacks", "field vlanDomain --chip 2",

@@ -322,8 +322,8 @@ TEST( Decode, wrongUsage ) {
       arguments.insert( arguments.end(), more.begin(), more.end() );
       return arguments;
    };
-   expectWrongUsage( {}, "IMAGE is required" );
-   expectWrongUsage( action2, "IMAGE is required" );
+   expectWrongUsage( {}, "IMAGE or --file is required" );
+   expectWrongUsage( action2, "IMAGE or --file is required" );
    expectWrongUsage( { "TcamActionTable", "01000000" }, "--chip is required" );
    expectWrongUsage( { "--variant", "0", "-" }, "--variant requires TABLE" );
    expectWrongUsage( with( { "01000000", "--file", "-" } ), "--file excludes IMAGE" );

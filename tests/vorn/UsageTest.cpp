@@ -78,7 +78,7 @@ TEST( Usage, missingArguments ) {
    expectWrongUsage( { "encode", "TcamActionTable" },
                      "--chip is required; see vorn encode --help" );
    expectWrongUsage( { "decode", "TcamActionTable", "--chip", "2" },
-                     "IMAGE is required; see vorn decode --help" );
+                     "IMAGE or --file is required; see vorn decode --help" );
    expectWrongUsage( { "program" }, "FILE is required; see vorn program --help" );
 }
 

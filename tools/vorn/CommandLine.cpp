@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -66,7 +67,10 @@ public:
    explicit CommandLine( const std::string& version );
 
    // Throws as CLI11 does.
-   void parse( int argc, const char* const* argv ) { app_.parse( argc, argv ); }
+   void parse( int argc, const char* const* argv ) {
+      requireValues( { argv + 1, argv + std::max( argc, 1 ) } );
+      app_.parse( argc, argv );
+   }
 
    // What the last parse() made of it.
    void run( Output& output ) { runParsed( verbs_, output ); }
@@ -77,6 +81,8 @@ public:
    std::string usageError( const CLI::ParseError& error ) const;
 
 private:
+   void requireValues( const std::vector<std::string>& words ) const;
+
    CLI::App app_{ "Composes and decodes the entries of a packet processor's tables.", "vorn" };
    std::vector<Verb> verbs_;
 };
@@ -100,6 +106,27 @@ CommandLine::CommandLine( const std::string& version ) {
    }
    verbs_.push_back( addComplete( app_ ) );
    refuseValuesOfFlags( app_ );
+}
+
+// That no option stands where the value of another one is due: CLI11 would take it for that.
+void CommandLine::requireValues( const std::vector<std::string>& words ) const {
+   const CLI::App* app = &app_;
+   for( std::size_t i = 0; i + 1 < words.size() && words[i] != "--"; ++i ) {
+      const auto& next = words[i + 1];
+      if( !words[i].starts_with( '-' ) ) {
+         for( const auto* const verb : app->get_subcommands( {} ) ) {
+            app = verb->get_name() == words[i] ? verb : app;
+         }
+         continue;
+      }
+      const auto* const option = app->get_option_no_throw( words[i] );
+      if( option && option->get_items_expected_max() > 0 && next.starts_with( "--" ) &&
+          next != "--" ) {
+         throw UsageError( words[i] + " needs " + option->get_type_name() + ", which " +
+                           inQuotes( next ) + " isn't; if it is meant so, write " + words[i] + '=' +
+                           shown( next ) );
+      }
+   }
 }
 
 // CLI11's message, in the words of our own messages where they differ, and where to find help.

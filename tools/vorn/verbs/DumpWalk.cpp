@@ -286,8 +286,12 @@ void DumpLine::completeInto( DumpArguments& arguments ) {
    }
    if( image.empty() && paths.empty() ) {
       // What stands alone where the TABLE is due may be the image, or a wrong name.
+      if( !table.empty() && isTable( table ) && chip.empty() ) {
+         throw CLI::RequiredError( "--chip, and IMAGE or --file, are required",
+                                   CLI::ExitCodes::RequiredError );
+      }
       if( table.empty() || isTable( table ) ) {
-         throw CLI::RequiredError( "IMAGE" );
+         throw CLI::RequiredError( "IMAGE or --file" );
       }
       if( nearest( table, allTables() ) ) {
          tableNamed( table );
