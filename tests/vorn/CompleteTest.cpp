@@ -38,7 +38,7 @@ bool isInstalled( const std::string& shell ) {
 
 // What bash offers for the line, one word a line.
 std::string inBash( const std::string& line ) {
-   const auto cut = line.find_last_of( " =" ) + 1;
+   const auto cut = line.find_last_of( " =:" ) + 1;
    const std::string script = "source '" + folder +
                               "/vorn.bash'\n"
                               "COMP_LINE=$1 COMP_POINT=${#1}\n"
@@ -96,6 +96,17 @@ TEST( Complete, tables ) {
       ( Words{ "TcamActionTable", "TcamBankIpv4Tt", "TcamBankTable", "TcamBankTableFormatter" } ) );
    EXPECT_EQ( candidates( { "encode", "--chip", "10", "--entry", "5", "OutA" } ),
               Words{ "OutAcBank" } );
+}
+
+TEST( Complete, tablesBeforeDumps ) {
+   for( const char* const verb : { "stats", "diff", "decode" } ) {
+      EXPECT_EQ( candidates( { verb, "OutA" } ), Words{ "OutAcBank" } ) << verb;
+      EXPECT_EQ( candidates( { verb, "OutAcBank", "Lif" } ), Words() ) << verb;
+      EXPECT_EQ( candidates( { verb, "OutAcBank", "before.bin", "" } ), Words() ) << verb;
+      EXPECT_EQ( candidates( { verb, "--chip", "4", "OutAcBank", "--variant", "" } ),
+                 ( Words{ "0", "1", "2" } ) )
+         << verb;
+   }
 }
 
 TEST( Complete, chips ) {
@@ -180,7 +191,9 @@ TEST( Complete, inBash ) {
    EXPECT_EQ( inBash( "vorn encode  OutAcBank --chip=4 --variant=" ), "0\n1\n2\n" );
    EXPECT_EQ( inBash( "vorn encode TcamBankTable --chip 10 tcamCpuCmdWr=1 tcamCpuCmdR" ),
               "tcamCpuCmdRd=\n" );
-   EXPECT_EQ( inBash( "vorn layout OutAcBank --diff 4:" ), "4:0\n4:1\n4:2\n" );
+   EXPECT_EQ( inBash( "vorn layout OutAcBank --diff 4:" ), "0\n1\n2\n" );
+   EXPECT_EQ( inBash( "vorn layout OutAcBank --diff 4:0 10:" ), "0\n" );
+   EXPECT_EQ( inBash( "vorn stats OutA" ), "OutAcBank\n" );
    EXPECT_EQ( inBash( "vorn trace addr" ), "address\n" );
    EXPECT_EQ( inBash( "vorn program entr" ), "\n" );
 }

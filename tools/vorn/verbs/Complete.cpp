@@ -49,6 +49,15 @@ Candidates tables( const Given& ) {
    return result;
 }
 
+// Before what is dumped: nothing once a word is there.
+constexpr const char* tableAndDump = "TABLE FILE";
+constexpr const char* tableAndDumps = "TABLE BEFORE AFTER";
+
+Candidates tablesOfDumps( const Given& given ) {
+   return given.contains( tableAndDump ) || given.contains( tableAndDumps ) ? Candidates()
+                                                                            : tables( given );
+}
+
 Candidates chips( const Given& given ) {
    const auto table = valueIn( given, "TABLE" );
    Candidates result;
@@ -113,8 +122,14 @@ Candidates allFields( const Given& ) {
 
 // The values of an option or argument, by its name.
 const std::map<std::string, Candidates ( * )( const Given& )> valuesOf{
-   { "TABLE", tables },       { "--chip", chips },       { "--diff", sides },
-   { "--variant", variants }, { "field=value", fields }, { "FIELD", allFields },
+   { tableAndDump, tablesOfDumps },
+   { tableAndDumps, tablesOfDumps },
+   { "TABLE", tables },
+   { "--chip", chips },
+   { "--diff", sides },
+   { "--variant", variants },
+   { "field=value", fields },
+   { "FIELD", allFields },
 };
 
 // The values that a name such as "ascii|unicode" lists; there are none in "NAME|NUMBER".
@@ -216,7 +231,9 @@ void Words::take( const std::string& word ) {
    }
    if( const auto* const argument = nextArgument() ) {
       given_[argument->get_name()] = word;
-      ++taken_;
+      if( taken_++ == 0 && isTable( word ) ) {
+         given_["TABLE"] = word;
+      }
    }
 }
 
