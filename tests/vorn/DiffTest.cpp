@@ -187,6 +187,15 @@ TEST( Diff, twoImages ) {
               1 );
 }
 
+TEST( Diff, anImageLongerThanAnyFilesName ) {
+   const std::string image( 800, '0' );
+   const auto outcome = vorn( { "diff", "TcamActionTable", "--chip", "10", image, image } );
+   EXPECT_EQ( outcome.err,
+              "vorn: BEFORE: the image has 400 bytes; the fields of TcamActionTable on BCM88690_B0 "
+              "need 4, a whole entry has 8\n" );
+   EXPECT_EQ( outcome.status, 2 );
+}
+
 TEST( Diff, troubleHasAStatusOfItsOwn ) {
    const auto refused = [&]( const Testing::Outcome& outcome, const std::string& message ) {
       EXPECT_EQ( outcome.err, message + '\n' );

@@ -410,7 +410,11 @@ TEST( IdentifyDump, filesEachForItself ) {
    const std::string once = ( folder / "six" ) + ": 6 images\n" + fitsOfSix;
    EXPECT_EQ( both.out, once + once );
    EXPECT_EQ( vorn( { "identify", "--chip", "15", "--file", folder / "one" } ).status, 0 );
-   // What is an image is none of a file.
+   expectRefused( { "identify", "--chip", "10", folder / "none", folder / "six" },
+                  "vorn: cannot open " + ( folder / "none" ) + ": No such file or directory" );
+   // What is an image is none of a file, and may be longer than a file's name.
+   expectRefused( { "identify", "--chip", "10", std::string( 800, '0' ) },
+                  "vorn: the image has 400 bytes; an entry on BCM88690_B0 has 4,8,12,24,36,44,80" );
    EXPECT_EQ( Testing::run( "sh", { "-c", "cd '" + std::string( folder.path() ) +
                                              "' && '" VORN_BINARY "' identify --chip 2 45230100" } )
                  .out,

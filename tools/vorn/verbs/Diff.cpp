@@ -105,7 +105,8 @@ public:
    Side( std::string role, const std::string& word, const DiffArguments& arguments, Output& output )
       : role_( std::move( role ) ), options_( optionsOf( arguments ) ),
         keepsGoing_( arguments.keepsGoing ), output_( output ), reader_( options_ ) {
-      if( word == "-" || std::filesystem::exists( word ) ) {
+      std::error_code ignored; // of a word that is too long for a file's name, say
+      if( word == "-" || std::filesystem::exists( word, ignored ) ) {
          bytes_ = std::make_unique<FileBytes>( word, [&output] { output.flush(); } );
          reader_.begin( *bytes_ );
          return;

@@ -254,11 +254,12 @@ void identify( const IdentifyArguments& arguments, Output& output ) {
    identifying.finish();
 }
 
-// Whether the words are no image, but files.
+// Whether the words are no image, but files, one of which is there at least.
 bool areFiles( const IdentifyArguments& arguments ) {
    const auto& words = arguments.image;
-   if( words.empty() || !std::all_of( words.begin(), words.end(), []( const std::string& word ) {
-          return word == "-" || std::filesystem::exists( word );
+   if( std::none_of( words.begin(), words.end(), []( const std::string& word ) {
+          std::error_code ignored;
+          return word == "-" || std::filesystem::exists( word, ignored );
        } ) ) {
       return false;
    }
