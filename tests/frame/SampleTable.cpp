@@ -45,7 +45,9 @@ constexpr auto description = describe(
    dimensions( {
       { chips( 10, 12 ), variants( 0, 2, 3, 9 ), 25, 4294967295, 1,     2 },
       { chips( 13 ),     variants( 0, 2, 3, 9 ), 10, 1,          70,    1 },
-      { chips( 5, 6 ),   anyVariant,             20, 4096,       3,     1 },
+      // Chip type 6 has other entries than 5, and nothing else: neither may take the other's facts.
+      { chips( 5 ),      anyVariant,             20, 4096,       3,     1 },
+      { chips( 6 ),      anyVariant,             20, 4097,       3,     1 },
       { chips( 7 ),      anyVariant,             20, 4096,       65535, 2 },
       { chips( 21 ),     variants( 1 ),          25, 7,          1,     1 },
    } ),
@@ -61,7 +63,9 @@ constexpr auto description = describe(
       { chips( 10 ),   variants( 0, 3 ),       0xfffffff0, 1,  0,     { { 1, 2 }, { 3, 2 } } },
       { chips( 10 ),   variants( 2, 9 ),       0x1000,     2,  0,     { { 4, 5 }, { 4, 6 } } },
       { chips( 12 ),   variants( 0, 2, 3, 9 ), 0x2000,     1,  0,     { { 0, 0 }, { 255, 255 } } },
-      { chips( 13 ),   variants( 0, 2, 3, 9 ), 0x30,       0,  7,     { { 0, 9 } } },
+      // So here, where variant 9 only lies elsewhere,
+      { chips( 13 ),   variants( 0, 2, 3 ),    0x30,       0,  7,     { { 0, 9 } } },
+      { chips( 13 ),   variants( 9 ),          0x31,       0,  7,     { { 0, 9 } } },
       { chips( 5, 6 ), anyVariant,             0x500000,   16, 65536, { { 0, 1 } } },
       { chips( 7 ),    anyVariant,             0x700000,   1,  4096,  { { 0, 1 }, { 0, 2 } } },
       { chips( 21 ),   variants( 1 ),          noAddress },
@@ -70,7 +74,9 @@ constexpr auto description = describe(
       { chips( 10, 12 ), variants( 0 ), { { resultType, 33 }, { tid, 7 } } },
       { chips( 10, 12 ), variants( 2, 3 ), { { tid, 63 } } },
       { chips( 10, 12 ), variants( 9 ), { untagged } },
-      { chips( 13 ), variants( 0, 2, 3, 9 ), { untagged } },
+      // and here, where variant 3 only has a tag.
+      { chips( 13 ), variants( 3 ), { { tid, 5 } } },
+      { chips( 13 ), variants( 0, 2, 9 ), { untagged } },
    } ) );
 // clang-format on
 
