@@ -237,7 +237,9 @@ TEST_P( Compiled, WithoutWarningsAgreesWithTheLibrary ) {
 INSTANTIATE_TEST_SUITE_P( By, Compiled, testing::ValuesIn( compilers ),
                           []( const testing::TestParamInfo<const char*>& compiler ) {
                              const std::string path = compiler.param;
-                             return path.substr( path.rfind( '/' ) + 1 );
+                             std::string name = path.substr( path.rfind( '/' ) + 1 );
+                             std::replace( name.begin(), name.end(), '-', '_' );
+                             return name;
                           } );
 
 TEST( ExportHeader, ServesTheExampleOfItsDocument ) {
