@@ -313,7 +313,8 @@ std::size_t columnsOf( std::string_view letters ) {
    } ) );
 }
 
-const std::string arrow = "\u2192";
+constexpr std::string_view arrowApart = " \u2192 ";
+constexpr std::string_view arrow = arrowApart.substr( 1, arrowApart.size() - 2 );
 
 // "0x12", or the digits alone where there is no room for more.
 std::string valueText( const Value& value, std::size_t columns ) {
@@ -324,7 +325,7 @@ std::string valueText( const Value& value, std::size_t columns ) {
 // The two in as few lines as there is room for.
 std::vector<std::string> changeText( const Value& before, const Value& after,
                                      std::size_t columns ) {
-   for( const std::string& between : { ' ' + arrow + ' ', arrow } ) {
+   for( const std::string_view between : { arrowApart, arrow } ) {
       for( const std::size_t prefix : { 0U, 2U } ) {
          std::string text = hexOf( before ).substr( prefix );
          text.append( between ).append( hexOf( after ).substr( prefix ) );
@@ -333,7 +334,7 @@ std::vector<std::string> changeText( const Value& before, const Value& after,
          }
       }
    }
-   return { valueText( before, columns ), arrow + valueText( after, columns - 1 ) };
+   return { valueText( before, columns ), std::string( arrow ) + valueText( after, columns - 1 ) };
 }
 
 // The bits of an image, as cells and fields show them.
@@ -453,7 +454,7 @@ std::string changeAsSvg( const Drawing& drawing, const std::string& title,
       const auto whole = hexOf( old.at( *cell.field ) );
       const auto wholeNow = hexOf( now.at( *cell.field ) );
       note.title = ", value " + whole;
-      note.title += whole == wholeNow ? "" : ' ' + arrow + ' ' + wholeNow;
+      note.title += whole == wholeNow ? "" : std::string( arrowApart ) + wholeNow;
       return note;
    } );
    std::vector<std::string> lines;
@@ -502,7 +503,7 @@ Note noteOn( const DrawingCell& cell, const Difference& difference, bool isFrom 
 
 std::string differenceAsSvg( const Drawing& from, const Drawing& to, const Difference& difference,
                              const std::string& fromTitle, const std::string& toTitle ) {
-   Picture picture( fromTitle + ' ' + arrow + ' ' + toTitle );
+   Picture picture( fromTitle + std::string( arrowApart ) + toTitle );
    const auto add = [&]( const Drawing& drawing, const std::string& name, bool isFrom ) {
       picture.addName( name );
       picture.add( drawing, [&difference, isFrom]( const DrawingCell& cell ) {
