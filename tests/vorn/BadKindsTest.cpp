@@ -682,10 +682,10 @@ const std::vector<Kind> found{
      "or binary digits after 0b" },
    { "field pattern none", "field zz*", "vorn: no field matches \"zz*\"" },
    { "field empty", "field ''", "vorn: no table has a field \"\"" },
-   { "field chip lacks", "field vlanDomain --chip 2",
-     "vorn: no table has the field \"vlanDomain\" on BCM88650_B0; it exists on BCM88690_B0 (10), "
-     "BCM88690_V6_B0 (12), BCM88800_A0 (13), BCM88850_A0 (14), BCM88480_A0 (15), BCM88480_B0 "
-     "(16)" },
+   { "field chip lacks", "field isemPayload --chip 10",
+     "vorn: no table has the field \"isemPayload\" on BCM88690_B0; it exists on BCM88650_B0 (2), "
+     "BCM88660_A0 (3), BCM88375_A0 (4), BCM88375_B0 (5), BCM88470_A0 (6), BCM88470_B0 (7), "
+     "BCM88680_A0 (8)" },
    { "field chip misspelt", "field vsi --chip BCM88690",
      "vorn: unknown chip \"BCM88690\"; did you mean BCM88690_B0?" },
    { "field two", "field vsi vrf", "vorn: unexpected argument \"vrf\"; see vorn field --help", "",
