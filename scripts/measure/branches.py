@@ -4,7 +4,7 @@
 From the counters of a build with --coverage. A branch of a template counts once, and as taken if
 any of its instances took it: an instance for a class without variants can't take what one for a
 class with variants does. Branches that throw are left out. Ends with another status than 0 if one
-is missing that isn't known to be the compiler's own.
+is missing on a line without a mark, or if all are taken on a marked line.
 """
 
 import collections
@@ -15,15 +15,8 @@ import subprocess
 import sys
 
 COUNTED = re.compile(r'src/|platform/\w+/(src|include)/')
-# Where some branches can't be taken: file, line, and why.
-COMPILERS = [
-    (r'.*', r'static .* = .*|} built;', 'the guard of a static'),
-    (r'platform/oru/include/Oru/String.h', r'.*\btext_?\b.*[{}]|class String {',
-     'what a constructor undoes if copying the text throws'),
-    (r'src/frame/FastPaths.h', r'switch\( number \) {', 'numbers that no table has'),
-    (r'src/frame/FastPaths.h', r'if\( facts.tagCount != 0 && everyTag<C>.*',
-     'the instances of classes without a tag'),
-]
+# The comment above a line of which some branches can't be taken, and why.
+MARK = re.compile(r'// Branches that no test takes: (.*)\.')
 
 
 def branches_of(line, functions):
@@ -54,6 +47,18 @@ def counters(root, build):
                             yield name, line['line_number'], branches
 
 
+def marked(root):
+    """The reason of each marked line, by file and number."""
+    marks = {}
+    for folder in ('src', 'platform'):
+        for path in sorted((root / folder).rglob('*')):
+            if path.suffix in ('.h', '.cpp', '.inc'):
+                for number, line in enumerate(path.read_text().splitlines(), 1):
+                    if match := MARK.search(line):
+                        marks[str(path.relative_to(root)), number + 1] = match[1]
+    return marks
+
+
 def main():
     root, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
     # Whether it was taken, by file, line and number of branches, in which instances may differ.
@@ -63,6 +68,8 @@ def main():
         known.extend([False] * (len(branches) - len(known)))
         for place, one in enumerate(branches):
             known[place] |= one
+    marks = marked(root)
+    unused = set(marks)
     files = collections.defaultdict(collections.Counter)
     missed = []
     for (name, number, _), branches in sorted(taken.items()):
@@ -70,8 +77,8 @@ def main():
         files[name]['all'] += len(branches)
         files[name]['taken'] += sum(branches)
         if not all(branches):
-            why = next((reason for file, line, reason in COMPILERS
-                        if re.fullmatch(file, name) and re.fullmatch(line, source)), None)
+            why = marks.get((name, number))
+            unused.discard((name, number))
             files[name]['known'] += len(branches) - sum(branches) if why else 0
             missed.append('%s:%d: %d of %d branches: %s%s' %
                           (name, number, sum(branches), len(branches), source,
@@ -83,7 +90,9 @@ def main():
     print('branches: %.1f%% (%d out of %d), and %d of the others are known not to be takeable' %
           (100 * total['taken'] / total['all'], total['taken'], total['all'], total['known']))
     print('\n'.join(missed))
-    sys.exit(total['taken'] + total['known'] < total['all'])
+    for name, number in sorted(unused):
+        print('%s:%d: marked, but every branch is taken' % (name, number))
+    sys.exit(bool(unused) or total['taken'] + total['known'] < total['all'])
 
 
 if __name__ == '__main__':

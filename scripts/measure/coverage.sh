@@ -14,7 +14,8 @@ cmake --preset debug -B "$build" -DCMAKE_CXX_COMPILER=g++ -DVORN_BUILD_TESTS=ON 
    -DCMAKE_CXX_FLAGS='--coverage -fprofile-update=atomic -Dalways_inline=unused' >&2
 cmake --build "$build" >&2
 find "$build" -name '*.gcda' -delete
-ctest --test-dir "$build" -E 'Headers|Install|Refused|Exports' --output-on-failure >&2
+# How much of a buffer a call is given depends on what is inlined.
+ctest --test-dir "$build" -E 'Headers|Install|OverASitesPlatform.callsTest|Refused|Exports' --output-on-failure >&2
 
 mkdir -p "$build/report"
 gcovr --root . --object-directory "$build" --filter 'src/' \

@@ -41,6 +41,7 @@ struct PairFacts {
    U8 destBlock[instanceLimit] = {};
    TagField tag[tagFieldLimit] = {};
 
+   // Branches that no test takes: the compiler alone compares facts.
    friend constexpr bool operator==( const PairFacts&, const PairFacts& ) = default;
 };
 

@@ -51,6 +51,7 @@ template<class C, U8 field, class Act>
    if( count <= 3 && number == count ) [[unlikely]] {
       return false;
    }
+   // Branches that no test takes: numbers that no table has.
    switch( number ) {
 #define CELL( each )                                                                               \
    case each:                                                                                      \
@@ -440,6 +441,7 @@ template<class C, Site site>
    if( primitivesAreInline && surelyQuiet() && pair < sizeof C::factsTable.of &&
        len >= C::storageSize ) [[likely]] {
       const PairFacts& facts = C::facts[C::factsTable.of[pair]];
+      // Branches that no test takes: the instances of classes without a tag.
       if( facts.tagCount != 0 && everyTag<C>( facts, [&]<Cell cell>( U8 value ) {
              return holdsTag<C, cell>( buf, value );
           } ) ) {

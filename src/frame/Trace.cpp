@@ -6,6 +6,7 @@ namespace Hardware::Frame {
 Oru::TraceHandle& _defaultTraceHandle() {
    // Not destroyed at process exit: threads and later destructors may still trace.
    static Oru::TraceHandle* const handle =
+      // Branches that no test takes: what is undone if the handle cannot be made.
       new( traceHandleStorage.bytes ) Oru::TraceHandle( "KelvarVornTunnelMetaInfo", false );
    return *handle;
 }

@@ -89,6 +89,7 @@ const Frame::PairFacts* factsOf( const Frame::ClassData* data, U32 chipType, U8 
 
 std::shared_ptr<Kelvar::AsicBase> stringObj( Oru::String name, Hardware::ChipType chipType,
                                              U8 variant ) {
+   // Branches that no test takes: the guard of a static.
    static const auto& objMap = mapOf( &Frame::ClassData::make );
    return find( objMap, name, __LINE__,
                 "std::shared_ptr<Kelvar::AsicBase> Hardware::stringObj(Oru::String, "
@@ -96,6 +97,7 @@ std::shared_ptr<Kelvar::AsicBase> stringObj( Oru::String name, Hardware::ChipTyp
 }
 
 bool chipTypeVariantValid( Oru::String name, Hardware::ChipType chipType, U8 variant ) {
+   // Branches that no test takes: the guard of a static.
    static const auto& objMap = mapOf( &Frame::ClassData::valid );
    return find( objMap, name, __LINE__,
                 "bool Hardware::chipTypeVariantValid(Oru::String, Hardware::ChipType, U8)" )(

@@ -22,6 +22,7 @@ namespace Oru {
 class Facilities {
 public:
    static Facilities& instance() {
+      // Branches that no test takes: the guard of a static.
       static Facilities* const facilities = new Facilities;
       // A child has only the thread that forked, so nothing would release the lock.
       static const int forked =

@@ -20,6 +20,7 @@ class StringData;
 template<>
 class ORU_API StringData<char> {
 public:
+   // Branches that no test takes: what is undone if the text cannot be copied.
    explicit StringData( std::string_view text ) : text_( text ) {}
 
    std::string_view view() const { return text_; }
@@ -33,12 +34,15 @@ private:
 
 } // namespace Impl
 
+// Branches that no test takes: what is undone if the text cannot be copied.
 class String {
 public:
    String() : data_( std::string_view() ) {}
    String( const char* text, std::size_t length ) : data_( std::string_view( text, length ) ) {}
+   // Branches that no test takes: what is undone if the text cannot be copied.
    String( std::string_view text ) : data_( text ) {}
    String( const char* text ) : data_( std::string_view( text ) ) {}
+   // Branches that no test takes: what is undone if the text cannot be copied.
    String( const std::string& text ) : data_( std::string_view( text ) ) {}
 
    std::string_view view() const { return data_.view(); }
