@@ -181,7 +181,7 @@ if ls "$build"/vorn-explorer_*.deb >"$work/log" 2>&1; then
    # 2000 has the value's bit 4, and vsi begins at bit 1.
    chromium --headless --no-sandbox --disable-gpu --virtual-time-budget=20000 --dump-dom \
       "file://$root$page$state" 2>"$work/log" >"$work/page.html"
-   grep -q 'aria-label="bit 5 of mdbEntry, vsi: 1"' "$work/page.html" ||
+   grep -q 'id="bit-5-value">1<' "$work/page.html" ||
       fail "the explorer doesn't show the image"
    echo "vorn explore: $(cut -c 1-100 "$work/said")..."
 else
