@@ -97,7 +97,7 @@ std::string octalText( std::size_t offset ) {
    return text;
 }
 
-// In numbers of so many bytes.
+// As numbers of that many bytes.
 template<std::size_t size>
 std::string asOd( const Vorn::Layout&, const Bytes& dump ) {
    return rows( dump,

@@ -4,6 +4,7 @@
 #include "Terminal.h"
 #include "Verbs.h"
 #include "verbs/DumpWalk.h"
+#include "verbs/Failures.h"
 
 #include <Vorn/Chip.h>
 #include <Vorn/Difference.h>
@@ -133,12 +134,7 @@ public:
          } catch( const Error& error ) {
             // An image of the command line has no place of its own.
             const Error placed( error.place(), ( bytes_ ? "" : role_ + ": " ) + error.message() );
-            if( !keepsGoing_ ) {
-               throw placed;
-            }
-            output_.flush();
-            printError( placed );
-            ++bad_;
+            failures_.take( placed );
             continue;
          }
          const auto& [layout, image, entry, array, identifier, address, isEmpty, doubt] =
@@ -170,7 +166,7 @@ public:
       ordinal_ += count;
    }
 
-   U64 bad() const { return bad_; }
+   U64 bad() const { return failures_.count(); }
 
    const DumpReader& reader() const { return reader_; }
 
@@ -191,7 +187,7 @@ private:
    DumpReader reader_;
    Item item_;
    U64 ordinal_ = 0; // of the next image
-   U64 bad_ = 0;
+   Failures failures_{ keepsGoing_, output_ };
    std::set<std::string> reported_; // doubts
 };
 

@@ -102,7 +102,7 @@ void DumpWalk::run( const std::function<void( const DumpEntry& )>& visit ) {
       try {
          readFile( path );
       } catch( const Error& error ) {
-         keepGoing( error );
+         failures_.take( error );
       }
    }
 }
@@ -138,7 +138,7 @@ void DumpWalk::readAll() {
          take();
       } catch( const Error& error ) {
          pipeline_.drain();
-         keepGoing( error );
+         failures_.take( error );
       }
    }
 }
@@ -226,18 +226,9 @@ void DumpWalk::warn( const std::string& doubt ) {
    printWarning( reader_.place(), doubt );
 }
 
-void DumpWalk::keepGoing( const Error& error ) {
-   if( !arguments_.keepsGoing ) {
-      throw error;
-   }
-   output_.flush();
-   printError( error );
-   ++bad_;
-}
-
 void DumpWalk::finish( std::string_view done ) {
    const auto leftOut = filter_ ? filter_->leftOut() : std::span<const PairFilter::LeftOut>();
-   if( empty_ == 0 && unreported_ == 0 && bad_ == 0 && leftOut.empty() ) {
+   if( empty_ == 0 && unreported_ == 0 && failures_.count() == 0 && leftOut.empty() ) {
       return;
    }
    output_.flush();
@@ -252,11 +243,7 @@ void DumpWalk::finish( std::string_view done ) {
    if( unreported_ > 0 ) {
       printWarning( "", countOf( unreported_, "more image" ) + " like these" );
    }
-   if( bad_ > 0 ) {
-      note( countOf( bad_, "error" ) + ", " + countOf( done_, "image" ) + ' ' +
-            std::string( done ) );
-      throw HasFailed();
-   }
+   failures_.finish( countOf( done_, "image" ) + ' ' + std::string( done ) );
 }
 
 void DumpLine::completeInto( DumpArguments& arguments ) {

@@ -5,6 +5,7 @@
 #include "Io.h"
 #include "Pipeline.h"
 #include "verbs/DumpBlock.h"
+#include "verbs/Failures.h"
 
 #include <Vorn/Dump.h>
 #include <Vorn/Filter.h>
@@ -95,7 +96,6 @@ private:
    void finishBlock( DumpBlock& block );
    void take();
    void warn( const std::string& doubt );
-   void keepGoing( const Error& error );
 
    const DumpArguments& arguments_;
    Output& output_;
@@ -106,7 +106,7 @@ private:
    U64 done_ = 0;
    U64 empty_ = 0;
    U64 unreported_ = 0; // warnings
-   U64 bad_ = 0;
+   Failures failures_{ arguments_.keepsGoing, output_ };
    std::function<void( const DumpEntry& )> visit_;
    std::vector<EntryPlan> plans_;
    std::vector<DumpBlock> spare_; // to be filled again

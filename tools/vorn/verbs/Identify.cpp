@@ -4,6 +4,7 @@
 #include "Terminal.h"
 #include "Text.h"
 #include "Verbs.h"
+#include "verbs/Failures.h"
 #include "verbs/Program.h"
 
 #include <Vorn/Compose.h>
@@ -165,28 +166,13 @@ public:
             count( path );
          }
       } catch( const Error& error ) {
-         keepGoing( error );
+         failures_.take( error );
       }
    }
 
-   void finish() {
-      if( bad_ > 0 ) {
-         output_.flush();
-         note( countOf( bad_, "error" ) + ", " + countOf( images_, "image" ) + " identified" );
-         throw HasFailed();
-      }
-   }
+   void finish() { failures_.finish( countOf( images_, "image" ) + " identified" ); }
 
 private:
-   void keepGoing( const Error& error ) {
-      if( !arguments_.keepsGoing ) {
-         throw error;
-      }
-      output_.flush();
-      printError( error );
-      ++bad_;
-   }
-
    void answerEach( const std::string& path ) {
       LineReader lines( path, [this] { output_.flush(); } );
       ImageReader reader( lines, arguments_.format );
@@ -204,7 +190,7 @@ private:
             if( place.empty() && !isOfLine ) {
                throw; // Nothing can be read after it.
             }
-            keepGoing( place.empty() ? error : Error( place, error.message() ) );
+            failures_.take( place.empty() ? error : Error( place, error.message() ) );
          }
       }
    }
@@ -216,7 +202,7 @@ private:
          try {
             isThere = counting_.next();
          } catch( const Error& error ) {
-            keepGoing( error );
+            failures_.take( error );
          }
       }
       const auto account = counting_.account();
@@ -234,7 +220,7 @@ private:
    Output& output_;
    DumpIdentifier counting_;
    U64 images_ = 0;
-   U64 bad_ = 0;
+   Failures failures_{ arguments_.keepsGoing, output_ };
 };
 
 void identify( const IdentifyArguments& arguments, Output& output ) {

@@ -6,6 +6,7 @@
 #include "QuickRecords.h"
 #include "Terminal.h"
 #include "Verbs.h"
+#include "verbs/Failures.h"
 #include "verbs/Program.h"
 
 #include <Vorn/Dump.h>
@@ -229,33 +230,14 @@ public:
             throw;
          }
          pipeline_.drain(); // what comes before it
-         fail( error );
+         failures_.take( error );
       }
       bytes_ = nullptr;
    }
 
-   void finish() {
-      if( bad_ > 0 ) {
-         output_.flush();
-         progress_.wipe();
-         note( countOf( bad_, "error" ) + ", " + countOf( entries_, "entry", "entries" ) +
-               " printed" );
-         throw HasFailed();
-      }
-   }
+   void finish() { failures_.finish( countOf( entries_, "entry", "entries" ) + " printed" ); }
 
 private:
-   // An Error that ends the run, or is reported.
-   void fail( const Error& error ) {
-      if( !arguments_.keepsGoing ) {
-         throw error;
-      }
-      output_.flush();
-      progress_.wipe();
-      printError( error );
-      ++bad_;
-   }
-
    // Does a step after whose failure nothing goes on.
    template<class Step>
    void orEnd( Step step ) {
@@ -297,7 +279,7 @@ private:
    Progress progress_;
    U64 entries_ = 0;
    U64 bytesRead_ = 0; // of the file, as far as entries are printed
-   U64 bad_ = 0;
+   Failures failures_{ arguments_.keepsGoing, output_, &progress_ };
    bool hasEnded_ = false;
    FileBytes* bytes_ = nullptr;
    std::shared_ptr<Source> source_;
@@ -322,7 +304,7 @@ void Run::finishLines( Lines& lines ) {
    const auto failUpTo = [&]( std::size_t end ) {
       for( ; bad != lines.bad.end() && bad->made <= end; ++bad ) {
          print( bad->made );
-         fail( bad->error );
+         failures_.take( bad->error );
       }
    };
    entries_ += lines.entries;
@@ -333,9 +315,9 @@ void Run::finishLines( Lines& lines ) {
          failUpTo( placed.begin );
          print( placed.begin );
          --entries_;
-         fail( Error( composing( 0 ).placeOf( lines, placed ),
-                      entryText( placed ) + " is programmed at " + *earlier +
-                         " already; --allow-repeats takes both" ) );
+         failures_.take( Error( composing( 0 ).placeOf( lines, placed ),
+                                entryText( placed ) + " is programmed at " + *earlier +
+                                   " already; --allow-repeats takes both" ) );
          printed = placed.end;
       }
    }

@@ -1,0 +1,38 @@
+// What becomes of an error in one of many: it ends the run, or is reported and counted.
+#pragma once
+
+#include <Kelvar/Types.h>
+
+#include <string_view>
+
+namespace Vorn {
+
+class Error;
+class Output;
+class Progress;
+
+class Failures {
+public:
+   // Of a run that goes on after them, or doesn't. What is printed before an error comes first on a
+   // terminal, too.
+   Failures( bool keepsGoing, Output& output, Progress* progress = nullptr )
+      : keepsGoing_( keepsGoing ), output_( output ), progress_( progress ) {}
+
+   // Throws the error if it ends the run.
+   void take( const Error& error );
+
+   // Throws HasFailed where there were some, after a line that says how many, and what is done.
+   void finish( std::string_view done ) const;
+
+   U64 count() const { return count_; }
+
+private:
+   void makeRoom() const;
+
+   bool keepsGoing_;
+   Output& output_;
+   Progress* progress_;
+   U64 count_ = 0;
+};
+
+} // namespace Vorn
