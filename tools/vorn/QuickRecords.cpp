@@ -61,60 +61,57 @@ struct QuickRecords::State {
 
    using PairKey = std::tuple<std::string, U8, U64>;
 
-   struct FieldText {
-      std::string_view name;
-      std::string_view text; // of a string
-      U64 number = 0;
-      bool isText = false;
-   };
-
    Composed compose( std::string_view line );
    void read( std::string_view line );
-   void readFields( Json::object object );
+   unsigned keyOf( std::size_t index, std::string_view name );
    Pair& pairOf();
+   void setFields( Pair& pair );
    static const Field& fieldOf( Pair& pair, std::size_t index, std::string_view name );
 
    Json::parser parser_;
    std::string_view table_;
    const Chip* chip_ = nullptr;
    std::array<U64, keyCount> numbers_{};
-   std::vector<FieldText> fields_;
-   std::string chipName_; // of chipOfName_
+   Json::object fields_;
+   std::array<unsigned, keyCount> order_{}; // of the keys of the last line
+   std::string chipName_;                   // of chipOfName_
    const Chip* chipOfName_ = nullptr;
    std::map<PairKey, Pair> pairs_;
    Pair* last_ = nullptr;
    PairKey lastKey_;
 };
 
-void QuickRecords::State::readFields( Json::object object ) {
-   for( const auto member : object ) {
-      FieldText& field = fields_.emplace_back();
-      field.name = member.key;
-      field.isText = member.value.is_string();
-      if( field.isText ) {
-         field.text = plain( member.value.get_string() );
-      } else {
-         field.number = plain( member.value.get_uint64() );
-      }
+// Which key the name of a member is: mostly the one that had its place in the last line.
+unsigned QuickRecords::State::keyOf( std::size_t index, std::string_view name ) {
+   if( index == keyCount ) {
+      throw NotPlain();
    }
+   unsigned& key = order_[index];
+   if( keyNames[key] != name ) {
+      const auto found = std::find( keyNames.begin(), keyNames.end(), name );
+      if( found == keyNames.end() ) {
+         throw NotPlain();
+      }
+      key = static_cast<unsigned>( found - keyNames.begin() );
+   }
+   return key;
 }
 
 void QuickRecords::State::read( std::string_view line ) {
    numbers_ = {};
-   fields_.clear();
    unsigned seen = 0;
+   std::size_t index = 0;
    for( const auto member :
         plain( plain( parser_.parse( line.data(), line.size(), false ) ).get_object() ) ) {
-      const auto found = std::find( keyNames.begin(), keyNames.end(), member.key );
-      const auto key = static_cast<unsigned>( found - keyNames.begin() );
-      if( key == keyCount || ( seen & 1u << key ) != 0 ) {
+      const unsigned key = keyOf( index++, member.key );
+      if( ( seen & 1u << key ) != 0 ) {
          throw NotPlain();
       }
       seen |= 1u << key;
       if( key == table ) {
          table_ = plain( member.value.get_string() );
       } else if( key == fields ) {
-         readFields( plain( member.value.get_object() ) );
+         fields_ = plain( member.value.get_object() );
       } else if( key != chip ) {
          numbers_[key] = plain( member.value.get_uint64() );
       } else if( !member.value.is_string() ) {
@@ -161,6 +158,30 @@ const Field& QuickRecords::State::fieldOf( Pair& pair, std::size_t index, std::s
    return field;
 }
 
+void QuickRecords::State::setFields( Pair& pair ) {
+   const Field* const first = pair.composer.layout().fields().data();
+   std::array<U64, 2> seen{};
+   std::size_t index = 0;
+   for( const auto member : fields_ ) {
+      const Field& field = fieldOf( pair, index++, member.key );
+      const auto place = static_cast<std::size_t>( &field - first );
+      if( place >= 64 * seen.size() || ( seen[place / 64] & U64( 1 ) << place % 64 ) != 0 ) {
+         throw NotPlain();
+      }
+      seen[place / 64] |= U64( 1 ) << place % 64;
+      if( !member.value.is_string() ) {
+         pair.composer.set( field, plain( member.value.get_uint64() ) );
+         continue;
+      }
+      const auto text = plain( member.value.get_string() );
+      if( text == maskWord ) {
+         pair.composer.fill( field );
+      } else {
+         pair.composer.set( field, parseValue( text, member.key ) );
+      }
+   }
+}
+
 Composed QuickRecords::State::compose( std::string_view line ) {
    read( line );
    Pair& pair = pairOf();
@@ -168,22 +189,7 @@ Composed QuickRecords::State::compose( std::string_view line ) {
    const EntryIndex index{ numbers_[entry], numbers_[array], numbers_[identifier] };
    const auto address = layout.address( index );
    pair.composer.reset();
-   const Field* const first = layout.fields().data();
-   std::array<U64, 2> seen{};
-   for( std::size_t i = 0; i < fields_.size(); ++i ) {
-      const auto& [name, text, number, isText] = fields_[i];
-      const Field& field = fieldOf( pair, i, name );
-      const auto place = static_cast<std::size_t>( &field - first );
-      if( place >= 64 * seen.size() || ( seen[place / 64] & U64( 1 ) << place % 64 ) != 0 ) {
-         throw NotPlain();
-      }
-      seen[place / 64] |= U64( 1 ) << place % 64;
-      if( isText && text == maskWord ) {
-         pair.composer.fill( field );
-      } else {
-         pair.composer.set( field, isText ? parseValue( text, name ) : Value( number ) );
-      }
-   }
+   setFields( pair );
    return { layout, index, address, pair.composer.image() };
 }
 

@@ -52,6 +52,18 @@ struct Lines {
       std::size_t end;
    };
 
+   // Begins again, in the memory that there is.
+   void take( std::string_view lines ) {
+      text.reserve( lines.size() + QuickRecords::padding );
+      text = lines;
+      text.resize( lines.size() + QuickRecords::padding );
+      size = lines.size();
+      made.clear();
+      entries = 0;
+      bad.clear();
+      placed.clear();
+   }
+
    std::shared_ptr<const Source> source;
    std::string text; // and QuickRecords::padding bytes
    std::size_t size = 0;
@@ -73,6 +85,15 @@ void forEachLine( std::string_view text, U64 number, Take take ) {
          return;
       }
    }
+}
+
+// How many lines end in the text.
+U64 endsIn( std::string_view text ) {
+   U64 ends = 0;
+   for( auto at = text.find( '\n' ); at != text.npos; at = text.find( '\n', at + 1 ) ) {
+      ++ends;
+   }
+   return ends;
 }
 
 // Composes the entries of lines: plain records quickly, the others by the careful parser, which
@@ -284,6 +305,7 @@ private:
    FileBytes* bytes_ = nullptr;
    std::shared_ptr<Source> source_;
    Places places_;
+   std::vector<Lines> spare_; // to be filled again
    std::vector<std::unique_ptr<Composing>> composing_{ Pipeline<Lines>::mostThreads };
    const bool isTraced_ = isTracing();
    Pipeline<Lines> pipeline_{ [this]( Lines& lines, std::size_t thread ) {
@@ -323,16 +345,18 @@ void Run::finishLines( Lines& lines ) {
    }
    failUpTo( made.size() );
    print( made.size() );
+   spare_.push_back( std::move( lines ) );
 }
 
 // Has whole lines composed, the first of which has this number.
 void Run::give( std::string_view text, U64 number ) {
    Lines lines;
-   lines.text.reserve( text.size() + QuickRecords::padding );
-   lines.text = text;
-   lines.text.resize( text.size() + QuickRecords::padding );
+   if( !spare_.empty() ) {
+      lines = std::move( spare_.back() );
+      spare_.pop_back();
+   }
+   lines.take( text );
    lines.source = source_;
-   lines.size = text.size();
    lines.number = number;
    lines.bytesRead = bytes_->bytesRead();
    // Small pieces are those of a pipe that somebody writes to line by line.
@@ -352,8 +376,7 @@ void Run::read( FileBytes& bytes ) {
       isEnd = !input.readMore();
       auto text = input.rest();
       const auto pass = [&]( std::size_t size ) {
-         const auto ends =
-            static_cast<U64>( std::count( text.begin(), text.begin() + size, '\n' ) );
+         const auto ends = endsIn( text.substr( 0, size ) );
          number += ends;
          input.skip( size, ends );
          text = input.rest();
