@@ -25,27 +25,31 @@ widths = {
 
 
 def write_files(folder):
-    """The records, and their images as lines and in binary: blocks of different entries again and
-    again."""
+    """The records of entries one after another, and their images as lines and in binary: blocks of
+    the same values again and again."""
     some = 20000
     draw = random.Random(1)
-    lines = [
-        json.dumps({
-            "table": "LifTable", "chip": "BCM88690_B0", "entry": entry,
-            "fields": {name: draw.getrandbits(width) for name, width in widths.items()},
-        }) + "\n"
-        for entry in range(some)
-    ]
-    text = "".join(lines).encode()
-    images = subprocess.run([vorn, "program", "--output=bytes", "-"], input=text,
+    values = [json.dumps({name: draw.getrandbits(width) for name, width in widths.items()})
+              for _ in range(some)]
+
+    def records(first):
+        return "".join(
+            f'{{"table": "LifTable", "chip": "BCM88690_B0", "entry": {entry}, "fields": {fields}}}\n'
+            for entry, fields in enumerate(values, first)
+        ).encode()
+
+    images = subprocess.run([vorn, "program", "--output=bytes", "-"], input=records(0),
                             stdout=subprocess.PIPE, check=True).stdout
-    blocks = {"records.jsonl": text, "images.txt": images,
-              "images.bin": bytes.fromhex(images.decode())}
-    for name, block in blocks.items():
-        with open(os.path.join(folder, name), "wb") as file:
-            for _ in range(max(1, entries // some)):
-                file.write(block)
-    return some * max(1, entries // some)
+    binary = bytes.fromhex(images.decode())
+    count = some * max(1, entries // some)
+    with (open(os.path.join(folder, "records.jsonl"), "wb") as record_file,
+          open(os.path.join(folder, "images.txt"), "wb") as line_file,
+          open(os.path.join(folder, "images.bin"), "wb") as binary_file):
+        for first in range(0, count, some):
+            record_file.write(records(first))
+            line_file.write(images)
+            binary_file.write(binary)
+    return count
 
 
 def measured(command, cores):

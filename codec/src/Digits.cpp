@@ -3,6 +3,7 @@
 #include <Vorn/Value.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -46,17 +47,23 @@ void readEight( const char* text, U8* to, Digits& bad ) {
    std::memcpy( to, &bytes, sizeof bytes );
 }
 
-// The eight decimal digits of a number, the first one lowest: halves, quarters and single digits
-// are divided side by side.
-U64 eightDigits( U64 number ) {
-   const U64 halves = number / 10000 | number % 10000 << 32;
-   const U64 hundreds = halves * 10486 >> 20 & 0x7f0000007f;
-   const U64 quarters = hundreds | ( halves - 100 * hundreds ) << 16;
-   const U64 tens = quarters * 103 >> 10 & 0x000f000f000f000f;
-   return tens | ( quarters - 10 * tens ) << 8;
-}
+// The three decimal digits of the numbers below 1000, the first one in the lowest byte.
+constexpr auto threeDigits = [] {
+   std::array<U32, 1000> digits{};
+   for( U32 number = 0; number < digits.size(); ++number ) {
+      digits[number] = number / 100 | number / 10 % 10 << 8 | number % 10 << 16;
+   }
+   return digits;
+}();
 
 constexpr U64 zeroes = 0x3030303030303030;
+
+// Writes the eight digits, the first one in the lowest byte, without the `unused` first of them.
+char* writeLast( char* to, U64 digits, unsigned unused ) {
+   const U64 text = ( digits | zeroes ) >> 8 * unused;
+   std::memcpy( to, &text, sizeof text );
+   return to + 8 - unused;
+}
 
 } // namespace
 
@@ -101,18 +108,27 @@ char* writeDecimal( char* to, U64 number ) {
       *to = static_cast<char>( '0' + number );
       return to + 1;
    }
-   constexpr U64 beyondEight = 100'000'000;
-   if( number < beyondEight ) {
-      const U64 digits = eightDigits( number );
-      const unsigned unused = static_cast<unsigned>( std::countr_zero( digits ) ) / 8;
-      const U64 text = ( digits | zeroes ) >> 8 * unused;
-      std::memcpy( to, &text, sizeof text );
-      return to + 8 - unused;
+   const auto unusedIn = []( U64 digits ) {
+      return static_cast<unsigned>( std::countr_zero( digits ) ) / 8;
+   };
+   if( number < 1'000'000 ) [[likely]] {
+      const auto small = static_cast<U32>( number );
+      const U32 high = small / 1000;
+      const U64 digits = U64( threeDigits[high] ) << 16 | U64( threeDigits[small - 1000 * high] )
+                                                             << 40;
+      return writeLast( to, digits, unusedIn( digits ) );
    }
-   to = writeDecimal( to, number / beyondEight );
-   const U64 text = eightDigits( number % beyondEight ) | zeroes;
-   std::memcpy( to, &text, sizeof text );
-   return to + 8;
+   constexpr U64 beyondEight = 100'000'000;
+   const auto rest = static_cast<U32>( number % beyondEight );
+   const U32 thousands = rest / 1000;
+   const U32 millions = rest / 1'000'000;
+   const U64 digits = threeDigits[millions] >> 8 |
+                      U64( threeDigits[thousands - 1000 * millions] ) << 16 |
+                      U64( threeDigits[rest - 1000 * thousands] ) << 40;
+   if( number < beyondEight ) {
+      return writeLast( to, digits, unusedIn( digits ) );
+   }
+   return writeLast( writeDecimal( to, number / beyondEight ), digits, 0 );
 }
 
 char* writeHex( char* to, const Value& value ) {
@@ -120,15 +136,15 @@ char* writeHex( char* to, const Value& value ) {
    const unsigned digits = std::max( ( value.bits() + 3 ) / 4, 1u );
    *to++ = '0';
    *to++ = 'x';
-   for( unsigned word = ( digits - 1 ) / ofWord + 1; word-- > 0; ) {
-      U8 bytes[sizeof( U64 )];
-      std::memcpy( bytes, &value.words()[word], sizeof bytes );
-      std::reverse( std::begin( bytes ), std::end( bytes ) );
-      char text[ofWord];
-      writeEight( text, bytes );
-      const unsigned count = std::min( digits - ofWord * word, ofWord );
-      std::memcpy( to, text + ofWord - count, count );
-      to += count;
+   const auto writeWord = [&]( unsigned index, unsigned unused ) {
+      const U64 word = __builtin_bswap64( value.words()[index] << 4 * unused );
+      writeEight( to, reinterpret_cast<const U8*>( &word ) );
+      to += ofWord - unused;
+   };
+   unsigned word = ( digits - 1 ) / ofWord;
+   writeWord( word, ofWord * ( word + 1 ) - digits );
+   while( word-- > 0 ) {
+      writeWord( word, 0 );
    }
    return to;
 }

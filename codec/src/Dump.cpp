@@ -210,6 +210,12 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    bool finishBlock();
    void takeArguments( std::span<const std::string> arguments );
 
+   struct TagBits {
+      Detail::BitsReader bits;
+      unsigned width;
+      U64 value; // of the first layout that has them
+   };
+
    void rememberLayouts();
    const Layout* plainLayoutOf( const U8* image ) const;
    DumpRun ahead( Runs runs );
@@ -274,8 +280,9 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    std::exception_ptr failure_;   // of feed(), once what came before it has been returned
    std::size_t lineLength_ = 0;   // of the lines that are read ahead, with their ends
    std::vector<U8> lineImages_;   // of these
-   std::size_t lineHead_ = 0;     // what has been passed over of them
-   std::vector<Field> tagFields_; // which decide the layout of an image
+   std::size_t lineHead_ = 0;     // of what hasn't been passed over
+   std::size_t lineEnd_ = 0;      // of them
+   std::vector<TagBits> tagBits_; // which decide the layout of an image
    std::vector<const Layout*>
       byTag_;              // null where there is none or a doubt; empty: only next() can decide
    bool isMixed_ = false;  // they aren't all the same
@@ -1235,17 +1242,21 @@ bool DumpReader::State::step() {
 // Makes the table of what chooseVariant() says to each value of the tags.
 void DumpReader::State::rememberLayouts() {
    constexpr unsigned mostBits = 10;
-   tagFields_.clear();
+   const std::size_t size = own_->layouts.front().bytes();
+   tagBits_.clear();
    byTag_.clear();
+   std::vector<Field> fields;
    unsigned bits = 0;
    for( const Layout& layout : own_->layouts ) {
-      if( layout.bytes() != own_->layouts.front().bytes() ) {
+      if( layout.bytes() != size ) {
          return;
       }
       for( const TagField& tag : layout.tag() ) {
-         if( std::find( tagFields_.begin(), tagFields_.end(), tag.field ) == tagFields_.end() ) {
-            tagFields_.push_back( tag.field );
-            bits += tag.field.width;
+         const Field& field = tag.field;
+         if( std::find( fields.begin(), fields.end(), field ) == fields.end() ) {
+            fields.push_back( field );
+            tagBits_.push_back( { { size, field.offset, field.width }, field.width, tag.value } );
+            bits += field.width;
          }
       }
    }
@@ -1257,10 +1268,10 @@ void DumpReader::State::rememberLayouts() {
    if( bits > mostBits ) {
       return;
    }
-   std::vector<U8> image( own_->layouts.front().bytes() );
+   std::vector<U8> image( size );
    for( U64 value = 0; value < U64( 1 ) << bits; ++value ) {
       U64 rest = value;
-      for( const Field& field : tagFields_ ) {
+      for( const Field& field : fields ) {
          Detail::bitsAtAre( image.data(), image.size(), field.offset, field.width,
                             rest & ~U64( 0 ) >> ( 64 - field.width ) );
          rest >>= field.width;
@@ -1279,23 +1290,17 @@ void DumpReader::State::rememberLayouts() {
 
 // The layout of a whole image; null where chooseVariant() has to be asked.
 const Layout* DumpReader::State::plainLayoutOf( const U8* image ) const {
-   const Layout& own = own_->layouts.front();
-   const std::size_t size = own.bytes();
    if( isOneTag_ ) {
-      const auto tag = own.tag();
-      return std::all_of( tag.begin(), tag.end(),
-                          [&]( const TagField& one ) {
-                             return Detail::bitsAt( image, size, one.field.offset,
-                                                    one.field.width ) == one.value;
-                          } )
-                ? &own
-                : nullptr;
+      const bool isOwn = std::all_of( tagBits_.begin(), tagBits_.end(), [&]( const TagBits& tag ) {
+         return tag.bits.read( image ) == tag.value;
+      } );
+      return isOwn ? &own_->layouts.front() : nullptr;
    }
    U64 value = 0;
    unsigned shift = 0;
-   for( const Field& field : tagFields_ ) {
-      value |= Detail::bitsAt( image, size, field.offset, field.width ) << shift;
-      shift += field.width;
+   for( const TagBits& tag : tagBits_ ) {
+      value |= tag.bits.read( image ) << shift;
+      shift += tag.width;
    }
    return byTag_[static_cast<std::size_t>( value )];
 }
@@ -1351,11 +1356,13 @@ std::span<const U8> DumpReader::State::bytesAhead() {
 std::span<const U8> DumpReader::State::linesAhead() {
    constexpr std::size_t mostBytes = 1 << 16;
    const std::size_t bytes = own_->layouts.front().bytes();
-   if( lineHead_ < lineImages_.size() ) {
-      return std::span( lineImages_ ).subspan( lineHead_ );
+   const auto left = [&] {
+      return std::span( lineImages_ ).subspan( lineHead_, lineEnd_ - lineHead_ );
+   };
+   if( lineHead_ < lineEnd_ ) {
+      return left();
    }
-   lineImages_.clear();
-   lineHead_ = 0;
+   lineHead_ = lineEnd_ = 0;
    const bool areBytes =
       options_.format == ImageFormat::automatic || options_.format == ImageFormat::bytes;
    if( !areBytes || input_->isBack() ) {
@@ -1369,24 +1376,25 @@ std::span<const U8> DumpReader::State::linesAhead() {
    if( rest.size() <= 2 * bytes ) {
       return {};
    }
-   lineLength_ = 2 * bytes + ( rest[2 * bytes] == '\r' ? 2 : 1 );
-   const std::string_view end = lineLength_ > 2 * bytes + 1 ? "\r\n" : "\n";
+   const bool hasReturn = rest[2 * bytes] == '\r';
+   lineLength_ = 2 * bytes + ( hasReturn ? 2 : 1 );
    const std::size_t count = std::min( rest.size() / lineLength_, mostBytes / bytes );
-   lineImages_.resize( count * bytes );
-   std::size_t taken = 0;
-   for( ; taken < count; ++taken ) {
-      const auto line = rest.substr( taken * lineLength_, lineLength_ );
-      if( !line.ends_with( end ) ||
-          !readHex( line.data(), std::span( lineImages_ ).subspan( taken * bytes, bytes ) ) ) {
+   if( lineImages_.size() < count * bytes ) {
+      lineImages_.resize( count * bytes );
+   }
+   const char* line = rest.data();
+   for( ; lineEnd_ < count * bytes; lineEnd_ += bytes, line += lineLength_ ) {
+      const char* const end = line + lineLength_ - 1;
+      if( *end != '\n' || ( hasReturn && end[-1] != '\r' ) ||
+          !readHex( line, std::span( lineImages_ ).subspan( lineEnd_, bytes ) ) ) {
          break;
       }
    }
-   lineImages_.resize( taken * bytes );
-   if( taken > 0 ) {
+   if( lineEnd_ > 0 ) {
       // The rest of an image of several lines doesn't continue after these.
       reader_ = std::make_unique<ImageReader>( *input_, options_.format );
    }
-   return lineImages_;
+   return left();
 }
 
 // Leaves the entries that are plain, and whose places exist.
@@ -1526,8 +1534,7 @@ DumpReader& DumpReader::operator=( DumpReader&& other ) noexcept = default;
 DumpReader::~DumpReader() = default;
 
 void DumpReader::begin( ByteSource& bytes ) {
-   state_->lineImages_.clear();
-   state_->lineHead_ = 0;
+   state_->lineHead_ = state_->lineEnd_ = 0;
    state_->input_ = std::make_unique<DumpInput>( bytes );
    state_->reader_ = std::make_unique<ImageReader>( *state_->input_, state_->options_.format );
    state_->mode_ = State::Mode::start;
@@ -1547,8 +1554,7 @@ DumpRun DumpReader::ahead( Runs runs ) { return state_->ahead( runs ); }
 void DumpReader::skip( std::size_t count ) { state_->skip( count ); }
 
 bool DumpReader::next() {
-   state_->lineImages_.clear();
-   state_->lineHead_ = 0;
+   state_->lineHead_ = state_->lineEnd_ = 0;
    if( state_->input_ && state_->input_->hasFailed() && !state_->failure_ ) {
       state_->mode_ = State::Mode::ended;
    }

@@ -304,6 +304,22 @@ std::optional<Address> Layout::address( const EntryIndex& index ) const {
                    address->accessTypes[index.identifier], address->destBlocks[index.identifier] };
 }
 
+FieldReader::FieldReader( const Layout& layout, const Field& field )
+   : layout_( layout ), needed_( ( layout.state_->end + 7 ) / 8 ),
+     first_( needed_, field.offset, std::min( field.width, 64u ) ) {
+   for( unsigned done = 64; done < field.width; done += 64 ) {
+      more_.emplace_back( needed_, field.offset + done, std::min( field.width - done, 64u ) );
+   }
+}
+
+Value FieldReader::wideValue( std::span<const U8> image ) const {
+   Value::Words words{ get( image ) };
+   for( std::size_t i = 0; i < more_.size(); ++i ) {
+      words[i + 1] = more_[i].read( image.data() );
+   }
+   return Value( words );
+}
+
 bool operator==( const Layout& left, const Layout& right ) {
    return left.state_ == right.state_ ||
           ( left.table() == right.table() && left.chip().number == right.chip().number &&

@@ -130,6 +130,27 @@ TEST( Layout, ReadsAndWritesAtTheEndsOfAnyImage ) {
    }
 }
 
+// Every field of every pair, in an image that is a whole entry and in one that ends with the last
+// field.
+TEST( FieldReader, ReadsWhatANaiveLoopDoes ) {
+   std::mt19937 random( 19 );
+   for( const Layout& layout : allLayouts() ) {
+      U32 end = 0;
+      for( const Field& field : layout.fields() ) {
+         end = std::max( end, field.end() );
+      }
+      for( const std::size_t size : { layout.bytes(), std::size_t( end + 7 ) / 8 } ) {
+         const auto image = Testing::randomImage( size, random );
+         for( const Field& field : layout.fields() ) {
+            const auto found = valueOf( Testing::bitsAt( image, field.offset, field.width ) );
+            const Vorn::FieldReader reader( layout, field );
+            ASSERT_EQ( reader.value( image ), found ) << field.name << layout.pairText();
+            ASSERT_EQ( reader.get( image ), found.word( 0 ) ) << field.name << layout.pairText();
+         }
+      }
+   }
+}
+
 TEST( Layout, SaysWhereEntriesLie ) {
    const Layout lif( "LifTable", 10 );
    EXPECT_EQ( lif.address( { .entry = 4097 } ), ( Vorn::Address{ 0x1001, 10, 1 } ) );
@@ -210,6 +231,10 @@ TEST( Layout, RefusesWhatAFieldCannotTakeAndWritesNothing ) {
         "field mdbEntry of " + pair + " has 180 bits; a number holds at most 64, a value any" },
       { errorOf( [&] { lif.field( 9999 ); } ), "no field with identifier 9999 in " + pair },
       { errorOf( [&] { lif.requireFields( tooShort ); } ),
+        "the image has 1 bytes; the fields of " + pair + " need 23, a whole entry has 80" },
+      { errorOf( [&] { Vorn::FieldReader( lif, lif.field( "vsi" ) ).get( tooShort ); } ),
+        "the image has 1 bytes; the fields of " + pair + " need 23, a whole entry has 80" },
+      { errorOf( [&] { Vorn::FieldReader( lif, lif.field( "mdbEntry" ) ).value( tooShort ); } ),
         "the image has 1 bytes; the fields of " + pair + " need 23, a whole entry has 80" },
       { errorOf( [&] { lif.requireEntry( tooShort ); } ),
         "the image has 1 bytes; an entry of " + pair + " has 80" },

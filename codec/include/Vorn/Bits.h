@@ -35,24 +35,41 @@ struct Window {
          shift = static_cast<unsigned>( offset - 8 * begin );
       }
    }
+
+   // What is in it, with the bits at the lower end.
+   U64 read( const U8* image ) const {
+      U64 word = 0;
+      if( bytes == 8 ) [[likely]] {
+         word = wordAt( image + begin );
+      } else {
+         std::memcpy( &word, image, bytes );
+      }
+      word >>= shift;
+      if( isSplit ) {
+         word |= U64( image[begin + 8] ) << ( 64 - shift );
+      }
+      return word;
+   }
 };
 
 // The `width` bits at `offset`, 1 to 64 of them, which must lie within the `size` bytes of the
 // image.
 inline U64 bitsAt( const U8* image, std::size_t size, std::size_t offset, unsigned width ) {
-   const Window window( size, offset, width );
-   U64 word = 0;
-   if( window.bytes == 8 ) [[likely]] {
-      word = wordAt( image + window.begin );
-   } else {
-      std::memcpy( &word, image, window.bytes );
-   }
-   word >>= window.shift;
-   if( window.isSplit ) {
-      word |= U64( image[window.begin + 8] ) << ( 64 - window.shift );
-   }
-   return word & ~U64( 0 ) >> ( 64 - width );
+   return Window( size, offset, width ).read( image ) & ~U64( 0 ) >> ( 64 - width );
 }
+
+// The same of many images, each of `size` bytes or more.
+class BitsReader {
+public:
+   BitsReader( std::size_t size, std::size_t offset, unsigned width )
+      : window_( size, offset, width ), ones_( ~U64( 0 ) >> ( 64 - width ) ) {}
+
+   U64 read( const U8* image ) const { return window_.read( image ) & ones_; }
+
+private:
+   Window window_;
+   U64 ones_;
+};
 
 // Replaces them by the low bits of `value`, which has no others.
 inline void bitsAtAre( U8* image, std::size_t size, std::size_t offset, unsigned width,

@@ -178,6 +178,7 @@ public:
    VORN_API friend bool operator==( const Layout& left, const Layout& right );
 
 private:
+   friend class FieldReader;
    struct State;
 
    Layout( std::string_view table, const Chip& chip, U64 variant );
@@ -186,6 +187,41 @@ private:
    [[noreturn]] void refuseEnd( std::size_t bytes, const Field& field ) const;
 
    std::shared_ptr<const State> state_;
+};
+
+// Reads one field of many images, without working out each time where it lies. An image is as long
+// as the fields of the layout need, or longer; another is an Error.
+//
+//    const Vorn::FieldReader vsi( lif, lif.field( "vsi" ) );
+//    for( const auto& image : images ) { ... vsi.get( image ) ... }
+class VORN_API FieldReader {
+public:
+   // The field is one of the layout's.
+   FieldReader( const Layout& layout, const Field& field );
+
+   // The value of a field of 64 bits or less; the lowest 64 bits of a wider one.
+   U64 get( std::span<const U8> image ) const {
+      requireFields( image );
+      return first_.read( image.data() );
+   }
+
+   // The value of a field of any width.
+   Value value( std::span<const U8> image ) const {
+      return more_.empty() ? Value( get( image ) ) : wideValue( image );
+   }
+
+private:
+   void requireFields( std::span<const U8> image ) const {
+      if( image.size() < needed_ ) [[unlikely]] {
+         layout_.requireFields( image );
+      }
+   }
+   Value wideValue( std::span<const U8> image ) const;
+
+   Layout layout_;
+   std::size_t needed_; // bytes of an image
+   Detail::BitsReader first_;
+   std::vector<Detail::BitsReader> more_; // 64 bits each, or what is left
 };
 
 // The layouts of all pairs of a chip type, in order of their tables; for a table that ignores the

@@ -125,6 +125,10 @@ EntryLine::Words::Words( std::string_view text ) : size( text.size() ) {
 }
 
 char* EntryLine::Words::write( char* to ) const {
+   if( size <= few ) {
+      std::memcpy( to, characters.data(), few );
+      return to + size;
+   }
    if( size <= most ) [[likely]] {
       std::memcpy( to, characters.data(), most );
       return to + size;
@@ -155,7 +159,9 @@ EntryLine::EntryLine( DecodeForm form, const Layout& layout, std::vector<const F
       if( form != DecodeForm::csv ) {
          before += ( isJson ? "\"" : "" ) + std::string( field->name ) + ( isJson ? "\":" : "=" );
       }
-      cells_.push_back( { Words( before ), field } );
+      const unsigned mostDecimal = form == DecodeForm::csv ? 64 : isJson ? jsonBits : 0;
+      cells_.push_back(
+         { Words( before ), FieldReader( layout, *field ), field->width <= mostDecimal } );
       longest_ += before.size() + longestValue( *field );
       before.clear();
    }
@@ -170,8 +176,8 @@ void EntryLine::append( TextBuffer& text, const DumpEntry& entry ) const {
    } else if( isBegun( entry ) && !cells_.empty() ) {
       *to++ = ' ';
    }
-   for( const auto& [before, field] : cells_ ) {
-      to = writeValue( before.write( to ), entry.image, *field );
+   for( const Cell& cell : cells_ ) {
+      to = writeValue( cell.before.write( to ), entry.image, cell );
    }
    text.endAt( end_.write( to ) );
 }
@@ -202,15 +208,12 @@ char* EntryLine::writeBegin( char* to, const DumpEntry& entry ) const {
    return to;
 }
 
-char* EntryLine::writeValue( char* to, std::span<const U8> image, const Field& field ) const {
-   if( form_ == DecodeForm::singleLine ) {
-      return writeHex( to, layout_->value( image, field ) );
+char* EntryLine::writeValue( char* to, std::span<const U8> image, const Cell& cell ) const {
+   if( cell.isDecimal ) [[likely]] {
+      return writeDecimal( to, cell.field.get( image ) );
    }
-   if( field.width <= ( form_ == DecodeForm::csv ? 64 : jsonBits ) ) [[likely]] {
-      return writeDecimal( to, layout_->get( image, field ) );
-   }
-   const Value value = layout_->value( image, field );
-   return form_ == DecodeForm::csv ? writeHex( to, value ) : writeJson( to, value );
+   const Value value = cell.field.value( image );
+   return form_ == DecodeForm::json ? writeJson( to, value ) : writeHex( to, value );
 }
 
 } // namespace Vorn

@@ -74,6 +74,7 @@ public:
 private:
    // Text of a few characters, which is copied with some more after it.
    struct Words {
+      static constexpr std::size_t few = 8;
       static constexpr std::size_t most = 40;
 
       explicit Words( std::string_view text );
@@ -86,11 +87,12 @@ private:
 
    struct Cell {
       Words before;
-      const Field* field;
+      FieldReader field;
+      bool isDecimal;
    };
 
    char* writeBegin( char* to, const DumpEntry& entry ) const;
-   char* writeValue( char* to, std::span<const U8> image, const Field& field ) const;
+   char* writeValue( char* to, std::span<const U8> image, const Cell& cell ) const;
 
    DecodeForm form_;
    const Layout* layout_;

@@ -57,7 +57,7 @@ void DumpBlock::work() {
          }
          continue;
       }
-      const std::span image( images_.data() + i * stride_, plan->layout->bytes() );
+      const std::span image( images_.data() + i * stride_, plan->bytes );
       if( plan->filter && !plan->filter->matches( image ) ) {
          continue;
       }
@@ -71,10 +71,11 @@ void DumpBlock::work() {
 }
 
 DumpEntry DumpBlock::entry( std::size_t number ) const {
-   const EntryPlan* const plan = planOf( number );
+   const EntryPlan* const own = planOf( number );
+   const EntryPlan& plan = own ? *own : plans_.front();
    DumpEntry entry;
-   entry.layout = plan ? plan->layout : plans_.front().layout;
-   entry.image = { images_.data() + number * stride_, entry.layout->bytes() };
+   entry.layout = plan.layout;
+   entry.image = { images_.data() + number * stride_, plan.bytes };
    if( first_ ) {
       entry.entry = first_->entry + number;
       entry.array = first_->array;
@@ -83,7 +84,7 @@ DumpEntry DumpBlock::entry( std::size_t number ) const {
    if( address_ ) {
       entry.address = *address_ + static_cast<U32>( number ) * addressStep_;
    }
-   entry.isEmpty = areEmpty_ || !plan;
+   entry.isEmpty = areEmpty_ || !own;
    return entry;
 }
 

@@ -19,6 +19,7 @@ namespace Vorn {
 // What becomes of the entries of a layout.
 struct EntryPlan {
    const Layout* layout;
+   std::size_t bytes;            // of an entry
    std::optional<Filter> filter; // that they have to fulfil
    bool isLeftOut = false;       // they can't fulfil it
    const EntryLine* line;        // composes their lines; null where that is done elsewhere

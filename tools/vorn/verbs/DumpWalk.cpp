@@ -148,7 +148,7 @@ void DumpWalk::plan() {
    blocks_ = 0;
    for( const Layout& layout : reader_.layouts() ) {
       const Filter* const filter = filter_ ? filter_->filterOf( layout ) : nullptr;
-      plans_.push_back( { &layout, filter ? std::optional( *filter ) : std::nullopt,
+      plans_.push_back( { &layout, layout.bytes(), filter ? std::optional( *filter ) : std::nullopt,
                           filter_ && !filter, lineFor ? lineFor( layout ) : nullptr } );
    }
 }
