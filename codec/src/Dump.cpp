@@ -167,7 +167,10 @@ std::string flawOfHeader( std::string_view line ) {
    const auto hasName = [&]( char separator, std::span<const std::string_view> names ) {
       for( std::size_t at = 0; at <= line.size(); ) {
          const auto end = std::min( line.find( separator, at ), line.size() );
-         const auto cell = trimmed( line.substr( at, end - at ) );
+         auto cell = trimmed( line.substr( at, end - at ) );
+         if( cell.size() > 1 && cell.starts_with( '"' ) && cell.ends_with( '"' ) ) {
+            cell = cell.substr( 1, cell.size() - 2 );
+         }
          if( std::find( names.begin(), names.end(), cell ) != names.end() ) {
             return true;
          }
@@ -697,7 +700,8 @@ void DumpReader::State::detect() {
          return beginBlock( Mode::words );
       }
    }
-   if( !isJson( first ) && first.find( ':' ) == none ) {
+   const bool isQuoted = first.starts_with( '"' ); // as JSON may be, too
+   if( ( isQuoted || !isJson( first ) ) && first.find( ':' ) == none ) {
       const auto isHeader = [&] {
          const auto cells = cellsOf( first );
          return std::any_of( cells.begin(), cells.end(),
@@ -706,7 +710,7 @@ void DumpReader::State::detect() {
       try {
          mode_ = isHeader() || !flawOfHeader( first ).empty() ? Mode::csv : mode_;
       } catch( const BadText& ) {
-         mode_ = Mode::csv; // which says where it is
+         mode_ = isQuoted ? mode_ : Mode::csv; // which says where it is
       }
       columns_.clear();
    }

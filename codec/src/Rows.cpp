@@ -88,7 +88,8 @@ struct __attribute__( ( visibility( "hidden" ) ) ) RowComposer::State {
 
 void RowComposer::State::takeHeader( std::string_view line ) {
    columns.clear();
-   if( isJson( trimmed( line ) ) ) {
+   const auto begin = trimmed( line );
+   if( begin.starts_with( '{' ) || begin.starts_with( '[' ) ) {
       throw BadText( 0, "the file is JSON, not CSV; leave --csv out" );
    }
    cells = cellsOf( line );

@@ -177,6 +177,22 @@ std::string asCsv( const Vorn::Layout& layout, const Bytes& dump ) {
           } );
 }
 
+// As spreadsheets write it where they are asked to put everything in quotes.
+std::string asQuotedCsv( const Vorn::Layout& layout, const Bytes& dump ) {
+   std::string text = "\"";
+   for( const char c : asCsv( layout, dump ) ) {
+      if( c == ',' ) {
+         text += "\",\"";
+      } else if( c == '\n' ) {
+         text += "\"\n\"";
+      } else if( c != '"' ) {
+         text += c;
+      }
+   }
+   text.pop_back();
+   return text;
+}
+
 struct Form {
    std::string_view name;
    std::string ( *write )( const Vorn::Layout&, const Bytes& );
@@ -197,6 +213,7 @@ const Form forms[] = {
    { "numbers", asNumbers, ImageFormat::number },
    { "JSON", asJson },
    { "CSV", asCsv },
+   { "CSV in quotes", asQuotedCsv },
 };
 
 Vorn::DumpOptions optionsOf( const Vorn::Layout& layout, ImageFormat format ) {

@@ -39,6 +39,16 @@ TEST( Rows, AreEntries ) {
    EXPECT_FALSE( composer.compose( ", ,\"\",," ) );
 }
 
+// As spreadsheets and statistics programs write them.
+TEST( Rows, MayHaveQuotesAroundAllCells ) {
+   Vorn::RowComposer composer;
+   ASSERT_TRUE( composer.header( R"("table","chip","entry","vsi")" ) );
+   const auto entry = composer.compose( R"("LifTable","10","5","2000")" );
+   ASSERT_TRUE( entry );
+   EXPECT_EQ( entry->index.entry, 5u );
+   EXPECT_EQ( imageOf( *entry ), Vorn::compose( Layout( "LifTable", 10 ), { { "vsi", 2000 } } ) );
+}
+
 TEST( Rows, TakeFromTheOptionsWhatTheyDontSay ) {
    Vorn::RowComposer composer( { "LifTable", &Vorn::chipOf( 10 ), 3 } );
    ASSERT_TRUE( composer.header( "vsi,table,chip,variant" ) );

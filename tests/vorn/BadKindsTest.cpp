@@ -276,6 +276,9 @@ const std::vector<Kind> decoded{
      "address,image\n0x5,4523010000000000\n" },
    { "csv header no image", "decode TcamActionTable --chip 10 -",
      "<stdin>:1:1: no column \"image\" in the header of CSV", "table,entry\nTcamActionTable,5\n" },
+   { "csv header in quotes, no image", "decode TcamActionTable --chip 10 -",
+     "<stdin>:1:1: no column \"image\" in the header of CSV",
+     "\"table\",\"entry\"\n\"TcamActionTable\",\"5\"\n" },
    { "csv short image", "decode TcamActionTable --chip 10 -",
      "<stdin>:2:1: the image has 2 bytes; the fields of TcamActionTable on BCM88690_B0 need 4, a "
      "whole entry has 8",
