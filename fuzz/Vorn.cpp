@@ -4,6 +4,8 @@
 #include "Finding.h"
 
 #include <CommandLine.h>
+#include <Compression.h>
+#include <Vorn/Error.h>
 #include <forms/EntryForms.h>
 
 #include <algorithm>
@@ -75,6 +77,18 @@ void requireLine( const std::string& text ) {
    }
 }
 
+const std::vector<Vorn::Layout>& everyLayout() {
+   static const auto layouts = [] {
+      std::vector<Vorn::Layout> all;
+      for( const auto& chip : Vorn::allChips() ) {
+         const auto more = Vorn::layoutsOn( chip );
+         all.insert( all.end(), more.begin(), more.end() );
+      }
+      return all;
+   }();
+   return layouts;
+}
+
 Vorn::EncodeArguments bytesOf( const Vorn::PairText& pair ) {
    return { pair, {}, {}, {}, {}, Vorn::formNamed( "bytes" ) };
 }
@@ -96,6 +110,18 @@ Outcome outcomeOf( const std::function<void( Vorn::Output& )>& part, std::string
    }
    outcome.out = printed();
    return outcome;
+}
+
+bool isPlain( std::string_view input ) {
+   Vorn::TextBytes source( input, "" );
+   Vorn::PlainBytes bytes( source );
+   std::string first( input.size() + 1, '\0' );
+   try {
+      first.resize( bytes.read( first.data(), first.size() ) );
+      return first == input;
+   } catch( const Vorn::Error& ) {
+      return false;
+   }
 }
 
 Outcome encoded( const Vorn::EncodeArguments& arguments ) {
@@ -140,15 +166,17 @@ std::string linesBefore( const std::string& error, const std::string& input ) {
 const Vorn::PairText& somePair( FuzzedDataProvider& input ) {
    static const auto pairs = [] {
       std::vector<Vorn::PairText> all;
-      for( const auto& chip : Vorn::allChips() ) {
-         for( const auto& layout : Vorn::layoutsOn( chip ) ) {
-            all.push_back(
-               { std::string( layout.table() ), chip.name, std::to_string( layout.variant() ) } );
-         }
+      for( const Vorn::Layout& layout : everyLayout() ) {
+         all.push_back( { std::string( layout.table() ), layout.chip().name,
+                          std::to_string( layout.variant() ) } );
       }
       return all;
    }();
-   return pairs[input.ConsumeIntegralInRange( std::size_t( 0 ), pairs.size() - 1 )];
+   return someOf( input, pairs );
+}
+
+const Vorn::Layout& someLayout( FuzzedDataProvider& input ) {
+   return someOf( input, everyLayout() );
 }
 
 Vorn::PairText pairIn( const Json& object ) {

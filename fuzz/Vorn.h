@@ -11,7 +11,9 @@
 #include <fuzzer/FuzzedDataProvider.h>
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +35,9 @@ struct Outcome {
 // all else is passed on. What it prints ends at a megabyte, as on a full device.
 Outcome outcomeOf( const std::function<void( Vorn::Output& )>& part, std::string_view input = {} );
 
+// Whether vorn takes the bytes as they are: compressed ones are for another fuzzer.
+bool isPlain( std::string_view input );
+
 // The outcome of `vorn encode`.
 Outcome encoded( const Vorn::EncodeArguments& arguments );
 
@@ -49,6 +54,13 @@ std::string linesBefore( const std::string& error, const std::string& input );
 
 // Any of all pairs.
 const Vorn::PairText& somePair( FuzzedDataProvider& input );
+const Vorn::Layout& someLayout( FuzzedDataProvider& input );
+
+// Any of the items.
+template<class Items>
+auto& someOf( FuzzedDataProvider& input, Items& items ) {
+   return items[input.ConsumeIntegralInRange( std::size_t( 0 ), std::size( items ) - 1 )];
+}
 
 // The pair that an object of JSON names.
 Vorn::PairText pairIn( const Json& object );

@@ -5,17 +5,15 @@
 // to be what a model with one bool for each bit makes of it. `vorn decode` has to take it, too.
 // Before a line that it refuses program prints what it made of the lines before, and nothing else.
 #include "Finding.h"
+#include "Notations.h"
 #include "Vorn.h"
 
 #include <verbs/Decode.h>
 #include <verbs/Program.h>
 
 #include <algorithm>
-#include <array>
 #include <set>
 #include <utility>
-
-#include <arpa/inet.h>
 
 namespace Fuzz {
 namespace {
@@ -168,6 +166,9 @@ void requireDecodable( const std::string& printed, std::size_t count ) {
 }
 
 void run( const std::string& input ) {
+   if( !isPlain( input ) ) {
+      return;
+   }
    std::vector<std::string> records;
    for( const auto& line : linesOf( input ) ) {
       if( line.find_first_not_of( " \t\r" ) != std::string::npos ) {
@@ -194,52 +195,6 @@ void run( const std::string& input ) {
    }
 }
 
-// Notations of a number, which may not have room for all of it.
-
-// The lowest bytes, the most significant first.
-Image sent( const Bits& number, unsigned bytes ) {
-   Image image( bytes );
-   Testing::bitsAtAre( image, 0, 8 * bytes, number );
-   std::reverse( image.begin(), image.end() );
-   return image;
-}
-
-std::string asAddress( int family, const Image& image ) {
-   std::array<char, INET6_ADDRSTRLEN> text{};
-   return ::inet_ntop( family, image.data(), text.data(), text.size() );
-}
-
-Json asNumber( const Bits& number ) { return Testing::fromBits<U64>( number ); }
-Json asDecimal( const Bits& number ) { return asNumber( number ).dump(); }
-Json asHexadecimal( const Bits& number ) {
-   return "0x" + digitsOf( sent( number, Vorn::Value::maxBits / 8 + 1 ) );
-}
-Json asBinary( const Bits& number ) { return "0b" + number.to_string(); }
-Json asIpv4( const Bits& number ) { return asAddress( AF_INET, sent( number, 4 ) ); }
-Json asIpv6( const Bits& number ) { return asAddress( AF_INET6, sent( number, 16 ) ); }
-Json asMac( const Bits& number ) {
-   std::string text = digitsOf( sent( number, 6 ) );
-   for( std::size_t at = 10; at > 0; at -= 2 ) {
-      text.insert( at, 1, ':' );
-   }
-   return text;
-}
-Json asMask( const Bits& ) { return Vorn::maskWord; }
-
-// A value that fits, or that has a bit too many.
-Json someValue( FuzzedDataProvider& input, unsigned width ) {
-   constexpr Json ( *notations[] )( const Bits& ) = { asNumber, asDecimal, asHexadecimal, asBinary,
-                                                      asIpv4,   asIpv6,    asMac,         asMask };
-   const auto bits = input.ConsumeIntegralInRange( 0u, width + 1 );
-   auto bytes = input.ConsumeBytes<U8>( ( bits + 7 ) / 8 );
-   bytes.resize( sizeof( Bits ) );
-   Bits number = Testing::bitsAt( bytes, 0, bits );
-   if( bits > 0 ) {
-      number.set( bits - 1 );
-   }
-   return input.PickValueInArray( notations )( number );
-}
-
 void runMade( FuzzedDataProvider& input ) {
    std::string records;
    for( auto left = input.ConsumeIntegralInRange( 1, 3 ); left > 0; --left ) {
@@ -251,8 +206,8 @@ void runMade( FuzzedDataProvider& input ) {
       record["entry"] = input.ConsumeIntegralInRange( 0u, layout.info().entries );
       auto& fields = record["fields"] = Json::object();
       for( auto count = input.ConsumeIntegralInRange( 0, 4 ); count > 0; --count ) {
-         const auto& field = layout.fields()[input.ConsumeIntegralInRange(
-            std::size_t( 0 ), layout.fields().size() - 1 )];
+         const auto fieldsOf = layout.fields();
+         const auto& field = someOf( input, fieldsOf );
          fields[std::string( field.name )] = someValue( input, field.width );
       }
       if( input.ConsumeBool() ) {

@@ -9,8 +9,8 @@ needPackages $buildPackages clang libclang-rt-14-dev
 
 seconds=${1:-20}
 build=${VORN_FUZZ_BUILD:-build/fuzz}
-fuzzers='fuzzOperations fuzzVornImages fuzzVornRecords fuzzVornArguments fuzzVornDumps
-   fuzzVornCompressed fuzzVornFilters'
+fuzzers='fuzzOperations fuzzVornImages fuzzVornRecords fuzzVornQuickRecords fuzzVornRows
+   fuzzVornArguments fuzzVornDumps fuzzVornCompressed fuzzVornFilters'
 cmake --preset release -B "$build" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=None \
    -DCMAKE_CXX_FLAGS='-O1 -gline-tables-only' -DVORN_BUILD_FUZZERS=ON -DVORN_HARDENING=OFF \
    -DVORN_BUILD_TESTS=OFF -DVORN_BUILD_TOOLS=ON -DVORN_BUILD_EXAMPLES=OFF >&2

@@ -30,8 +30,8 @@ inline std::string textOf( const Vorn::Composed& entry ) {
 
 // What the quick path makes of the line; nothing where it leaves it.
 inline std::optional<std::string> quickly( Vorn::QuickRecords& quick, std::string_view line ) {
-   std::string padded( line );
-   padded.resize( line.size() + Vorn::QuickRecords::padding, '9' );
+   std::string padded( line.size() + Vorn::QuickRecords::padding, '9' ); // and no byte more
+   line.copy( padded.data(), line.size() );
    const auto entry = quick.compose( std::string_view( padded ).substr( 0, line.size() ) );
    return entry ? std::optional( textOf( *entry ) ) : std::nullopt;
 }

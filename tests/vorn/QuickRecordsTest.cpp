@@ -2,6 +2,8 @@
 #include "QuickRecordsCheck.h"
 #include "RunVorn.h"
 
+#include <Vorn/Chip.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -99,6 +101,28 @@ TEST( QuickRecords, sayWhatTheCarefulParserSays ) {
    EXPECT_GT( quickOnes, 1000u );
 #else
    EXPECT_EQ( quickOnes, 0u );
+#endif
+}
+
+// A record of any pair, in a line like those that recordOf() writes, goes the quick way.
+TEST( QuickRecords, takePlainRecordsOfEveryPair ) {
+#ifdef VORN_WITH_SIMDJSON
+   Vorn::QuickRecords quick;
+   Vorn::RecordComposer careful;
+   for( const Vorn::Chip& chip : Vorn::allChips() ) {
+      for( const Vorn::Layout& layout : Vorn::layoutsOn( chip ) ) {
+         Vorn::Composer composer( layout );
+         for( const Vorn::Field& field : layout.fields() ) {
+            if( !field.readOnly && layout.overlapping( field.name ).empty() ) {
+               composer.set( field, field.width % 3 );
+            }
+         }
+         const auto line = Vorn::recordOf( layout, { 0, 0, 0 }, composer.image() );
+         const auto made = Testing::quickly( quick, line );
+         EXPECT_TRUE( made ) << line;
+         EXPECT_EQ( made, Testing::carefully( careful, line ) );
+      }
+   }
 #endif
 }
 
