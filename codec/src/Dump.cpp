@@ -229,6 +229,7 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    void cutToPlain( DumpRun& run, Runs runs );
    bool takePlaces( DumpRun& run ) const;
    void skip( std::size_t count );
+   void take( const DumpRun& run, std::vector<U8>& images );
 
    Candidates& candidatesOf( const Image& image );
    Candidates& candidatesAt( U64 address, const Image& image );
@@ -1358,7 +1359,7 @@ std::span<const U8> DumpReader::State::bytesAhead() {
 
 // The images of the lines of digits that come next, of as many as have been read.
 std::span<const U8> DumpReader::State::linesAhead() {
-   constexpr std::size_t mostBytes = 1 << 16;
+   constexpr std::size_t mostBytes = 1 << 17;
    const std::size_t bytes = own_->layouts.front().bytes();
    const auto left = [&] {
       return std::span( lineImages_ ).subspan( lineHead_, lineEnd_ - lineHead_ );
@@ -1407,9 +1408,10 @@ void DumpReader::State::cutToPlain( DumpRun& run, Runs runs ) {
    const std::size_t bytes = layouts.front().bytes();
    const U8* const images = run.images.data();
    const auto isEmpty = [&]( const U8* image ) { return isZero( { image, bytes } ); };
-   const bool isAny = runs == Runs::ofAny && isMixed_;
+   bool isAny = runs == Runs::ofAny && isMixed_;
    const Layout* const first = plainLayoutOf( images );
    layouts_.resize( isAny ? run.count : 0 );
+   bool areSame = true;
    std::size_t count = 0;
    for( ; count < run.count; ++count ) {
       const U8* const image = images + count * run.stride;
@@ -1419,8 +1421,10 @@ void DumpReader::State::cutToPlain( DumpRun& run, Runs runs ) {
       }
       if( isAny ) {
          layouts_[count] = layout;
+         areSame = areSame && layout == first;
       }
    }
+   isAny = isAny && !areSame;
    run.count = count;
    run.areEmpty = !isAny && !first && count > 0;
    run.layout = isAny ? nullptr : run.areEmpty ? &layouts.front() : first;
@@ -1530,6 +1534,16 @@ void DumpReader::State::skip( std::size_t count ) {
    index_ += count;
 }
 
+void DumpReader::State::take( const DumpRun& run, std::vector<U8>& images ) {
+   if( run.images.data() == lineImages_.data() && run.images.size() == lineEnd_ ) {
+      images.swap( lineImages_ );
+      images.resize( lineEnd_ );
+   } else {
+      images.assign( run.images.begin(), run.images.end() );
+   }
+   skip( run.count );
+}
+
 DumpReader::DumpReader( DumpOptions options )
    : state_( std::make_unique<State>( std::move( options ) ) ) {}
 
@@ -1556,6 +1570,10 @@ void DumpReader::begin( std::span<const std::string> arguments ) {
 DumpRun DumpReader::ahead( Runs runs ) { return state_->ahead( runs ); }
 
 void DumpReader::skip( std::size_t count ) { state_->skip( count ); }
+
+void DumpReader::take( const DumpRun& run, std::vector<U8>& images ) {
+   state_->take( run, images );
+}
 
 bool DumpReader::next() {
    state_->lineHead_ = state_->lineEnd_ = 0;

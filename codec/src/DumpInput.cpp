@@ -33,7 +33,7 @@ std::size_t TextBytes::read( char* to, std::size_t size ) {
 
 std::string TextBytes::name() const { return name_; }
 
-ByteLines::ByteLines( ByteSource& source ) : source_( source ), buffer_( 1 << 17 ) {}
+ByteLines::ByteLines( ByteSource& source ) : source_( source ), buffer_( 1 << 18 ) {}
 
 ByteLines::~ByteLines() = default;
 

@@ -59,6 +59,7 @@ template<class Choose>
 Transcript quickly( Vorn::DumpReader& reader, Vorn::DumpReader::Runs runs, Choose choose,
                     std::size_t& taken ) {
    Transcript lines;
+   std::vector<U8> images;
    for( bool goesOn = true; goesOn; ) {
       try {
          const Vorn::DumpRun run = reader.ahead( runs );
@@ -80,8 +81,16 @@ Transcript quickly( Vorn::DumpReader& reader, Vorn::DumpReader::Runs runs, Choos
             entry.isEmpty = run.layout ? run.areEmpty : !run.layouts[i];
             lines.push_back( lineOf( entry ) );
          }
-         reader.skip( count );
          taken += count;
+         if( count > 0 && count == run.count ) {
+            const std::vector<U8> expected( run.images.begin(), run.images.end() );
+            reader.take( run, images );
+            if( images != expected ) {
+               lines.push_back( "other images are taken" );
+            }
+         } else {
+            reader.skip( count );
+         }
          if( count < run.count || count == 0 ) {
             goesOn = reader.next();
             if( goesOn ) {

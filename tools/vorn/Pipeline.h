@@ -13,6 +13,10 @@
 #include <utility>
 #include <vector>
 
+#ifdef __linux__
+#include <sched.h>
+#endif
+
 namespace Vorn {
 
 // Each job is worked on by one of the threads and then finished by the caller's, in the order in
@@ -47,12 +51,14 @@ public:
    Pipeline( const Pipeline& ) = delete;
    Pipeline& operator=( const Pipeline& ) = delete;
 
-   // Does the job, in another thread if `isMany`: more jobs will follow without a wait.
+   // Does the job, in another thread if `isMany`: more jobs will follow without a wait, and there
+   // is so much to do for them that it is worth sharing.
    void give( Job job, bool isMany ) {
       if( isMany ) {
          start();
       }
-      if( threads_.empty() ) {
+      if( !isMany || threads_.empty() ) {
+         drain();
          work_( job, 0 );
          finish_( job );
          return;
@@ -75,7 +81,8 @@ public:
    }
 
 private:
-   struct Slot {
+   // Threads write into several at once, which are to share no line of a cache.
+   struct alignas( 128 ) Slot {
       Job job;
       bool isTaken = false;
       bool isDone = false;
@@ -86,7 +93,13 @@ private:
          return;
       }
       hasTried_ = true;
-      const std::size_t processors = std::thread::hardware_concurrency();
+      std::size_t processors = std::thread::hardware_concurrency();
+#ifdef __linux__
+      // Of which this process may not use all.
+      if( cpu_set_t own; ::sched_getaffinity( 0, sizeof own, &own ) == 0 ) {
+         processors = static_cast<std::size_t>( CPU_COUNT( &own ) );
+      }
+#endif
       try {
          for( std::size_t i = 1; i < processors && i < mostThreads; ++i ) {
             threads_.emplace_back( [this, i] { run( i ); } );

@@ -164,6 +164,10 @@ public:
    // Passes over the first entries of the last ahead().
    void skip( std::size_t count );
 
+   // Passes over all of the last ahead() and moves its images to `images`, whose memory is used
+   // again.
+   void take( const DumpRun& run, std::vector<U8>& images );
+
    // Continues with the arguments of a command line: one image in any number of pieces, or an image
    // in each. Where both can be, next() is an Error. Their places are empty.
    void begin( std::span<const std::string> arguments );

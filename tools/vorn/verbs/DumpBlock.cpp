@@ -5,7 +5,8 @@
 
 namespace Vorn {
 
-void DumpBlock::take( const DumpRun& run, std::span<const EntryPlan> plans, bool takesEmpty ) {
+void DumpBlock::take( DumpReader& reader, const DumpRun& run, std::span<const EntryPlan> plans,
+                      bool takesEmpty ) {
    const auto planFor = [&]( const Layout* layout ) {
       return &*std::find_if( plans.begin(), plans.end(),
                              [&]( const EntryPlan& plan ) { return plan.layout == layout; } );
@@ -24,12 +25,12 @@ void DumpBlock::take( const DumpRun& run, std::span<const EntryPlan> plans, bool
    }
    areEmpty_ = run.areEmpty;
    takesEmpty_ = takesEmpty;
-   images_.assign( run.images.begin(), run.images.end() );
    stride_ = run.stride;
    count_ = run.count;
    first_ = run.first;
    address_ = run.address;
    addressStep_ = run.addressStep;
+   reader.take( run, images_ );
 }
 
 void DumpBlock::work() {

@@ -27,9 +27,10 @@ struct EntryPlan {
 
 class DumpBlock {
 public:
-   // Copies the entries of the run. The plans are those of all layouts that they may have, that of
-   // empty ones first; they have to outlive the block.
-   void take( const DumpRun& run, std::span<const EntryPlan> plans, bool takesEmpty );
+   // Takes the entries of the run from the reader. The plans are those of all layouts that they may
+   // have, that of empty ones first; they have to outlive the block.
+   void take( DumpReader& reader, const DumpRun& run, std::span<const EntryPlan> plans,
+              bool takesEmpty );
 
    // Does with the entries what the plans say. Any thread may.
    void work();

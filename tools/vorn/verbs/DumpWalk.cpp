@@ -145,7 +145,7 @@ void DumpWalk::readAll() {
 
 void DumpWalk::plan() {
    plans_.clear();
-   blocks_ = 0;
+   hasLines_ = false;
    for( const Layout& layout : reader_.layouts() ) {
       const Filter* const filter = filter_ ? filter_->filterOf( layout ) : nullptr;
       plans_.push_back( { &layout, layout.bytes(), filter ? std::optional( *filter ) : std::nullopt,
@@ -155,9 +155,8 @@ void DumpWalk::plan() {
 
 // Takes the plain entries that come next; false where there are none.
 bool DumpWalk::takeBlock() {
-   // Fewer are what somebody types, or what lies between others.
-   constexpr std::size_t few = 1 << 10;
-   constexpr std::size_t enough = 1 << 15;
+   // Fewer bytes are what somebody types, or what lies between others.
+   constexpr std::size_t enough = 1 << 14;
    if( !takesBlocks ) {
       return false;
    }
@@ -170,12 +169,9 @@ bool DumpWalk::takeBlock() {
       block = std::move( spare_.back() );
       spare_.pop_back();
    }
-   block.take( run, plans_, arguments_.printsEmpty );
-   reader_.skip( run.count );
-   if( block.bytes() < few ) {
-      pipeline_.drain();
-   }
-   pipeline_.give( std::move( block ), block.bytes() >= enough && ++blocks_ > 1 );
+   block.take( reader_, run, plans_, arguments_.printsEmpty );
+   const bool isMany = hasLines_ && block.bytes() >= enough;
+   pipeline_.give( std::move( block ), isMany );
    return true;
 }
 
@@ -185,9 +181,12 @@ void DumpWalk::finishBlock( DumpBlock& block ) {
    for( const auto& [layout, entries] : block.leftOut() ) {
       filter_->leaveOut( *layout, entries );
    }
-   if( const auto lines = block.lines(); !lines.empty() ) {
+   const auto lines = block.lines();
+   if( !lines.empty() ) {
       onLines( lines );
    }
+   // To look at entries of which few are kept is less work than to share them.
+   hasLines_ = 8 * lines.size() >= block.bytes();
    for( const std::size_t number : block.kept() ) {
       visit_( block.entry( number ) );
    }

@@ -110,7 +110,7 @@ private:
    std::function<void( const DumpEntry& )> visit_;
    std::vector<EntryPlan> plans_;
    std::vector<DumpBlock> spare_; // to be filled again
-   U64 blocks_ = 0;               // of the file
+   bool hasLines_ = false;        // the last of them has had many
    Pipeline<DumpBlock> pipeline_; // its threads end first
 };
 
