@@ -10,8 +10,8 @@ needPackages $buildPackages libbenchmark-dev valgrind gnuplot-nox
 build=${VORN_BENCH_BUILD:-build/bench}
 export VORN_BENCH_BUILD="$build"
 cmake --preset release -B "$build" -DVORN_BUILD_BENCH=ON -DVORN_BUILD_TESTS=OFF \
-   -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF >&2
-cmake --build "$build" --target vornBench vornColumnsBench >&2
+   -DVORN_BUILD_TOOLS=ON -DVORN_BUILD_EXAMPLES=OFF >&2
+cmake --build "$build" --target vornBench vornColumnsBench vorn >&2
 
 rm -f "$build/tables.md"
 echo "measuring; this takes some minutes" >&2
@@ -23,6 +23,8 @@ gnuplot -e "growth='$build/growth.dat'; chart='docs/performance-growth.svg'" \
 
 "$build/bench/vornColumnsBench" "$build/columns.md" --benchmark_repetitions=21 \
    --benchmark_min_time=0.02 --benchmark_enable_random_interleaving=true
+
+bench/vorn/rates.py "$build/tools/vorn/vorn" >"$build/vorn.md"
 
 bench/python/run.sh >"$build/python.md"
 
@@ -46,4 +48,5 @@ replace() {
 replace measured "$build/tables.md"
 replace columns "$build/columns.md"
 replace python "$build/python.md"
+replace vorn "$build/vorn.md"
 cat "$build/tables.md" "$build/columns.md" "$build/python.md"
