@@ -36,6 +36,17 @@ std::string bytesText( std::size_t bytes ) {
    return "the image has " + std::to_string( bytes ) + " bytes; ";
 }
 
+// Not in line: what composes the message would slow down those that fit.
+[[noreturn, gnu::noinline]] void refuseValue( const Layout& layout, const Field& field,
+                                              const Value& value, std::string_view given ) {
+   const auto text = !given.empty()      ? shown( given )
+                     : value.bits() > 64 ? hexOf( value )
+                                         : std::to_string( value.word( 0 ) );
+   throw Error( "value " + text + " of field " + std::string( field.name ) + " is too large; its " +
+                std::to_string( field.width ) + " bits in " + layout.pairText() + " hold at most " +
+                largestOf( field.width ) );
+}
+
 } // namespace
 
 struct __attribute__( ( visibility( "hidden" ) ) ) Layout::State {
@@ -232,13 +243,8 @@ void Layout::set( std::span<U8> image, const Field& field, const Value& value ) 
 }
 
 void Layout::requireFits( const Field& field, const Value& value, std::string_view given ) const {
-   if( value.bits() > field.width ) {
-      const auto text = !given.empty()      ? shown( given )
-                        : value.bits() > 64 ? hexOf( value )
-                                            : std::to_string( value.word( 0 ) );
-      throw Error( "value " + text + " of field " + std::string( field.name ) +
-                   " is too large; its " + std::to_string( field.width ) + " bits in " +
-                   pairText() + " hold at most " + largestOf( field.width ) );
+   if( value.bits() > field.width ) [[unlikely]] {
+      refuseValue( *this, field, value, given );
    }
 }
 
