@@ -54,8 +54,10 @@ void requireCommas( std::string_view line, const std::vector<Piece>& cells ) {
    if( line.starts_with( "\xff\xfe" ) || line.starts_with( "\xfe\xff" ) ) {
       throw BadText( 0, "the file is UTF-16; save it as UTF-8" );
    }
-   const auto other = line.find_first_of( ";\t" );
-   if( cells.size() == 1 && other != std::string_view::npos ) {
+   const auto names = trimmed( line ); // tabs around them are blanks
+   const auto found = names.find_first_of( ";\t" );
+   if( cells.size() == 1 && found != std::string_view::npos ) {
+      const auto other = static_cast<std::size_t>( names.data() - line.data() ) + found;
       throw BadText( other, std::string( line[other] == ';' ? "semicolons" : "tabs" ) +
                                " between the cells; write commas" );
    }

@@ -39,6 +39,12 @@ TEST( Rows, AreEntries ) {
    EXPECT_FALSE( composer.compose( ", ,\"\",," ) );
 }
 
+TEST( Rows, MayHaveTabsAroundTheirOnlyCell ) {
+   Vorn::RowComposer composer( { "TcamActionTable", &Vorn::chipOf( 10 ), {} } );
+   ASSERT_TRUE( composer.header( "\taction\t\r" ) );
+   EXPECT_TRUE( composer.compose( "\t5\t" ) );
+}
+
 // As spreadsheets and statistics programs write them.
 TEST( Rows, MayHaveQuotesAroundAllCells ) {
    Vorn::RowComposer composer;
