@@ -262,6 +262,7 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
 
    // A dump that is split.
    DumpRows rows_{ false };
+   bool beginsRows_ = false;  // its two first lines show that
    Mode after_ = Mode::ended; // once it has ended
    std::string blockPlace_;   // of its first row
    std::vector<U8> pending_;
@@ -675,6 +676,7 @@ bool DumpReader::State::isAnyLength( std::size_t bytes ) const {
 
 void DumpReader::State::detect() {
    mode_ = Mode::lines;
+   beginsRows_ = false;
    switch( options_.format ) {
    case ImageFormat::binary:
       return beginBlock( Mode::binary );
@@ -683,11 +685,16 @@ void DumpReader::State::detect() {
    default:
       break;
    }
-   const auto first = trimmed( input_->firstLine() );
+   auto first = trimmed( input_->firstLine() );
    if( options_.format == ImageFormat::automatic && !input_->isText() ) {
       mode_ = Mode::ended;
       requireMemory( input_->rest(), input_->name() );
       return beginBlock( Mode::binary );
+   }
+   if( options_.format == ImageFormat::automatic && first.starts_with( "000000 " ) ) {
+      const std::string copy( first ); // as reading more moves it
+      beginsRows_ = DumpRows::begin( copy, trimmed( input_->secondLine() ) );
+      first = trimmed( input_->firstLine() );
    }
    if( options_.format == ImageFormat::words && ( own_ || !any_.empty() ) ) {
       bool areWhole = true;
@@ -735,7 +742,7 @@ bool DumpReader::State::stepLine() {
          }
       } else {
          rows_ = DumpRows( options_.format == ImageFormat::hexdump );
-         if( rows_.begins( text ) ) {
+         if( std::exchange( beginsRows_, false ) || rows_.begins( text ) ) {
             input_->back();
             beginBlock( Mode::rows );
             return false;
@@ -1486,7 +1493,7 @@ DumpRun DumpReader::State::ahead( Runs runs ) {
    }
    const bool isBlock =
       mode_ == Mode::binary || mode_ == Mode::stream || mode_ == Mode::words || mode_ == Mode::rows;
-   if( !own_ || !( isBlock || mode_ == Mode::lines ) ) {
+   if( !own_ || beginsRows_ || !( isBlock || mode_ == Mode::lines ) ) {
       return run;
    }
    if( !std::exchange( isAhead_, true ) ) {

@@ -105,6 +105,19 @@ std::string_view DumpInput::firstLine() {
    }
 }
 
+std::string_view DumpInput::secondLine() {
+   for( ;; ) {
+      const auto first = firstLine();
+      const auto all = rest();
+      const auto end = static_cast<std::size_t>( first.data() - all.data() ) + first.size();
+      const auto after = all.substr( std::min( end + 1, all.size() ) );
+      const auto lineEnd = after.find( '\n' );
+      if( lineEnd != after.npos || after.size() >= longestLook || !readMore() ) {
+         return after.substr( 0, lineEnd );
+      }
+   }
+}
+
 bool DumpInput::isText() {
    std::string line( firstLine().substr( 0, longestLook ) );
    // A character may be cut there.
@@ -165,8 +178,8 @@ std::string_view DumpInput::withoutComment( std::string_view line ) const {
    }
    const auto first = firstPiece( line.substr( begin ) );
    const bool isRow = first.ends_with( ':' ) && isDigits( first.substr( 0, first.size() - 1 ) );
-   const bool isText =
-      isRow || isJson( line.substr( begin ) ) || line.find( '{' ) < hash || line.find( '|' ) < hash;
+   const bool isText = isRow || isJson( line.substr( begin ) ) || line.find( '{' ) < hash ||
+                       line.find( '|' ) < hash || line.find( "  >" ) < hash;
    return isText ? line : line.substr( 0, hash );
 }
 

@@ -33,6 +33,10 @@ public:
    // The first line that isn't blank, or as much of it as decides the form. It is not consumed.
    std::string_view firstLine();
 
+   // The one after it, which may be cut off where it is long. What firstLine() has returned is not
+   // valid any longer.
+   std::string_view secondLine();
+
    // Whether what firstLine() has looked at is text.
    bool isText();
 

@@ -8,10 +8,11 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <optional>
-#include <span>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace Vorn {
@@ -21,25 +22,16 @@ namespace {
 constexpr auto none = std::string_view::npos;
 
 bool isOffset( std::string_view piece ) {
-   return piece.size() >= 7 && piece.size() <= 16 && isDigits( piece );
+   return piece.size() >= 6 && piece.size() <= 16 && isDigits( piece );
 }
 
-std::string offsetText( U64 offset, bool isOctal ) {
-   if( isOctal ) {
-      std::string digits;
-      for( ; offset > 0; offset >>= 3 ) {
-         digits.insert( digits.begin(), static_cast<char>( '0' + ( offset & 7 ) ) );
-      }
-      constexpr std::size_t least = 7;
-      return std::string( least - std::min( least, digits.size() ), '0' ) + digits;
-   }
-   std::array<U8, 8> bytes{};
-   for( std::size_t i = 0; i < bytes.size(); ++i ) {
-      bytes[i] = static_cast<U8>( offset >> ( 56 - 8 * i ) );
-   }
-   std::string text;
-   appendHex( text, std::span( bytes ).subspan( offset >> 32 ? 0 : 4 ) );
-   return text;
+// As the programs print it that print offsets in this base.
+std::string offsetText( U64 offset, int base ) {
+   std::array<char, 22> digits{};
+   const auto end = std::to_chars( digits.begin(), digits.end(), offset, base ).ptr;
+   const std::string_view text( digits.data(), static_cast<std::size_t>( end - digits.data() ) );
+   const std::size_t least = base != 16 ? 7 : offset >> 32 ? 16 : 8;
+   return std::string( least - std::min( least, text.size() ), '0' ).append( text );
 }
 
 // Whether all pieces have that many digits, and there is one.
@@ -53,16 +45,12 @@ bool areGroups( std::string_view text, std::size_t digits ) {
    return isThere && areAll;
 }
 
-// The number that octal digits write; nothing if others are among them.
-std::optional<U64> octalOf( std::string_view digits ) {
+// The number that the digits write; nothing if others are among them.
+std::optional<U64> offsetIn( std::string_view digits, int base ) {
    U64 number = 0;
-   for( const char digit : digits ) {
-      if( digit < '0' || digit > '7' ) {
-         return std::nullopt;
-      }
-      number = number << 3 | static_cast<U64>( digit - '0' );
-   }
-   return number;
+   const char* const end = digits.data() + digits.size();
+   const auto [stop, error] = std::from_chars( digits.data(), end, number, base );
+   return stop == end && error == std::errc() ? std::optional( number ) : std::nullopt;
 }
 
 // What `od` begins with.
@@ -76,6 +64,12 @@ std::size_t odDigitsOf( std::string_view groups ) {
       }
    }
    return 0;
+}
+
+// The groups without the characters that `od -tx1z` prints after them.
+std::string_view withoutCharacters( std::string_view groups ) {
+   const auto begin = groups.find( "  >" );
+   return begin != none && groups.ends_with( '<' ) ? groups.substr( 0, begin ) : groups;
 }
 
 std::string_view adviceOn( bool isXxd ) {
@@ -98,12 +92,15 @@ DumpRows::Row DumpRows::rowOf( std::string_view line ) const {
       row.isSure = true;
       return row;
    }
+   row.rest = withoutCharacters( row.rest );
    const auto bars = row.rest.find( '|' );
    const bool hasBars = bars != none && row.rest.size() > bars + 1 && row.rest.ends_with( '|' );
    row.rest = row.rest.substr( 0, bars );
+   // Offsets of many digits stand before bytes of `hexdump -C`, too.
+   const bool mayBeOd = row.offset.size() < 8 || ( lastBytes_ > 0 && kind_ == Kind::od );
    if( bars == none && areGroups( row.rest, 4 ) ) {
       row.kind = Kind::words;
-   } else if( bars == none && row.offset.size() == 7 && odDigitsOf( row.rest ) > 0 ) {
+   } else if( bars == none && mayBeOd && odDigitsOf( row.rest ) > 0 ) {
       row.kind = Kind::od;
    }
    row.isSure =
@@ -113,18 +110,28 @@ DumpRows::Row DumpRows::rowOf( std::string_view line ) const {
    return row;
 }
 
-// In hexadecimal digits; those of `od` are octal, which the second row of `od -x` shows.
-U64 DumpRows::offsetOf( const Row& row, bool isFirst ) {
+// Nothing if it has wrong digits. The second row shows the base: `od` has octal offsets, or decimal
+// ones, and hexadecimal ones of six digits.
+std::optional<U64> DumpRows::offsetOf( const Row& row, bool isFirst ) {
    if( isFirst ) {
-      isOctal_ = row.kind == Kind::od;
-      odDigits_ = isOctal_ ? odDigitsOf( row.rest ) : 0;
+      base_ = row.kind == Kind::od && row.offset.size() == 7 ? 8 : 16;
+      odDigits_ = row.kind == Kind::od ? odDigitsOf( row.rest ) : 0;
+   } else if( due_ == firstBytes_ && row.offset.size() == 7 && kind_ != Kind::bytes ) {
+      const auto fits = [&]( int base ) {
+         const auto offset = offsetIn( row.offset, base );
+         return offset && *offset >= due_ &&
+                ( isRepeated_ ? ( *offset - due_ ) % firstBytes_ == 0 : *offset == due_ );
+      };
+      for( const int other : { 8, 10 } ) {
+         base_ = !fits( base_ ) && fits( other ) ? other : base_;
+      }
    }
-   const U64 number = numberOf( row.offset );
-   const bool mayBeOctal =
-      isOctal_ || ( kind_ == Kind::words && due_ == firstBytes_ && number != due_ );
-   const auto octal = mayBeOctal ? octalOf( row.offset ) : std::nullopt;
-   isOctal_ = isOctal_ || ( octal && !isFirst && *octal == due_ );
-   return isOctal_ && octal ? *octal : number;
+   return offsetIn( row.offset, base_ );
+}
+
+void DumpRows::refuseOffset( const Row& row, std::size_t at ) const {
+   throw BadText( at, "offset " + std::string( row.offset ) + " where " +
+                         offsetText( due_, base_ ) + " is due" );
 }
 
 bool DumpRows::begins( std::string_view line ) const {
@@ -134,6 +141,19 @@ bool DumpRows::begins( std::string_view line ) const {
                      "octal numbers, as `od` prints them; print hexadecimal ones with `od -tx4`" );
    }
    return !line.empty() && ( isForced_ || rowOf( line ).isSure );
+}
+
+bool DumpRows::begin( std::string_view first, std::string_view second ) {
+   const auto offset = firstPiece( first );
+   const auto groups = withoutCharacters( first.substr( offset.size() ) );
+   const auto digits = areGroups( groups, 4 ) ? 4 : odDigitsOf( groups );
+   if( offset != "000000" || digits == 0 ) {
+      return false;
+   }
+   U64 bytes = 0;
+   forEachPiece( groups, 0, [&]( std::string_view, std::size_t ) { bytes += digits / 2; } );
+   const auto next = firstPiece( second );
+   return second == "*" || ( isOffset( next ) && offsetIn( next, 16 ) == bytes );
 }
 
 bool DumpRows::take( std::string_view line, std::size_t at, std::vector<U8>& bytes, U64& before ) {
@@ -154,7 +174,11 @@ bool DumpRows::take( std::string_view line, std::size_t at, std::vector<U8>& byt
       return false;
    }
    const bool isEnd = row.rest.empty() && row.kind != Kind::xxd;
-   const U64 offset = offsetOf( row, isFirst );
+   const auto read = offsetOf( row, isFirst );
+   if( !read ) {
+      refuseOffset( row, at );
+   }
+   const U64 offset = *read;
    if( isFirst ) {
       kind_ = row.kind;
       due_ = offset;
@@ -165,8 +189,7 @@ bool DumpRows::take( std::string_view line, std::size_t at, std::vector<U8>& byt
       finish( at );
    }
    if( offset < due_ || ( offset > due_ && !isRepeated_ ) ) {
-      throw BadText( at, "offset " + std::string( row.offset ) + " where " +
-                            offsetText( due_, isOctal_ ) + " is due" );
+      refuseOffset( row, at );
    }
    if( !isEnd && !isFirst && lastBytes_ != firstBytes_ ) {
       throw BadText( at, "the line before it has " + std::to_string( lastBytes_ ) +

@@ -4,6 +4,7 @@
 #include <Kelvar/Types.h>
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,10 @@ public:
 
    // Whether a dump begins with this trimmed line.
    bool begins( std::string_view line ) const;
+
+   // Whether a dump of `od -Ax` begins with these trimmed lines, the first of which alone might be
+   // bytes.
+   static bool begin( std::string_view first, std::string_view second );
 
    // Takes a trimmed line that begins `at` bytes after the beginning of its line; false if the dump
    // has ended before it. `bytes` gets the bytes of the row, `before` how many come before them,
@@ -40,7 +45,8 @@ private:
       bool isSure = false; // it is no line of anything else
    };
 
-   U64 offsetOf( const Row& row, bool isFirst );
+   std::optional<U64> offsetOf( const Row& row, bool isFirst );
+   [[noreturn]] void refuseOffset( const Row& row, std::size_t at ) const;
 
    Row rowOf( std::string_view line ) const;
    void takeBytes( const Row& row, std::size_t at, std::vector<U8>& bytes ) const;
@@ -48,7 +54,7 @@ private:
    bool isForced_;
    bool isComplete_ = false;
    bool isRepeated_ = false;  // "*" was the last line
-   bool isOctal_ = false;     // the offsets are those of `od`
+   int base_ = 16;            // of the offsets
    std::size_t odDigits_ = 0; // of each of its groups
    Kind kind_ = Kind::bytes;
    U64 due_ = 0;                // offset of the next line

@@ -98,18 +98,25 @@ std::string octalText( std::size_t offset ) {
 }
 
 // As numbers of that many bytes.
-template<std::size_t size>
+std::string sixDigits( std::size_t at ) { return offsetText( at, 6 ); }
+
+std::string decimalText( std::size_t at ) {
+   const auto digits = std::to_string( at );
+   return std::string( 7 - digits.size(), '0' ) + digits;
+}
+
+template<std::size_t size, std::string ( *offset )( std::size_t ) = octalText>
 std::string asOd( const Vorn::Layout&, const Bytes& dump ) {
    return rows( dump,
                 []( std::size_t at, std::span<const U8> row ) {
-                   std::string text = octalText( at );
+                   std::string text = offset( at );
                    for( std::size_t i = 0; i < row.size(); i += size ) {
                       const auto number = row.subspan( i, size );
                       text += ' ' + digits( Bytes( number.rbegin(), number.rend() ) );
                    }
                    return text + '\n';
                 } ) +
-          octalText( dump.size() ) + '\n';
+          offset( dump.size() ) + '\n';
 }
 
 std::string asXxd( const Vorn::Layout&, const Bytes& dump ) {
@@ -206,6 +213,11 @@ const Form forms[] = {
    { "od -v -tx1", asOd<1> },
    { "od -v -tx2", asOd<2> },
    { "od -v -tx4", asOd<4> },
+   { "od -v -Ax -tx1", asOd<1, sixDigits> },
+   { "od -v -Ax -tx2", asOd<2, sixDigits> },
+   { "od -v -Ax -tx4", asOd<4, sixDigits> },
+   { "od -v -Ad -tx2", asOd<2, decimalText> },
+   { "od -v -Ad -tx4", asOd<4, decimalText> },
    { "xxd", asXxd },
    { "xxd -p", asStream, ImageFormat::stream },
    { "lines of bytes", asLines },
@@ -255,6 +267,38 @@ const Vorn::Layout& lif() {
 }
 
 } // namespace
+
+// Of six digits, the offsets of `od -Ax` might be bytes: those of the two first rows decide.
+TEST( Dump, ofOdMayHaveHexadecimalOffsets ) {
+   const Vorn::Layout layout( "TcamActionTable", 10 );
+   const auto options = optionsOf( layout, ImageFormat::automatic );
+   const std::string text = "000000 00012345 00000000 00012345 00000000  >E#......E#......<\n"
+                            "*\n"
+                            "000030 00000007 00000000  >#|.>..  <\n"
+                            "000038\n";
+   const Bytes action{ 0x45, 0x23, 1, 0, 0, 0, 0, 0 };
+   Bytes expected;
+   for( int i = 0; i < 6; ++i ) {
+      expected.insert( expected.end(), action.begin(), action.end() );
+   }
+   expected.insert( expected.end(), { 7, 0, 0, 0, 0, 0, 0, 0 } );
+   EXPECT_EQ( read( options, text ), std::pair( expected, std::string( "none" ) ) );
+   // After comments, and with decimal offsets that only the row after the asterisk shows.
+   EXPECT_EQ( read( options, "\n# lab\n" + text ), std::pair( expected, std::string( "none" ) ) );
+   EXPECT_EQ( read( options, "0000000 00012345 00000000 00012345 00000000\n*\n"
+                             "0000048 00000007 00000000\n0000056\n" ),
+              std::pair( expected, std::string( "none" ) ) );
+   EXPECT_EQ( read( options, "000000 00012345 00000000\n000008 00012345 00000000\n"
+                             "000018 00012345 00000000\n" )
+                 .second,
+              "dump:3:1: offset 000018 where 00000010 is due" );
+   EXPECT_EQ( read( options, "000000 00012345 00000000\n000008 00012345 00000000\n" ).second,
+              "dump:3:1: the hexdump is cut off: it ends without the offset of its end" );
+   // Other rows are lines of bytes.
+   EXPECT_EQ( read( options, "000000 01 02 03 04 05\n000000 06 07 08 09 10\n" ),
+              std::pair( Bytes( { 0, 0, 0, 1, 2, 3, 4, 5, 0, 0, 0, 6, 7, 8, 9, 16 } ),
+                         std::string( "none" ) ) );
+}
 
 TEST( ByteLines, areThoseOfTheBytes ) {
    Trickle bytes( "seven b\n\nand eight\r\nthe last", "text" );
