@@ -308,9 +308,7 @@ void Picture::addKinds() {
 
 // Letters as they stand side by side, of which some take several bytes.
 std::size_t columnsOf( std::string_view letters ) {
-   return static_cast<std::size_t>( std::count_if( letters.begin(), letters.end(), []( char c ) {
-      return ( static_cast<U8>( c ) & 0xc0 ) != 0x80;
-   } ) );
+   return columnOf( letters, letters.size() ) - 1;
 }
 
 constexpr std::string_view arrowApart = " \u2192 ";

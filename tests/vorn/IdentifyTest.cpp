@@ -421,6 +421,19 @@ TEST( IdentifyDump, filesEachForItself ) {
               identified( "2", "45230100" ) );
 }
 
+TEST( Identify, saysThatAFileForEachIsBinary ) {
+   for( const std::string& file : { std::string( 8, '\0' ), std::string( "\x45\x23\x01\0\0\0", 6 ),
+                                    std::string( "\x7f\xff\xff\xff\xff\xff\n" ) } ) {
+      const auto outcome = vorn( { "identify", "--chip", "10", "--each", "-" }, file );
+      EXPECT_EQ( outcome.out, "" );
+      EXPECT_EQ(
+         outcome.err,
+         "<stdin>: the file is binary, and --each takes lines of text; leave --each out, or "
+         "print the BYTES of each entry on a line with `xxd -p -c BYTES`\n" );
+      EXPECT_EQ( outcome.status, 1 );
+   }
+}
+
 TEST( Identify, whatEncodeAndProgramPrintIsRead ) {
    for( const std::string form : { "text", "bytes", "words", "json" } ) {
       const auto entry =

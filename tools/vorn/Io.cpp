@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -79,6 +81,11 @@ void Output::flush() {
    const int failure = writeAll( STDOUT_FILENO, pending_ );
    pending_.clear();
    requireWritten( failure );
+}
+
+bool isInput( const std::string& word ) {
+   std::error_code ignored; // of a word that is too long for a file's name, say
+   return word == "-" || std::filesystem::exists( word, ignored );
 }
 
 FileBytes::FileBytes( const std::string& path, std::function<void()> beforeRead )

@@ -34,6 +34,9 @@ private:
    std::string pending_;
 };
 
+// Whether a word of the command line is a file that is there, or "-".
+bool isInput( const std::string& word );
+
 // The bytes of a file, or of standard input for "-", decompressed where they are compressed.
 // Failures to open and to read are Errors.
 class FileBytes : public ByteSource {

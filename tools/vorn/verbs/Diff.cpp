@@ -21,7 +21,6 @@
 #include <algorithm>
 #include <cstring>
 #include <deque>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -106,8 +105,7 @@ public:
    Side( std::string role, const std::string& word, const DiffArguments& arguments, Output& output )
       : role_( std::move( role ) ), options_( optionsOf( arguments ) ),
         keepsGoing_( arguments.keepsGoing ), output_( output ), reader_( options_ ) {
-      std::error_code ignored; // of a word that is too long for a file's name, say
-      if( word == "-" || std::filesystem::exists( word, ignored ) ) {
+      if( isInput( word ) ) {
          bytes_ = std::make_unique<FileBytes>( word, [&output] { output.flush(); } );
          reader_.begin( *bytes_ );
          return;

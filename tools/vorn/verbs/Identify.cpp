@@ -18,7 +18,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -149,6 +148,16 @@ std::string accountLines( const DumpIdentifier::Account& account, const std::str
    return lines;
 }
 
+// Whether it is the beginning of a text, perhaps cut within a character.
+bool isText( std::string begin ) {
+   std::erase_if( begin, []( char c ) { return c == ' ' || ( c >= '\t' && c <= '\r' ); } );
+   for( int left = 3; left > 0 && !begin.empty() && static_cast<U8>( begin.back() ) >= 0x80;
+        --left ) {
+      begin.pop_back();
+   }
+   return shown( begin, begin.size() ) == begin;
+}
+
 // What becomes of the files of images, one after another.
 class Identifying {
 public:
@@ -175,8 +184,11 @@ public:
 private:
    void answerEach( const std::string& path ) {
       LineReader lines( path, [this] { output_.flush(); } );
+      constexpr std::size_t looked = 64;
+      lines.readMore();
+      const std::string begin( lines.rest().substr( 0, looked ) );
       ImageReader reader( lines, arguments_.format );
-      for( ;; ) {
+      for( bool isFirst = true;; isFirst = false ) {
          std::string place;
          try {
             if( !reader.next() ) {
@@ -186,6 +198,11 @@ private:
             output_.write( said( identifier_, reader.image(), place, arguments_ ) );
             ++images_;
          } catch( const Error& error ) {
+            if( isFirst && place.empty() && !isText( begin ) ) {
+               throw Error( lines.name(),
+                            "the file is binary, and --each takes lines of text; leave --each out, "
+                            "or print the BYTES of each entry on a line with `xxd -p -c BYTES`" );
+            }
             const bool isOfLine = error.place().starts_with( lines.place() + ':' );
             if( place.empty() && !isOfLine ) {
                throw; // Nothing can be read after it.
@@ -243,10 +260,7 @@ void identify( const IdentifyArguments& arguments, Output& output ) {
 // Whether the words are no image, but files, one of which is there at least.
 bool areFiles( const IdentifyArguments& arguments ) {
    const auto& words = arguments.image;
-   if( std::none_of( words.begin(), words.end(), []( const std::string& word ) {
-          std::error_code ignored;
-          return word == "-" || std::filesystem::exists( word, ignored );
-       } ) ) {
+   if( std::none_of( words.begin(), words.end(), isInput ) ) {
       return false;
    }
    try {
