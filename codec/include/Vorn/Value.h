@@ -77,7 +77,7 @@ VORN_API std::string hexOf( const Value& value );
 // The same, appended.
 VORN_API void appendHex( std::string& text, const Value& value );
 
-// The same, written where there is room for at most 130 characters; returns their end.
+// The same, written where there is room for 130 characters, also for few; returns their end.
 VORN_API char* writeHex( char* to, const Value& value );
 
 // The number that `text` writes in decimal digits, in hexadecimal digits after 0x or in binary
