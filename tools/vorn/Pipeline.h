@@ -23,7 +23,7 @@ namespace Vorn {
 // which they were given.
 //
 //    Pipeline<Job> pipeline( work, finish );  // work( job, thread ), finish( job )
-//    while( ... ) { pipeline.give( std::move( job ) ); }
+//    while( ... ) { Job job = pipeline.spare(); ... pipeline.give( std::move( job ), true ); }
 //    pipeline.drain();
 template<class Job>
 class Pipeline {
@@ -51,6 +51,16 @@ public:
    Pipeline( const Pipeline& ) = delete;
    Pipeline& operator=( const Pipeline& ) = delete;
 
+   // A job to be filled: a finished one, whose memory is used again, or a new one.
+   Job spare() {
+      if( spare_.empty() ) {
+         return {};
+      }
+      Job job = std::move( spare_.back() );
+      spare_.pop_back();
+      return job;
+   }
+
    // Does the job, in another thread if `isMany`: more jobs will follow without a wait, and there
    // is so much to do for them that it is worth sharing.
    void give( Job job, bool isMany ) {
@@ -60,7 +70,7 @@ public:
       if( !isMany || threads_.empty() ) {
          drain();
          work_( job, 0 );
-         finish_( job );
+         finish( job );
          return;
       }
       {
@@ -141,6 +151,11 @@ private:
       return !all_.empty() && all_.front()->isDone;
    }
 
+   void finish( Job& job ) {
+      finish_( job );
+      spare_.push_back( std::move( job ) );
+   }
+
    // Works on others while the first one isn't done.
    void finishFirst() {
       std::unique_lock lock( mutex_ );
@@ -157,7 +172,7 @@ private:
       const auto first = std::move( all_.front() );
       all_.pop_front();
       lock.unlock();
-      finish_( first->job );
+      finish( first->job );
    }
 
    Work work_;
@@ -166,6 +181,7 @@ private:
    std::condition_variable isThere_;
    std::condition_variable isDone_;
    std::deque<std::unique_ptr<Slot>> all_;
+   std::vector<Job> spare_;
    std::vector<std::thread> threads_;
    bool isEnding_ = false;
    bool hasTried_ = false;

@@ -164,11 +164,7 @@ bool DumpWalk::takeBlock() {
    if( run.count == 0 ) {
       return false;
    }
-   DumpBlock block;
-   if( !spare_.empty() ) {
-      block = std::move( spare_.back() );
-      spare_.pop_back();
-   }
+   DumpBlock block = pipeline_.spare();
    block.take( reader_, run, plans_, arguments_.printsEmpty );
    const bool isMany = hasLines_ && block.bytes() >= enough;
    pipeline_.give( std::move( block ), isMany );
@@ -191,7 +187,6 @@ void DumpWalk::finishBlock( DumpBlock& block ) {
       visit_( block.entry( number ) );
    }
    done_ += block.taken();
-   spare_.push_back( std::move( block ) );
 }
 
 void DumpWalk::take() {

@@ -109,7 +109,6 @@ private:
    Failures failures_{ arguments_.keepsGoing, output_ };
    std::function<void( const DumpEntry& )> visit_;
    std::vector<EntryPlan> plans_;
-   std::vector<DumpBlock> spare_; // to be filled again
    bool hasLines_ = false;        // the last of them has had many
    Pipeline<DumpBlock> pipeline_; // its threads end first
 };

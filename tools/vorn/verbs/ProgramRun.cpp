@@ -305,7 +305,6 @@ private:
    FileBytes* bytes_ = nullptr;
    std::shared_ptr<Source> source_;
    Places places_;
-   std::vector<Lines> spare_; // to be filled again
    std::vector<std::unique_ptr<Composing>> composing_{ Pipeline<Lines>::mostThreads };
    const bool isTraced_ = isTracing();
    Pipeline<Lines> pipeline_{ [this]( Lines& lines, std::size_t thread ) {
@@ -345,16 +344,11 @@ void Run::finishLines( Lines& lines ) {
    }
    failUpTo( made.size() );
    print( made.size() );
-   spare_.push_back( std::move( lines ) );
 }
 
 // Has whole lines composed, the first of which has this number.
 void Run::give( std::string_view text, U64 number ) {
-   Lines lines;
-   if( !spare_.empty() ) {
-      lines = std::move( spare_.back() );
-      spare_.pop_back();
-   }
+   Lines lines = pipeline_.spare();
    lines.take( text );
    lines.source = source_;
    lines.number = number;
