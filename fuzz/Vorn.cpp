@@ -128,6 +128,12 @@ Outcome encoded( const Vorn::EncodeArguments& arguments ) {
    return outcomeOf( [&]( Vorn::Output& output ) { output.write( Vorn::encode( arguments ) ); } );
 }
 
+Outcome programmed( Vorn::ProgramArguments arguments, std::string_view input ) {
+   arguments.paths = { "-" };
+   arguments.allowsRepeats = true;
+   return outcomeOf( [&]( Vorn::Output& output ) { Vorn::program( arguments, output ); }, input );
+}
+
 std::vector<std::string> linesPrinted( const std::string& text ) {
    if( !text.empty() && !text.ends_with( '\n' ) ) {
       found( "the last line printed has no end" );
@@ -203,6 +209,14 @@ std::string digitsOf( const Image& image ) {
       digits += pair.data();
    }
    return digits;
+}
+
+Testing::Image tagged( const Vorn::Layout& layout, Testing::Image image ) {
+   image.resize( layout.bytes() );
+   for( const auto& [field, value] : layout.tag() ) {
+      Testing::bitsAtAre( image, field.offset, field.width, Testing::toBits( value ) );
+   }
+   return image;
 }
 
 std::string valueText( const Json& value ) {

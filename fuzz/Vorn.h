@@ -7,6 +7,7 @@
 #include <Io.h>
 #include <Vorn/Layout.h>
 #include <verbs/Encode.h>
+#include <verbs/Program.h>
 
 #include <fuzzer/FuzzedDataProvider.h>
 #include <nlohmann/json.hpp>
@@ -41,6 +42,9 @@ bool isPlain( std::string_view input );
 // The outcome of `vorn encode`.
 Outcome encoded( const Vorn::EncodeArguments& arguments );
 
+// The outcome of `vorn program -` with this input, where repeats are allowed.
+Outcome programmed( Vorn::ProgramArguments arguments, std::string_view input );
+
 using Testing::linesOf;
 
 // The lines of what is printed, each of which has to have an end.
@@ -68,6 +72,9 @@ Vorn::PairText pairIn( const Json& object );
 // The bytes that pairs of hexadecimal digits write, and the digits again.
 Testing::Image imageIn( const std::string& digits );
 std::string digitsOf( const Testing::Image& image );
+
+// An image of the layout with these bytes, as far as there are any, and its tag.
+Testing::Image tagged( const Vorn::Layout& layout, Testing::Image image );
 
 // A field's value in an object of JSON as the forms for people have it: 0x and digits.
 std::string valueText( const Json& value );

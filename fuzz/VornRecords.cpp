@@ -23,15 +23,9 @@ using Testing::Image;
 using Vorn::EncodeArguments;
 
 Outcome programmed( const std::string& form, const std::string& input ) {
-   return outcomeOf(
-      [&]( Vorn::Output& output ) {
-         Vorn::ProgramArguments arguments;
-         arguments.paths = { "-" };
-         arguments.form = Vorn::formNamed( form );
-         arguments.allowsRepeats = true;
-         Vorn::program( arguments, output );
-      },
-      input );
+   Vorn::ProgramArguments arguments;
+   arguments.form = Vorn::formNamed( form );
+   return Fuzz::programmed( std::move( arguments ), input );
 }
 
 std::string textOf( const Json& value ) {
@@ -211,12 +205,7 @@ void runMade( FuzzedDataProvider& input ) {
          fields[std::string( field.name )] = someValue( input, field.width );
       }
       if( input.ConsumeBool() ) {
-         auto image = input.ConsumeBytes<U8>( layout.bytes() );
-         image.resize( layout.bytes() );
-         for( const auto& [field, value] : layout.tag() ) {
-            Testing::bitsAtAre( image, field.offset, field.width, Testing::toBits( value ) );
-         }
-         record["from"] = digitsOf( image );
+         record["from"] = digitsOf( tagged( layout, input.ConsumeBytes<U8>( layout.bytes() ) ) );
       }
       records += record.dump() + '\n';
    }

@@ -25,20 +25,13 @@ namespace Fuzz {
 namespace {
 
 using Testing::Bits;
-using Testing::Image;
 
 Outcome programmed( const std::string& input, bool areRows ) {
-   return outcomeOf(
-      [&]( Vorn::Output& output ) {
-         Vorn::ProgramArguments arguments;
-         arguments.paths = { "-" };
-         arguments.allowsRepeats = true;
-         if( areRows ) {
-            arguments.rows.emplace();
-         }
-         Vorn::program( arguments, output );
-      },
-      input );
+   Vorn::ProgramArguments arguments;
+   if( areRows ) {
+      arguments.rows.emplace();
+   }
+   return Fuzz::programmed( std::move( arguments ), input );
 }
 
 // Requires that the entries printed are printed again, and that before a bad row there is all of
@@ -196,12 +189,8 @@ Cell Sheet::someCell( std::size_t column ) {
       return asNumber( layout_.variant() );
    }
    if( name == "from" || name == "image" ) {
-      Image image = input_.ConsumeBytes<U8>( kind < 40 ? layout_.bytes() : 0 );
-      image.resize( layout_.bytes() );
-      for( const auto& [field, value] : layout_.tag() ) {
-         Testing::bitsAtAre( image, field.offset, field.width, Testing::toBits( value ) );
-      }
-      return asText( digitsOf( image ) );
+      const auto bytes = kind < 40 ? layout_.bytes() : 0;
+      return asText( digitsOf( tagged( layout_, input_.ConsumeBytes<U8>( bytes ) ) ) );
    }
    if( name == "file" ) {
       return asText( "lab 3/dump" );
