@@ -6,6 +6,7 @@ include( GoogleTest )
 
 function( vornTests program )
    cmake_parse_arguments( PARSE_ARGV 1 tests "" "PREFIX;PARTS;TIMEOUT" "" )
+   target_compile_options( ${program} PRIVATE ${vornTestOptions} )
    if( NOT tests_TIMEOUT )
       set( tests_TIMEOUT 1500 )
    endif()
