@@ -119,16 +119,8 @@ std::string_view DumpInput::secondLine() {
 }
 
 bool DumpInput::isText() {
-   std::string line( firstLine().substr( 0, longestLook ) );
-   // A character may be cut there.
-   while( line.size() == longestLook && ( static_cast<U8>( line.back() ) & 0xc0 ) == 0x80 ) {
-      line.pop_back();
-   }
-   if( line.size() + 1 >= longestLook && static_cast<U8>( line.back() ) >= 0xc0 ) {
-      line.pop_back();
-   }
-   std::erase_if( line, isBlank );
-   return shown( line, line.size() ) == line;
+   const auto line = firstLine();
+   return isPrintable( line.substr( 0, longestLook ), line.size() >= longestLook );
 }
 
 std::string_view DumpInput::bytes() {

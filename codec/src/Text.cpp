@@ -4,6 +4,7 @@
 #include "ImageText.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 namespace Vorn {
@@ -11,6 +12,9 @@ namespace Vorn {
 namespace {
 
 constexpr char hexDigits[] = "0123456789abcdef";
+
+// Whether a byte goes on with a character of UTF-8.
+bool isContinuation( char c ) { return ( static_cast<U8>( c ) & 0xc0 ) == 0x80; }
 
 // The length of the character of UTF-8 that `text` begins with; 0 if that is none, or a control
 // character.
@@ -33,7 +37,7 @@ std::size_t lengthOfCharacter( std::string_view text ) {
    }
    U32 number = first & ~U32( form->mask );
    for( const char c : text.substr( 1, length - 1 ) ) {
-      if( ( static_cast<U8>( c ) & 0xc0 ) != 0x80 ) {
+      if( !isContinuation( c ) ) {
          return 0;
       }
       number = number << 6 | ( static_cast<U8>( c ) & 0x3f );
@@ -70,15 +74,27 @@ std::string inQuotes( std::string_view text ) { return '"' + shown( text ) + '"'
 std::size_t columnOf( std::string_view line, std::size_t at ) {
    const auto before = line.substr( 0, at );
    // The bytes that begin a character.
-   const auto characters = std::count_if( before.begin(), before.end(), []( char c ) {
-      return ( static_cast<U8>( c ) & 0xc0 ) != 0x80;
-   } );
+   const auto characters =
+      std::count_if( before.begin(), before.end(), std::not_fn( isContinuation ) );
    return static_cast<std::size_t>( characters ) + 1;
 }
 
 bool isBlankLine( std::string_view line ) {
    const auto begin = skipBlanks( line, 0 );
    return begin == line.size() || line[begin] == '#';
+}
+
+bool isPrintable( std::string_view text, bool isCut ) {
+   while( !text.empty() ) {
+      const auto length = isBlank( text[0] ) ? 1 : lengthOfCharacter( text );
+      if( length == 0 ) {
+         const bool begins = static_cast<U8>( text[0] ) >= 0xc0;
+         return isCut && begins && text.size() < 4 &&
+                std::all_of( text.begin() + 1, text.end(), isContinuation );
+      }
+      text.remove_prefix( length );
+   }
+   return true;
 }
 
 std::string countOf( U64 count, std::string_view one, std::string_view more ) {

@@ -30,6 +30,22 @@ TEST( Text, shownIsOneShortLine ) {
    EXPECT_EQ( Vorn::inQuotes( "" ), "\"\"" );
 }
 
+TEST( Text, isPrintableOrBinary ) {
+   EXPECT_TRUE( Vorn::isPrintable( "" ) );
+   EXPECT_TRUE( Vorn::isPrintable( "a \t\r\n\u00e9\U0001f600" ) );
+   EXPECT_FALSE( Vorn::isPrintable( std::string_view( "a\0", 2 ) ) );
+   EXPECT_FALSE( Vorn::isPrintable( "a\x7f" ) );
+   EXPECT_FALSE( Vorn::isPrintable( "\x80" ) );
+   // A character of four bytes, cut after each of them.
+   const std::string_view text = "a\U0001f600";
+   for( std::size_t length = 2; length < 5; ++length ) {
+      EXPECT_FALSE( Vorn::isPrintable( text.substr( 0, length ) ) ) << length;
+      EXPECT_TRUE( Vorn::isPrintable( text.substr( 0, length ), true ) ) << length;
+   }
+   EXPECT_FALSE( Vorn::isPrintable( "a\x80\x80", true ) );
+   EXPECT_FALSE( Vorn::isPrintable( "a\xf0z", true ) );
+}
+
 TEST( Text, shownCutsBetweenCharacters ) {
    EXPECT_EQ( Vorn::shown( "a\u00e9z", 2 ), "a..." );
    EXPECT_EQ( Vorn::shown( "a\u00e9z", 3 ), "a\u00e9..." );

@@ -25,6 +25,10 @@ VORN_API std::size_t columnOf( std::string_view line, std::size_t at );
 // Whether a line has nothing but blanks and perhaps a comment, which "#" begins.
 VORN_API bool isBlankLine( std::string_view line );
 
+// Whether a text has only printable characters of UTF-8 and blanks, line ends among them; the last
+// character may be incomplete if the text is cut there.
+VORN_API bool isPrintable( std::string_view text, bool isCut = false );
+
 // "1 byte", "2 bytes"; of what takes no s, `more` is the plural.
 VORN_API std::string countOf( U64 count, std::string_view one, std::string_view more = {} );
 

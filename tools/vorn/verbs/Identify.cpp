@@ -148,16 +148,6 @@ std::string accountLines( const DumpIdentifier::Account& account, const std::str
    return lines;
 }
 
-// Whether it is the beginning of a text, perhaps cut within a character.
-bool isText( std::string begin ) {
-   std::erase_if( begin, []( char c ) { return c == ' ' || ( c >= '\t' && c <= '\r' ); } );
-   for( int left = 3; left > 0 && !begin.empty() && static_cast<U8>( begin.back() ) >= 0x80;
-        --left ) {
-      begin.pop_back();
-   }
-   return shown( begin, begin.size() ) == begin;
-}
-
 // What becomes of the files of images, one after another.
 class Identifying {
 public:
@@ -198,7 +188,7 @@ private:
             output_.write( said( identifier_, reader.image(), place, arguments_ ) );
             ++images_;
          } catch( const Error& error ) {
-            if( isFirst && place.empty() && !isText( begin ) ) {
+            if( isFirst && place.empty() && !isPrintable( begin, begin.size() == looked ) ) {
                throw Error( lines.name(),
                             "the file is binary, and --each takes lines of text; leave --each out, "
                             "or print the BYTES of each entry on a line with `xxd -p -c BYTES`" );
