@@ -219,6 +219,42 @@ TEST( Dumps, theTableOfAnAddress ) {
    EXPECT_EQ( nothing.status, 1 );
 }
 
+TEST( Dumps, filesInPlaceOfImages ) {
+   const Testing::TemporaryFolder folder;
+   const std::string digits = folder / "digits";
+   const std::string record = folder / "record";
+   const std::string none = folder / "none";
+   std::ofstream( digits ) << "05000000\n06000000\n";
+   std::ofstream( record ) << R"({"table":"TcamActionTable","chip":2,"image":"07000000"})" << '\n';
+   const auto decode = []( Arguments words ) {
+      words.insert( words.begin(), "decode" );
+      words.push_back( "--single-line" );
+      return words;
+   };
+   const std::string printed = "action=0x5\naction=0x6\n";
+   Testing::expectPrinted( decode( { "TcamActionTable", "--chip", "2", digits } ), printed );
+   Testing::expectPrinted( decode( { digits, "TcamActionTable", "--chip", "2" } ), printed );
+   Testing::expectPrinted( decode( { record } ), "TcamActionTable BCM88650_B0 0: action=0x7\n" );
+   const auto both = vorn( decode( { record, digits, "--chip", "2" } ) );
+   EXPECT_EQ( both.out, record + ":TcamActionTable BCM88650_B0 0: action=0x7\n" );
+   EXPECT_EQ( both.status, 1 );
+   for( const Arguments& words : { Arguments{ none },
+                                   { none, "--chip", "2" },
+                                   { "TcamActionTable", "--chip", "2", none } } ) {
+      Testing::expectRefused( decode( words ),
+                              "vorn: cannot open " + none + ": No such file or directory" );
+   }
+   // What is an image, or a table, is no file.
+   std::ofstream( folder / "45000000" ) << "05000000\n";
+   std::ofstream( folder / "TcamActionTable" ) << "05000000\n";
+   EXPECT_EQ( Testing::run( "sh", { "-c", "cd '" + std::string( folder.path() ) +
+                                             "' && '" VORN_BINARY
+                                             "' decode TcamActionTable --chip 2 --single-line "
+                                             "45000000" } )
+                 .out,
+              "action=0x45\n" );
+}
+
 TEST( Dumps, keepGoingOverSeveralFiles ) {
    const Testing::TemporaryFolder folder;
    const std::string first = folder / "first";

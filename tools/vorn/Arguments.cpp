@@ -1,10 +1,13 @@
 // Arguments and texts of help that several verbs share.
 #include "Arguments.h"
 
+#include "Io.h"
 #include "Text.h"
 #include "Verbs.h"
 
 #include <Vorn/Chip.h>
+#include <Vorn/Error.h>
+#include <Vorn/Images.h>
 #include <Vorn/Pairs.h>
 #include <Vorn/Suggest.h>
 #include <Vorn/Text.h>
@@ -104,6 +107,26 @@ std::string notationsParagraphs() {
           "The form determines the notation: six groups of two digits are a MAC address, anything "
           "else with colons is an IPv6 address. An address is its bytes, in transmission order, "
           "read as one number.";
+}
+
+bool areFiles( const std::vector<std::string>& words, ImageFormat format ) {
+   const auto isFile = []( const std::string& word ) {
+      // No image has a dot or a slash.
+      return ( word != "-" && isInput( word ) ) || ( word.find_first_of( "./" ) != word.npos &&
+                                                     word.find_first_of( " {[:" ) == word.npos );
+   };
+   if( !words.empty() && std::count( words.begin(), words.end(), "-" ) == std::ssize( words ) ) {
+      return true;
+   }
+   if( std::none_of( words.begin(), words.end(), isFile ) ) {
+      return false;
+   }
+   try {
+      imageOf( textOf( words ), format );
+   } catch( const Error& ) {
+      return true;
+   }
+   return false;
 }
 
 std::string imagesParagraphs() {

@@ -106,7 +106,8 @@ Verb addDecode( CLI::App& commandLine ) {
    DecodeArguments* const arguments = &given->arguments;
    verb->add_option( "TABLE", given->line.pair.table,
                      "Name of the table, as `vorn tables` prints it" );
-   verb->add_option( "IMAGE", arguments->image, "The image, or - for images from standard input" );
+   verb->add_option( "IMAGE", arguments->image,
+                     "The image, files of images, or - for standard input" );
    verb->add_option( "--file", arguments->paths, "Files of images, - for standard input" )
       ->type_name( "FILE" );
    addDump( *verb, given->line.pair, *arguments );
@@ -121,7 +122,8 @@ Verb addDecode( CLI::App& commandLine ) {
    describe(
       *verb,
       imagesParagraphs() +
-         "\n\nA file, or - for standard input, is recognised by its first line, and what gzip or "
+         "\n\nWhat is no image but the name of a file is read as with --file. "
+         "A file, or - for standard input, is recognised by its first line, and what gzip or "
          "zstd has compressed by its first bytes. What is no text is binary. The rows of `hexdump "
          "-C`, `hexdump`, `xxd` and `od -tx4` are a dump, and so are binary "
          "files, `xxd -p` with --image-format stream, and `od -v -An -tx4` with --image-format "

@@ -255,15 +255,18 @@ void DumpLine::completeInto( DumpArguments& arguments ) {
    if( table == "-" || isJson( table ) || isAddressed( table ) ) {
       image.insert( image.begin(), std::exchange( table, {} ) );
    }
+   if( paths.empty() ) {
+      if( !isTable( table ) && areFiles( { table }, arguments.format ) ) {
+         image.insert( image.begin(), std::exchange( table, {} ) );
+      }
+      if( areFiles( image, arguments.format ) ) {
+         paths = std::exchange( image, {} );
+      }
+   }
    // --file takes all names up to the next option.
    if( table.empty() && paths.size() > 1 && isTable( paths.back() ) ) {
       table = std::move( paths.back() );
       paths.pop_back();
-   }
-   if( !image.empty() && paths.empty() &&
-       std::all_of( image.begin(), image.end(), []( const auto& one ) { return one == "-"; } ) ) {
-      paths.assign( 1, "-" );
-      image.clear();
    }
    if( image.empty() && paths.empty() ) {
       // What stands alone where the TABLE is due may be the image, or a wrong name.

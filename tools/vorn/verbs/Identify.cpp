@@ -247,26 +247,12 @@ void identify( const IdentifyArguments& arguments, Output& output ) {
    identifying.finish();
 }
 
-// Whether the words are no image, but files, one of which is there at least.
-bool areFiles( const IdentifyArguments& arguments ) {
-   const auto& words = arguments.image;
-   if( std::none_of( words.begin(), words.end(), isInput ) ) {
-      return false;
-   }
-   try {
-      imageOf( textOf( words ), arguments.format );
-   } catch( const Error& ) {
-      return true;
-   }
-   return false;
-}
-
 void completeUsage( IdentifyArguments& arguments ) {
    auto& [chip, image, paths, format, stride, ofEach, keepsGoing, ruledOut, json] = arguments;
    if( !image.empty() && !paths.empty() ) {
       throw CLI::ExcludesError( "--file", "IMAGE" );
    }
-   if( areFiles( arguments ) ) {
+   if( areFiles( image, format ) ) {
       paths = std::exchange( image, {} );
    }
    if( image.empty() && paths.empty() ) {
@@ -283,7 +269,8 @@ Verb addIdentify( CLI::App& commandLine ) {
    CLI::App* const verb =
       commandLine.add_subcommand( "identify", "Print what an image may be an entry of" );
    const auto arguments = std::make_shared<IdentifyArguments>();
-   verb->add_option( "IMAGE", arguments->image, "The image, or - for images from standard input" );
+   verb->add_option( "IMAGE", arguments->image,
+                     "The image, files of images, or - for standard input" );
    verb->add_option( "--file", arguments->paths, "Files of images, - for standard input" )
       ->type_name( "FILE" );
    addChip( *verb, arguments->chip );
