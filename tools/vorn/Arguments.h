@@ -49,8 +49,8 @@ EntryIndex indexOf( const IndexText& index );
 // The pieces of an IMAGE as one text.
 std::string textOf( const std::vector<std::string>& pieces );
 
-// Whether words that may be an IMAGE are none, but files: one of them at least is there, or can't be
-// anything else, or all are "-".
+// Whether words that may be an IMAGE are none, but files: one of them at least is there, or can't
+// be anything else, or all are "-".
 bool areFiles( const std::vector<std::string>& words, ImageFormat format );
 
 // Adds --image-format.
