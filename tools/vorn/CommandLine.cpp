@@ -94,7 +94,7 @@ CommandLine::CommandLine( const std::string& version ) {
    app_.footer(
       wrapped( "`vorn VERB --help` explains a verb.\n\n"
                "Bad input gets one line on standard error and exit status 1, wrong usage exit "
-               "status 2.\n\n"
+               "status 2. `vorn diff` has statuses of its own.\n\n"
                "Example:\n"
                "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 action=0x12345" ) );
    for( const auto add : addVerbs ) {
