@@ -244,15 +244,17 @@ TEST( Dumps, filesInPlaceOfImages ) {
       Testing::expectRefused( decode( words ),
                               "vorn: cannot open " + none + ": No such file or directory" );
    }
-   // What is an image, or a table, is no file.
+   // What is an image, or a table, is no file; of an image that is one, too, a note says so.
    std::ofstream( folder / "45000000" ) << "05000000\n";
    std::ofstream( folder / "TcamActionTable" ) << "05000000\n";
-   EXPECT_EQ( Testing::run( "sh", { "-c", "cd '" + std::string( folder.path() ) +
-                                             "' && '" VORN_BINARY
-                                             "' decode TcamActionTable --chip 2 --single-line "
-                                             "45000000" } )
-                 .out,
-              "action=0x45\n" );
+   const auto image =
+      Testing::run( "sh", { "-c", "cd '" + std::string( folder.path() ) +
+                                     "' && '" VORN_BINARY "' decode TcamActionTable --chip 2 "
+                                     "--single-line 45000000" } );
+   EXPECT_EQ( image.out, "action=0x45\n" );
+   EXPECT_EQ( image.err, "vorn: 45000000 is taken as the digits of an image; --file 45000000 takes "
+                         "the file of this name\n" );
+   EXPECT_EQ( image.status, 0 );
 }
 
 TEST( Dumps, keepGoingOverSeveralFiles ) {

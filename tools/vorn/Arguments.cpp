@@ -126,6 +126,12 @@ bool areFiles( const std::vector<std::string>& words, ImageFormat format ) {
    } catch( const Error& ) {
       return true;
    }
+   for( const std::string& word : words ) {
+      if( isInput( word ) ) {
+         note( word + " is taken as the digits of an image; --file " + word +
+               " takes the file of this name" );
+      }
+   }
    return false;
 }
 

@@ -122,7 +122,8 @@ Verb addDecode( CLI::App& commandLine ) {
    describe(
       *verb,
       imagesParagraphs() +
-         "\n\nWhat is no image but the name of a file is read as with --file. "
+         "\n\nWhat is no image but the name of a file is read as with --file; what is both is an "
+         "image, which a note says. "
          "A file, or - for standard input, is recognised by its first line, and what gzip or "
          "zstd has compressed by its first bytes. What is no text is binary. The rows of `hexdump "
          "-C`, `hexdump`, `xxd` and `od -tx4` are a dump, and so are binary "
