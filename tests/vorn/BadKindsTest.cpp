@@ -87,6 +87,8 @@ const std::vector<Kind> decoded{
      "vorn: bad number \"x\" for stride; write decimal digits, hexadecimal digits after 0x or "
      "binary digits after 0b",
      image },
+   { "stride of nothing", "decode TcamActionTable --chip 10 --stride 0 -",
+     "vorn: a stride of 0 bytes is too short; it is at least the bytes of an entry", image },
    { "stride negative", "decode TcamActionTable --chip 10 --stride -8 -",
      "vorn: negative value -8 for stride; a value is 0 or more", image },
    { "stride octal", "decode TcamActionTable --chip 10 --stride 010 -",

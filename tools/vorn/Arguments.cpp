@@ -135,6 +135,17 @@ bool areFiles( const std::vector<std::string>& words, ImageFormat format ) {
    return false;
 }
 
+std::size_t strideOf( const std::optional<std::string>& text ) {
+   if( !text ) {
+      return 0;
+   }
+   const auto stride = static_cast<std::size_t>( parseIndex( *text, "stride", 1 << 20 ) );
+   if( stride == 0 ) {
+      throw Error( "a stride of 0 bytes is too short; it is at least the bytes of an entry" );
+   }
+   return stride;
+}
+
 std::string imagesParagraphs() {
    return "An image may be written as bytes: two hexadecimal digits for each, entry byte 0 first, "
           "in pieces of any length with or without 0x before each; as 32-bit words, as `vorn "

@@ -4,6 +4,7 @@
 #include <Vorn/Images.h>
 #include <Vorn/Layout.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,6 +53,9 @@ std::string textOf( const std::vector<std::string>& pieces );
 // Whether words that may be an IMAGE are none, but files: one of them at least is there, or can't
 // be anything else, or all are "-".
 bool areFiles( const std::vector<std::string>& words, ImageFormat format );
+
+// The bytes that --stride says, 0 if it isn't given.
+std::size_t strideOf( const std::optional<std::string>& text );
 
 // Adds --image-format.
 void addImageFormat( CLI::App& verb, ImageFormat& format );

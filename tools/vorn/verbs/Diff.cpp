@@ -40,7 +40,7 @@ struct DiffArguments {
    std::string variant;
    std::string fields;
    ImageFormat format = ImageFormat::automatic;
-   std::string stride = "0";
+   std::optional<std::string> stride;
    IndexText first;
    bool isStrict = false;
    bool keepsGoing = false;
@@ -59,7 +59,7 @@ DumpOptions optionsOf( const DiffArguments& arguments ) {
       options.variant = parseIndex( arguments.variant, "variant", 0xff );
    }
    options.format = arguments.format;
-   options.stride = static_cast<std::size_t>( parseIndex( arguments.stride, "stride", 1 << 20 ) );
+   options.stride = strideOf( arguments.stride );
    options.first = indexOf( arguments.first );
    options.isStrict = arguments.isStrict;
    return options;

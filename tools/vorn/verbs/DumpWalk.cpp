@@ -35,7 +35,7 @@ DumpOptions optionsOf( const DumpArguments& arguments ) {
       options.chip = &chipOf( arguments.chip );
    }
    options.format = arguments.format;
-   options.stride = static_cast<std::size_t>( parseIndex( arguments.stride, "stride", 1 << 20 ) );
+   options.stride = strideOf( arguments.stride );
    options.first = indexOf( arguments.first );
    options.isStrict = arguments.isStrict;
    return options;

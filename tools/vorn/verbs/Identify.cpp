@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace Vorn {
@@ -32,9 +33,9 @@ struct IdentifyArguments {
    std::vector<std::string> image; // its text, in any number of pieces
    std::vector<std::string> paths; // of files of images, "-" for standard input
    ImageFormat format = ImageFormat::automatic;
-   std::string stride = "0"; // bytes from one entry of a dump to the next, 0 if not given
-   bool ofEach = false;      // images of files are answered one by one
-   bool keepsGoing = false;  // after bad input
+   std::optional<std::string> stride; // bytes from one entry of a dump to the next, 0 if not given
+   bool ofEach = false;               // images of files are answered one by one
+   bool keepsGoing = false;           // after bad input
    bool ruledOut = false;
    bool json = false;
 };
@@ -153,9 +154,7 @@ class Identifying {
 public:
    Identifying( const IdentifyArguments& arguments, const Identifier& identifier, Output& output )
       : arguments_( arguments ), identifier_( identifier ), output_( output ),
-        counting_( identifier, arguments.format,
-                   static_cast<std::size_t>( parseIndex( arguments.stride, "stride", 1 << 20 ) ) ) {
-   }
+        counting_( identifier, arguments.format, strideOf( arguments.stride ) ) {}
 
    void take( const std::string& path ) {
       try {
