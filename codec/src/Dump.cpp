@@ -123,6 +123,8 @@ constexpr std::array magics{
    Magic{ "\xfd"
           "7zXZ\0"sv,
           "is compressed with xz, to be decompressed with `xz -dc`" },
+   Magic{ "\x1f\x8b\x08"sv, "is compressed with gzip, to be decompressed with `gzip -dc`" },
+   Magic{ "\x28\xb5\x2f\xfd"sv, "is compressed with zstd, to be decompressed with `zstd -dc`" },
    Magic{ "BZh"sv, "is compressed with bzip2, to be decompressed with `bzip2 -dc`" },
    Magic{ "PK\3\4"sv, "is a zip archive, to be unpacked" },
    Magic{ "\x7f"

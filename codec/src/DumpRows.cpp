@@ -11,6 +11,7 @@
 #include <charconv>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -72,6 +73,34 @@ std::string_view withoutCharacters( std::string_view groups ) {
    return begin != none && groups.ends_with( '<' ) ? groups.substr( 0, begin ) : groups;
 }
 
+// Whether a row of `xxd -e -g2`: its groups are words, as the characters after them are those of
+// the bytes with each two swapped. Where the characters begin isn't known if the row is padded and
+// some of them are blanks.
+bool areWordsOfXxd( std::string_view characters, std::span<const U8> bytes ) {
+   if( !characters.starts_with( "  " ) ) {
+      return false;
+   }
+   characters.remove_prefix( 2 );
+   if( characters.size() > bytes.size() ) {
+      characters.remove_prefix( skipBlanks( characters, 0 ) );
+      if( characters.size() != bytes.size() ) {
+         return false;
+      }
+   }
+   const auto fit = [&]( std::size_t swap ) {
+      for( std::size_t i = 0; i < characters.size(); ++i ) {
+         const std::size_t at = i ^ swap;
+         const U8 byte = at < bytes.size() ? bytes[at] : 0;
+         const char shownAs = byte >= 0x20 && byte < 0x7f ? static_cast<char>( byte ) : '.';
+         if( characters[i] != shownAs ) {
+            return false;
+         }
+      }
+      return true;
+   };
+   return !fit( 0 ) && fit( 1 );
+}
+
 std::string_view adviceOn( bool isXxd ) {
    return isXxd ? "; write lines as `xxd` prints them"
                 : "; write lines as `hexdump -C` prints them";
@@ -88,7 +117,9 @@ DumpRows::Row DumpRows::rowOf( std::string_view line ) const {
       row.offset.remove_suffix( 1 );
       row.kind = Kind::xxd;
       const auto begin = skipBlanks( row.rest, 0 );
-      row.rest = row.rest.substr( 0, row.rest.find( "  ", begin ) );
+      const auto end = std::min( row.rest.find( "  ", begin ), row.rest.size() );
+      row.characters = row.rest.substr( end );
+      row.rest = row.rest.substr( 0, end );
       row.isSure = true;
       return row;
    }
@@ -204,6 +235,12 @@ bool DumpRows::take( std::string_view line, std::size_t at, std::vector<U8>& byt
       takeBytes( row, at + static_cast<std::size_t>( row.rest.data() - line.data() ), bytes );
       if( bytes.empty() ) {
          throw BadText( at + row.offset.size(), "no bytes after the offset" );
+      }
+      if( kind_ == Kind::xxd && areWordsOfXxd( row.characters, bytes ) ) {
+         const auto begin = static_cast<std::size_t>( row.rest.data() - line.data() );
+         throw BadText( at + begin + skipBlanks( row.rest, 0 ),
+                        "words of two bytes, as `xxd -e -g2` prints them; print bytes with `xxd` "
+                        "alone" );
       }
       lastBytes_ = bytes.size();
       firstBytes_ = isFirst ? lastBytes_ : firstBytes_;

@@ -40,7 +40,8 @@ private:
 
    struct Row {
       std::string_view offset;
-      std::string_view rest; // its bytes, without the characters
+      std::string_view rest;       // its bytes, without the characters
+      std::string_view characters; // of `xxd`, with the blanks before them
       Kind kind = Kind::bytes;
       bool isSure = false; // it is no line of anything else
    };

@@ -408,6 +408,13 @@ TEST( Dump, refused ) {
    expect( ImageFormat::automatic, "00000000: 00000000  ....\n",
            "dump:1:11: bad byte \"00000000\"; groups of more than two bytes may be words; print "
            "them with `xxd` alone" );
+   // The bytes are "VW", 8b 96 and so on; in the second text there are fewer than in a whole row.
+   const std::string words = "words of two bytes, as `xxd -e -g2` prints them; print bytes with "
+                             "`xxd` alone";
+   expect( ImageFormat::automatic, "00000000: 5756 968b 0000 0000  VW......\n",
+           "dump:1:11: " + words );
+   expect( ImageFormat::automatic, "00000000: 5756 968b                                VW..\n",
+           "dump:1:11: " + words );
    expect( ImageFormat::automatic, "0000000 0000 0000\n",
            "dump:2:1: the hexdump is cut off: it ends without the offset of its end" );
    expect( ImageFormat::words, " 00000000 00000001\n*\n",

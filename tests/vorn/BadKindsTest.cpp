@@ -357,6 +357,14 @@ const std::vector<Kind> decoded{
      "<stdin>: this is compressed with xz, to be decompressed with `xz -dc`; --image-format binary "
      "takes the bytes as they are",
      std::string( "\3757zXZ\000\000\004\346\326\264F", 12 ) },
+   // As gzip compresses what gzip has compressed, which `vorn` takes off once.
+   { "gzip twice", "decode TcamActionTable --chip 10 -",
+     "<stdin>: this is compressed with gzip, to be decompressed with `gzip -dc`; --image-format "
+     "binary takes the bytes as they are",
+     std::string(
+        "\037\213\010\000\000\000\000\000\002\003\223\357\346\140\000\001\046\346\342\320"
+        "\264\024\006\106\006\227\307\141\206\040\041\000\120\117\320\253\031\000\000\000",
+        40 ) },
    { "zip", "decode TcamActionTable --chip 10 -",
      "<stdin>: this is a zip archive, to be unpacked; --image-format binary takes the bytes as "
      "they are",
