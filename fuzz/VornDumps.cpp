@@ -7,6 +7,7 @@
 #include "Pieces.h"
 #include "Vorn.h"
 
+#include <Arguments.h>
 #include <Vorn/Chip.h>
 
 #include <fcntl.h>
@@ -152,7 +153,9 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
       { "", "", "vsi < 2000", "action & 3", "mdbEntry > 77 || vsi in { 1, 2 }", "resultType" } );
    arguments.fields = input.ConsumeBool() ? "" : "*";
    const auto gap = input.ConsumeIntegralInRange<std::size_t>( 0, 9 );
-   arguments.stride = input.ConsumeBool() ? "0" : std::to_string( layout.bytes() + gap );
+   if( !input.ConsumeBool() ) {
+      arguments.stride = std::to_string( layout.bytes() + gap );
+   }
    if( input.ConsumeBool() ) {
       arguments.first.entry =
          std::to_string( layout.info().entries - input.ConsumeIntegralInRange( 1u, 20u ) );
@@ -163,7 +166,7 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    const std::string text = input.ConsumeBool()
                                ? input.ConsumeRemainingBytesAsString()
                                : textOf( table, arguments.format == ImageFormat::binary,
-                                         arguments.stride == "0" ? 0 : gap, input );
+                                         arguments.stride ? gap : 0, input );
    const auto careful = printed( arguments, form, false, text );
    const auto quick = printed( arguments, form, true, text );
    if( quick != careful ) {
@@ -174,7 +177,7 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    options.chip = &Vorn::chipOf( table.chip );
    options.format = arguments.format;
    options.isStrict = arguments.isStrict;
-   options.stride = static_cast<std::size_t>( std::stoull( arguments.stride ) );
+   options.stride = Vorn::strideOf( arguments.stride );
    options.first = Vorn::indexOf( arguments.first );
    if( !( *arguments.pair ).variant.empty() ) {
       options.variant = table.variants.back();
