@@ -169,6 +169,9 @@ void requireChanges( DecodeArguments arguments, const std::string& input,
 
 // Whether the input is taken as one dump of bytes, which has no lines.
 bool isBinary( const DecodeArguments& arguments, const std::string& input ) {
+   if( input.starts_with( "\x1f\x8b" ) || input.starts_with( "\x28\xb5\x2f\xfd" ) ) {
+      return true; // compressed, whatever the form
+   }
    std::string line = linesOf( input.substr( 0, input.find( '\n' ) ) + '\n' ).front();
    std::erase_if( line, []( char character ) {
       return character == ' ' || ( character >= '\t' && character <= '\r' );
