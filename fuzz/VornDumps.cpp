@@ -154,10 +154,10 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    arguments.fields = input.ConsumeBool() ? "" : "*";
    const auto gap = input.ConsumeIntegralInRange<std::size_t>( 0, 9 );
    if( !input.ConsumeBool() ) {
-      arguments.stride = std::to_string( layout.bytes() + gap );
+      arguments.split.stride = std::to_string( layout.bytes() + gap );
    }
    if( input.ConsumeBool() ) {
-      arguments.first.entry =
+      arguments.split.firstEntry =
          std::to_string( layout.info().entries - input.ConsumeIntegralInRange( 1u, 20u ) );
    }
    const auto piece = input.ConsumeIntegralInRange<std::size_t>( 1, 2000 );
@@ -166,7 +166,7 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    const std::string text = input.ConsumeBool()
                                ? input.ConsumeRemainingBytesAsString()
                                : textOf( table, arguments.format == ImageFormat::binary,
-                                         arguments.stride ? gap : 0, input );
+                                         arguments.split.stride ? gap : 0, input );
    const auto careful = printed( arguments, form, false, text );
    const auto quick = printed( arguments, form, true, text );
    if( quick != careful ) {
@@ -177,8 +177,7 @@ extern "C" int LLVMFuzzerTestOneInput( const U8* data, std::size_t size ) {
    options.chip = &Vorn::chipOf( table.chip );
    options.format = arguments.format;
    options.isStrict = arguments.isStrict;
-   options.stride = Vorn::strideOf( arguments.stride );
-   options.first = Vorn::indexOf( arguments.first );
+   Vorn::setSplit( options, arguments.split );
    if( !( *arguments.pair ).variant.empty() ) {
       options.variant = table.variants.back();
    }

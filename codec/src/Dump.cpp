@@ -212,6 +212,8 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    bool feedRow();
    void feedDigits( std::string_view text );
    bool emit();
+   void doubtPlace();
+   bool isPlaceDoubtful() const;
    bool finishBlock();
    void takeArguments( std::span<const std::string> arguments );
 
@@ -273,6 +275,7 @@ struct __attribute__( ( visibility( "hidden" ) ) ) DumpReader::State {
    std::vector<U8> row_;     // the last one
    std::vector<U8> nextRow_; // to be fed after those that repeat the last one
    U64 repeats_ = 0;         // bytes
+   U64 begin_ = 0;           // offset of its first row, until an entry has been returned
    U64 offset_ = 0;          // of the next entry in the dump
    U64 count_ = 0;           // entries of the dump
    U64 index_ = 0;           // of the next entry
@@ -865,7 +868,7 @@ void DumpReader::State::beginBlock( Mode mode ) {
    nextRow_.clear();
    head_ = skip_ = 0;
    index_ = options_.first.entry;
-   repeats_ = offset_ = count_ = 0;
+   repeats_ = begin_ = offset_ = count_ = 0;
    nibble_ = 16;
    line_ = 1;
    column_ = 0;
@@ -1015,6 +1018,7 @@ bool DumpReader::State::feedRow() {
    } catch( const BadText& bad ) {
       throw Error( input_->place( bad.at() ), bad.message() );
    }
+   begin_ = count_ == 0 ? rows_.begin() : begin_;
    return true;
 }
 
@@ -1047,10 +1051,44 @@ bool DumpReader::State::emit() {
       chooseVariant( *own_, image, true );
       entry_.image = image;
       takePlace( image_ );
+      if( said_.entry ) {
+         doubtPlace();
+      }
    } catch( const Error& error ) {
       throw Error( place_, error.message() );
    }
    return true;
+}
+
+// Whether nothing says where a dump begins but its offsets, which don't begin at 0.
+bool DumpReader::State::isPlaceDoubtful() const {
+   return begin_ > 0 && !options_.hasFirst && options_.first.entry == 0;
+}
+
+// Doubts the place of the first entry of such a dump.
+void DumpReader::State::doubtPlace() {
+   if( !isPlaceDoubtful() ) {
+      return;
+   }
+   const Layout& layout = own_->layouts.front();
+   const U64 stride = options_.stride > 0 ? options_.stride : layout.bytes();
+   const U64 entry = begin_ / stride;
+   const U64 into = begin_ % stride;
+   std::string text = "the dump begins at offset " + hexOf( begin_ );
+   if( entry < layout.info().entries && into > 0 ) {
+      text += ", " + countOf( into, "byte" ) + " into entry " + std::to_string( entry ) +
+              ", but is taken from entry 0 on; --first-entry says which entry begins there";
+   } else {
+      text += ", but is taken from entry 0 on; --first-entry " +
+              ( entry < layout.info().entries ? std::to_string( entry ) + " takes it by its offset"
+                                              : "says which entry begins there" );
+   }
+   begin_ = 0;
+   if( options_.isStrict ) {
+      throw Error( text );
+   }
+   doubt_ += ( doubt_.empty() ? "" : "; " ) + text;
+   entry_.doubt = doubt_;
 }
 
 // At the end of a dump: nothing may be left of it but one image that ends at its last field.
@@ -1227,6 +1265,7 @@ bool DumpReader::State::stepArgument() {
          row_ = bytes.empty() ? row_ : bytes;
       }
       rows.finish( 0 );
+      begin_ = rows.begin();
       return emit() || finishBlock();
    }
    image_ = imageOf( text, options_.format );
@@ -1506,6 +1545,9 @@ DumpRun DumpReader::State::ahead( Runs runs ) {
    }
    const std::size_t bytes = own_->layouts.front().bytes();
    run.images = isBlock ? bytesAhead() : linesAhead();
+   if( isBlock && isPlaceDoubtful() ) {
+      run.images = {};
+   }
    run.stride = isBlock && options_.stride > 0 ? options_.stride : bytes;
    if( run.images.size() < bytes ) {
       return run;

@@ -212,7 +212,7 @@ bool DumpRows::take( std::string_view line, std::size_t at, std::vector<U8>& byt
    const U64 offset = *read;
    if( isFirst ) {
       kind_ = row.kind;
-      due_ = offset;
+      begin_ = due_ = offset;
    } else if( kind_ == Kind::xxd && ( row.kind != kind_ || ( offset == 0 && due_ > 0 ) ) ) {
       finish( at );
       return false;

@@ -32,6 +32,9 @@ public:
    // To be called where there are no more lines: that the dump is whole.
    void finish( std::size_t at ) const;
 
+   // The offset of its first row.
+   U64 begin() const { return begin_; }
+
    // Whether no further line can be part of it.
    bool isComplete() const { return isComplete_; }
 
@@ -58,6 +61,7 @@ private:
    int base_ = 16;            // of the offsets
    std::size_t odDigits_ = 0; // of each of its groups
    Kind kind_ = Kind::bytes;
+   U64 begin_ = 0;
    U64 due_ = 0;                // offset of the next line
    std::size_t firstBytes_ = 0; // of the first row
    std::size_t lastBytes_ = 0;

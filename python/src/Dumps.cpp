@@ -100,13 +100,13 @@ public:
       reader_.begin( bytes );
       while( reader_.next() ) {
          const DumpEntry& entry = reader_.entry();
-         if( entry.isEmpty && !takesEmpty_ ) {
-            ++of( *entry.layout ).empty;
-            continue;
-         }
          if( !entry.doubt.empty() && doubts_.size() < mostDoubts &&
              told_.emplace( entry.doubt ).second ) {
             doubts_.push_back( reader_.place() + ": " + std::string( entry.doubt ) );
+         }
+         if( entry.isEmpty && !takesEmpty_ ) {
+            ++of( *entry.layout ).empty;
+            continue;
          }
          Rows& rows = of( *entry.layout );
          if( !isMany_ && rows_ && rows_ != &rows ) {
@@ -177,7 +177,9 @@ DumpOptions optionsOf( const py::dict& given ) {
       options.stride = index( "stride", 1 << 20 );
    }
    options.format = formatOf( given["format"] );
-   options.first = { index( "first_entry" ), index( "array" ), index( "identifier" ) };
+   options.hasFirst = !given["first_entry"].is_none();
+   options.first = { options.hasFirst ? index( "first_entry" ) : 0, index( "array" ),
+                     index( "identifier" ) };
    options.isStrict = given["strict"].cast<bool>();
    return options;
 }

@@ -129,6 +129,18 @@ def test_a_tag_that_contradicts_the_variant():
         assert vorn.read_dump(io.StringIO(text), CHIP, "LifTable").layout.variant == 3
 
 
+def test_offsets_that_begin_elsewhere():
+    rows = "00000008: 0100 0000 0000 0000 0200 0000 0000 0000\n"
+    with pytest.warns(UserWarning, match="begins at offset 0x8, .* --first-entry 1 takes"):
+        dump = vorn.read_dump(io.StringIO(rows), CHIP, "TcamActionTable")
+    assert dump.entries.tolist() == [0, 1]
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        for first in (0, 1):
+            dump = vorn.read_dump(io.StringIO(rows), CHIP, "TcamActionTable", first_entry=first)
+            assert dump.entries.tolist() == [first, first + 1]
+
+
 def test_dumps_of_several_pairs():
     text = "".join(
         f"{layout.table} {layout.chip} {layout.variant}: {layout.encode({}).hex()}\n"

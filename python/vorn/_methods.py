@@ -376,7 +376,7 @@ def read_dump(
     *,
     format: str = "auto",
     stride: Optional[int] = None,
-    first_entry: int = 0,
+    first_entry: Optional[int] = None,
     array: int = 0,
     identifier: int = 0,
     empty: bool = False,
@@ -391,7 +391,8 @@ def read_dump(
     unless empty is true. A tag that contradicts the variant is a warning, or an Error if strict.
 
     first_entry, array and identifier say where the first entry of a dump without addresses lies,
-    stride how many bytes the entries are apart.
+    stride how many bytes the entries are apart. Without first_entry it is entry 0; a dump whose
+    offsets begin elsewhere is a warning then.
 
     >>> import io
     >>> text = io.StringIO("entry,image\\n7,4523010000000000\\n9,4623010000000000\\n")
@@ -415,7 +416,7 @@ def read_dumps(
     *,
     format: str = "auto",
     stride: Optional[int] = None,
-    first_entry: int = 0,
+    first_entry: Optional[int] = None,
     array: int = 0,
     identifier: int = 0,
     empty: bool = False,

@@ -162,7 +162,7 @@ TEST_F( DumpWalkTest, placesUpToTheLast ) {
    Vorn::DumpArguments arguments;
    arguments.pair = { "TcamActionTable", "10", "0" };
    for( const U64 last : { 1u, 19u, 20u, 100u } ) {
-      arguments.first.entry = std::to_string( layout.info().entries - last );
+      arguments.split.firstEntry = std::to_string( layout.info().entries - last );
       for( const DecodeForm form : forms ) {
          expectSame( arguments, form );
       }

@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -255,6 +257,64 @@ TEST( Dumps, filesInPlaceOfImages ) {
    EXPECT_EQ( image.err, "vorn: 45000000 is taken as the digits of an image; --file 45000000 takes "
                          "the file of this name\n" );
    EXPECT_EQ( image.status, 0 );
+}
+
+// Entries have eight bytes, the first ones 1, 2, 3 and 4.
+TEST( Dumps, offsetsThatBeginElsewhere ) {
+   const Testing::TemporaryFolder folder;
+   const auto fileOf = [&]( unsigned begin ) {
+      const std::string path = folder / std::to_string( begin );
+      char rows[200];
+      std::snprintf( rows, sizeof rows,
+                     "%08x  01 00 00 00 00 00 00 00  02 00 00 00 00 00 00 00  |................|\n"
+                     "%08x  03 00 00 00 00 00 00 00  04 00 00 00 00 00 00 00  |................|\n"
+                     "%08x\n",
+                     begin, begin + 16, begin + 32 );
+      std::ofstream( path ) << rows;
+      return path;
+   };
+   const auto decode = [&]( unsigned begin, const Arguments& more ) {
+      Arguments all{ "decode",        "TcamActionTable", "--chip",       "10",
+                     "--single-line", "--file",          fileOf( begin ) };
+      all.insert( all.end(), more.begin(), more.end() );
+      return all;
+   };
+   const auto printed = []( unsigned first ) {
+      std::string lines;
+      for( unsigned i = 0; i < 4; ++i ) {
+         lines += "entry=" + std::to_string( first + i ) +
+                  " array=0 identifier=0 address=0x110000" + std::to_string( first + i ) +
+                  ": action=0x" + std::to_string( 1 + i ) + '\n';
+      }
+      return lines;
+   };
+   const auto doubt = [&]( unsigned begin, const std::string& text ) {
+      return folder / std::to_string( begin ) + ":0x0: warning: the dump begins at offset " + text;
+   };
+   for( const auto& [begin, text] :
+        { std::pair( 0x10U, "0x10, but is taken from entry 0 on; --first-entry 2 takes it by its "
+                            "offset\n" ),
+          std::pair( 0x14U, "0x14, 4 bytes into entry 2, but is taken from entry 0 on; "
+                            "--first-entry says which entry begins there\n" ),
+          std::pair( 0x40000000U, "0x40000000, but is taken from entry 0 on; --first-entry says "
+                                  "which entry begins there\n" ) } ) {
+      const auto outcome = vorn( decode( begin, {} ) );
+      EXPECT_EQ( outcome.out, printed( 0 ) );
+      EXPECT_EQ( outcome.err, doubt( begin, text ) );
+      EXPECT_EQ( outcome.status, 0 );
+      EXPECT_EQ( vorn( decode( begin, { "--strict" } ) ).status, 1 );
+      for( const unsigned first : { 0U, 2U } ) {
+         Testing::expectPrinted( decode( begin, { "--first-entry", std::to_string( first ) } ),
+                                 printed( first ) );
+      }
+   }
+   Testing::expectPrinted( decode( 0, {} ), printed( 0 ) );
+   const auto diff =
+      vorn( { "diff", "TcamActionTable", "--chip", "10", fileOf( 0 ), fileOf( 0x10 ) } );
+   EXPECT_EQ( diff.out, "" );
+   EXPECT_EQ( diff.err, doubt( 0x10, "0x10, but is taken from entry 0 on; --first-entry 2 takes it "
+                                     "by its offset\n" ) );
+   EXPECT_EQ( diff.status, 0 );
 }
 
 TEST( Dumps, keepGoingOverSeveralFiles ) {

@@ -146,6 +146,23 @@ std::size_t strideOf( const std::optional<std::string>& text ) {
    return stride;
 }
 
+void addSplit( CLI::App& verb, SplitText& split ) {
+   verb.add_option( "--stride", split.stride, "Bytes from an entry of a dump to the next" )
+      ->type_name( "BYTES" );
+   verb.add_option( "--first-entry", split.firstEntry, "First entry of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb.add_option( "--array", split.array, "Array element of a dump, 0 if not given" )
+      ->type_name( "N" );
+   verb.add_option( "--identifier", split.identifier, "Instance of a dump, 0 if not given" )
+      ->type_name( "N" );
+}
+
+void setSplit( DumpOptions& options, const SplitText& split ) {
+   options.stride = strideOf( split.stride );
+   options.first = indexOf( { split.firstEntry.value_or( "0" ), split.array, split.identifier } );
+   options.hasFirst = split.firstEntry.has_value();
+}
+
 std::string imagesParagraphs() {
    return "An image may be written as bytes: two hexadecimal digits for each, entry byte 0 first, "
           "in pieces of any length with or without 0x before each; as 32-bit words, as `vorn "

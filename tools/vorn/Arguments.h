@@ -1,6 +1,7 @@
 // Arguments and texts of help that several verbs share.
 #pragma once
 
+#include <Vorn/Dump.h>
 #include <Vorn/Images.h>
 #include <Vorn/Layout.h>
 
@@ -49,6 +50,20 @@ EntryIndex indexOf( const IndexText& index );
 
 // The pieces of an IMAGE as one text.
 std::string textOf( const std::vector<std::string>& pieces );
+
+// How the entries of a dump lie, as a person writes it.
+struct SplitText {
+   std::optional<std::string> stride;
+   std::optional<std::string> firstEntry;
+   std::string array = "0";
+   std::string identifier = "0";
+};
+
+// Adds --stride, --first-entry, --array and --identifier.
+void addSplit( CLI::App& verb, SplitText& split );
+
+// Says it to a reader; what is no number is an Error.
+void setSplit( DumpOptions& options, const SplitText& split );
 
 // Whether words that may be an IMAGE are none, but files: one of them at least is there, or can't
 // be anything else, or all are "-".

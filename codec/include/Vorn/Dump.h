@@ -86,7 +86,8 @@ struct DumpOptions {
    ImageFormat format = ImageFormat::automatic;
    std::size_t stride = 0; // bytes from one entry to the next; 0: as many as an entry has
    EntryIndex first;       // of a dump without addresses
-   bool isStrict = false;  // a tag that contradicts the variant, or fits two, is an Error
+   bool isStrict = false;  // what would be a doubt is an Error
+   bool hasFirst = false;  // first is meant, even if it is 0 and the dump's offsets begin elsewhere
 };
 
 // An entry of a dump.
@@ -98,7 +99,7 @@ struct DumpEntry {
    std::optional<U64> identifier;
    std::optional<U32> address; // of the S-channel
    bool isEmpty = false;       // zeroes alone, which fit no tag: nobody has written it
-   std::string_view doubt;     // what contradicts the layout, for a warning; else empty
+   std::string_view doubt; // what contradicts its layout or its place, for a warning; else empty
 };
 
 // Entries of a dump that lie one after another in memory.

@@ -40,8 +40,7 @@ struct DiffArguments {
    std::string variant;
    std::string fields;
    ImageFormat format = ImageFormat::automatic;
-   std::optional<std::string> stride;
-   IndexText first;
+   SplitText split;
    bool isStrict = false;
    bool keepsGoing = false;
    DiffForm form = DiffForm::text;
@@ -59,8 +58,7 @@ DumpOptions optionsOf( const DiffArguments& arguments ) {
       options.variant = parseIndex( arguments.variant, "variant", 0xff );
    }
    options.format = arguments.format;
-   options.stride = strideOf( arguments.stride );
-   options.first = indexOf( arguments.first );
+   setSplit( options, arguments.split );
    options.isStrict = arguments.isStrict;
    return options;
 }
@@ -541,18 +539,7 @@ Verb addDiff( CLI::App& commandLine ) {
    verb->add_option( "--fields", arguments->fields, "Compare these alone; * and ? may stand" )
       ->type_name( "NAME,..." );
    addImageFormat( *verb, arguments->format );
-   verb->add_option( "--stride", arguments->stride, "Bytes from an entry of a dump to the next" )
-      ->type_name( "BYTES" );
-   verb
-      ->add_option( "--first-entry", arguments->first.entry,
-                    "First entry of a dump, 0 if not given" )
-      ->type_name( "N" );
-   verb->add_option( "--array", arguments->first.array, "Array element of a dump, 0 if not given" )
-      ->type_name( "N" );
-   verb
-      ->add_option( "--identifier", arguments->first.identifier,
-                    "Instance of a dump, 0 if not given" )
-      ->type_name( "N" );
+   addSplit( *verb, arguments->split );
    verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after a bad image" );
    verb->add_flag( "--strict", arguments->isStrict, "Take warnings for errors" );
    const auto add = [&]( const char* name, DiffForm form, const char* text ) {

@@ -35,8 +35,7 @@ DumpOptions optionsOf( const DumpArguments& arguments ) {
       options.chip = &chipOf( arguments.chip );
    }
    options.format = arguments.format;
-   options.stride = strideOf( arguments.stride );
-   options.first = indexOf( arguments.first );
+   setSplit( options, arguments.split );
    options.isStrict = arguments.isStrict;
    return options;
 }
@@ -192,12 +191,12 @@ void DumpWalk::finishBlock( DumpBlock& block ) {
 void DumpWalk::take() {
    const DumpEntry& entry = reader_.entry();
    ++images_;
+   if( !entry.doubt.empty() ) {
+      warn( std::string( entry.doubt ) );
+   }
    if( entry.isEmpty && !arguments_.printsEmpty ) {
       ++empty_;
       return;
-   }
-   if( !entry.doubt.empty() ) {
-      warn( std::string( entry.doubt ) );
    }
    try {
       if( filter_ && !filter_->matches( *entry.layout, entry.image ) ) {
@@ -303,17 +302,7 @@ void addDump( CLI::App& verb, PairText& pair, DumpArguments& arguments ) {
    verb.add_option( "--variant", pair.variant, "Variant of the table, by the tag if not given" )
       ->type_name( "V" );
    addImageFormat( verb, arguments.format );
-   verb.add_option( "--stride", arguments.stride, "Bytes from an entry of a dump to the next" )
-      ->type_name( "BYTES" );
-   verb
-      .add_option( "--first-entry", arguments.first.entry, "First entry of a dump, 0 if not given" )
-      ->type_name( "N" );
-   verb.add_option( "--array", arguments.first.array, "Array element of a dump, 0 if not given" )
-      ->type_name( "N" );
-   verb
-      .add_option( "--identifier", arguments.first.identifier,
-                   "Instance of a dump, 0 if not given" )
-      ->type_name( "N" );
+   addSplit( verb, arguments.split );
    verb.add_flag( "--empty", arguments.printsEmpty, "Also take entries that nobody has written" );
    verb.add_flag( "--keep-going", arguments.keepsGoing, "Go on after a bad image" );
    verb.add_flag( "--strict", arguments.isStrict, "Take warnings for errors" );

@@ -34,13 +34,12 @@ struct DumpArguments {
    std::vector<std::string> image; // its text, in any number of pieces
    std::vector<std::string> paths; // of files of images, "-" for standard input
    ImageFormat format = ImageFormat::automatic;
-   std::optional<std::string> stride; // bytes from one entry of a dump to the next, 0 if not given
-   IndexText first;                   // entry of a dump
-   bool isStrict = false;             // what would be a warning is an Error
-   bool keepsGoing = false;           // after a bad image
-   bool printsEmpty = false;          // also entries of zeroes that fit no tag
-   std::string where;                 // the condition of entries that are looked at; empty for all
-   std::string fields;                // the names of fields that are looked at; empty for all
+   SplitText split;          // of a dump
+   bool isStrict = false;    // what would be a warning is an Error
+   bool keepsGoing = false;  // after a bad image
+   bool printsEmpty = false; // also entries of zeroes that fit no tag
+   std::string where;        // the condition of entries that are looked at; empty for all
+   std::string fields;       // the names of fields that are looked at; empty for all
 };
 
 // Adds the options that name chip type and variant, and say what a dump is like and how it is read.
