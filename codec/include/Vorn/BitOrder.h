@@ -11,15 +11,17 @@
 
 namespace Vorn {
 
+// The fields of a layout, sorted by their place in the entry.
+//
 //    const Vorn::BitOrder order( Vorn::Layout( "LifTable", 10 ) );
 //    for( const auto& field : order.fields() ) { ... field.offset, field.lane ... }
 class VORN_API BitOrder {
 public:
    struct Field : Vorn::Field {
-      std::size_t lane; // fields in one lane don't overlap; the one with the most fields is 0
+      std::size_t lane; // fields in one lane don't overlap; lane 0 has the most fields
    };
 
-   // Bits that belong to no field, as many as there are side by side.
+   // Adjacent bits that belong to no field, as many as possible.
    struct Run {
       unsigned offset;
       unsigned width;
@@ -29,12 +31,12 @@ public:
 
    explicit BitOrder( const Layout& layout );
 
-   // In order of the offset; of two at one offset the wider first.
+   // In order of the offset; of two at the same offset, the wider first.
    std::span<const Field> fields() const { return fields_; }
    std::span<const Run> unused() const { return unused_; }
    unsigned unusedBits() const;
 
-   // As many as the fields that cover one bit, where there are the most; at least one.
+   // The largest number of fields that share a bit; at least 1.
    std::size_t lanes() const { return lanes_; }
 
    // The size of an entry in 32-bit words.

@@ -36,7 +36,7 @@ struct Window {
       }
    }
 
-   // What is in it, with the bits at the lower end.
+   // The bytes of the window, shifted so that the bits are at the lower end.
    U64 read( const U8* image ) const {
       U64 word = 0;
       if( bytes == 8 ) [[likely]] {
@@ -58,7 +58,7 @@ inline U64 bitsAt( const U8* image, std::size_t size, std::size_t offset, unsign
    return Window( size, offset, width ).read( image ) & ~U64( 0 ) >> ( 64 - width );
 }
 
-// The same of many images, each of `size` bytes or more.
+// Reads the same bits of many images, each of `size` bytes or more.
 class BitsReader {
 public:
    BitsReader( std::size_t size, std::size_t offset, unsigned width )
@@ -71,7 +71,7 @@ private:
    U64 ones_;
 };
 
-// Replaces them by the low bits of `value`, which has no others.
+// Replaces the `width` bits at `offset` with those of `value`, which has no others.
 inline void bitsAtAre( U8* image, std::size_t size, std::size_t offset, unsigned width,
                        U64 value ) {
    const Window window( size, offset, width );

@@ -49,9 +49,9 @@ public:
 
    const Layout& layout() const;
 
-   // The column of the named field: a vector, an array or a span. A constant one can only be
-   // encoded, a read-only field only decoded. A field that the pair lacks, one that has a column
-   // already, and elements that are too narrow are Errors.
+   // The column of the named field: a vector, an array or a span. A column of const elements can
+   // only be encoded, a read-only field only decoded. A field that the pair lacks, one that has a
+   // column already, and elements that are too narrow are Errors.
    template<std::ranges::contiguous_range Range>
    requires std::ranges::sized_range<Range> && std::ranges::borrowed_range<Range> &&
       ColumnElement<std::ranges::range_value_t<Range>>
@@ -60,8 +60,8 @@ public:
            sizeof( std::ranges::range_value_t<Range> ) );
    }
 
-   // The same for a type known at run time only, by the bytes of an element: 1, 2, 4 or 8, to which
-   // `data` is aligned; otherwise an Error.
+   // The same for a type known only at run time. `elementBytes` is 1, 2, 4 or 8, and `data` is
+   // aligned to it; otherwise an Error.
    void add( std::string_view name, void* data, std::size_t elements, std::size_t elementBytes );
    void add( std::string_view name, const void* data, std::size_t elements,
              std::size_t elementBytes );
@@ -69,7 +69,7 @@ public:
    // Fills the columns from images that lie one after another, or `stride` bytes apart; the bytes
    // after the last image up to the stride may be missing. Errors, which leave the columns as they
    // are: surplus bytes, a stride shorter than an image, a column with another number of rows, and
-   // a constant column.
+   // a column of const elements.
    void decode( std::span<const U8> images ) const;
    void decode( std::span<const U8> images, std::size_t stride ) const;
 

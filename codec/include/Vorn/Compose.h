@@ -15,7 +15,7 @@
 
 namespace Vorn {
 
-// A field by its name, and a value of it.
+// A field, by name, and its value.
 struct FieldValue {
    std::string_view name;
    Value value;
@@ -64,7 +64,7 @@ public:
    void reset();
    void reset( std::span<const U8> from );
 
-   // Starts over with zeros alone, without the tag, like a memory that was never written.
+   // Starts over with an image of zeros, without the tag, like a memory that was never written.
    void clear();
 
    // The named field, to be set. One that can't be set, or is set already, is an Error.

@@ -31,7 +31,7 @@ struct Difference {
       friend bool operator==( const Bits&, const Bits& ) = default;
    };
 
-   // A number of the memory.
+   // A dimension of the memory or register.
    struct Number {
       std::string_view name;
       U32 from;
@@ -49,7 +49,7 @@ struct Difference {
 
    std::vector<Number> numbers; // those that differ
    std::vector<Field> fields;   // those that differ, in bit order
-   std::size_t unchanged;       // fields
+   std::size_t unchanged;       // number of fields that don't differ
 
    bool isNone() const { return numbers.empty() && fields.empty(); }
 };
@@ -60,7 +60,7 @@ struct Difference {
 //                                                Vorn::Layout( "LifTable", 3, 6 ) );
 VORN_API Difference differenceOf( const Layout& from, const Layout& to );
 
-// An entry at one time.
+// An entry at one point in time.
 struct EntryState {
    const Layout* layout = nullptr; // none where there is no entry
    std::span<const U8> image;
@@ -86,11 +86,12 @@ struct EntryChange {
 // An image of zeroes without its pair's tag is no entry: it was never written.
 class VORN_API EntryComparison {
 public:
-   // Compares all fields, of which those that contain narrower ones count only by the bits outside
-   // these; or the fields of a list, as for fieldsIn(), by all of their bits.
+   // Compares all fields, but of a field that contains narrower ones only the bits outside these.
+   // With a list, as for fieldsIn(), compares the fields of the list, all of their bits.
    explicit EntryComparison( std::string fields = {} ) : list_( std::move( fields ) ) {}
 
-   // Images that end before their last field are Errors.
+   // An image that ends before its last field is an Error, and so is a listed field that its pair
+   // lacks.
    EntryChange changeOf( EntryState before, EntryState after );
 
 private:

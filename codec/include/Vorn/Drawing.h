@@ -25,8 +25,8 @@ struct DrawingCell {
    unsigned bits() const { return left() - right() + 1; }
 };
 
-// One or more words of the entry: several where each of them has the same to show, which is that
-// the whole word belongs to one field or to none.
+// One word of the entry, or several consecutive words that look the same: each belongs to one field
+// as a whole, or to none.
 struct DrawingRow {
    unsigned firstWord;
    unsigned lastWord;
@@ -37,12 +37,13 @@ struct DrawingRow {
    unsigned high() const { return lastWord * 32 + 31; }
 };
 
-// How much of a label fits into a cell.
+// How much of a label fits into a cell: `columns( bits )` characters in each of `lines` lines.
 struct DrawingRoom {
    std::size_t ( *columns )( unsigned bits );
    std::size_t lines;
 };
 
+// A format cut into rows and cells, which are labelled as far as there is room.
 class VORN_API Drawing {
 public:
    // The format must outlive the drawing.

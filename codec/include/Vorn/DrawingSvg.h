@@ -16,8 +16,8 @@ namespace Vorn {
 // cell is a group whose own title, which a browser shows, says all about the field.
 VORN_API std::string drawnAsSvg( const Drawing& drawing, const std::string& title );
 
-// The same with the values of an image in the cells, each that of the bits of its cell. A field in
-// several cells is listed with its whole value below. The image is as long as an entry.
+// The same with the values of an image: each cell shows the value of its own bits. A field in
+// several cells is listed below with its whole value. The image is as long as an entry.
 VORN_API std::string imageAsSvg( const Drawing& drawing, const std::string& title,
                                  std::span<const U8> image );
 
@@ -30,7 +30,7 @@ VORN_API std::string differenceAsSvg( const Drawing& from, const Drawing& to,
                                       const Difference& difference, const std::string& fromTitle,
                                       const std::string& toTitle );
 
-// What fits into the cells of these.
+// How much of a label fits into a cell of these pictures.
 VORN_API DrawingRoom svgRoom();
 
 } // namespace Vorn

@@ -81,12 +81,12 @@ private:
 // What is known of a dump before it is read.
 struct DumpOptions {
    std::string table;          // empty where each image says its own, or its address does
-   const Chip* chip = nullptr; // the same
+   const Chip* chip = nullptr; // null where each image says its own
    std::optional<U64> variant; // nothing: by the tag, 0 where the table has no tags
    ImageFormat format = ImageFormat::automatic;
    std::size_t stride = 0; // bytes from one entry to the next; 0: as many as an entry has
    EntryIndex first;       // of a dump without addresses
-   bool isStrict = false;  // what would be a doubt is an Error
+   bool isStrict = false;  // a doubt is an Error
    bool hasFirst = false;  // first is meant, even if it is 0 and the dump's offsets begin elsewhere
 };
 
@@ -98,19 +98,19 @@ struct DumpEntry {
    std::optional<U64> array;
    std::optional<U64> identifier;
    std::optional<U32> address; // of the S-channel
-   bool isEmpty = false;       // zeroes alone, which fit no tag: nobody has written it
+   bool isEmpty = false;       // all zeroes, which fit no tag: it was never written
    std::string_view doubt; // what contradicts its layout or its place, for a warning; else empty
 };
 
 // Entries of a dump that lie one after another in memory.
 struct DumpRun {
-   const Layout* layout = nullptr;         // of all of them; null where they may be of several
-   std::span<const Layout* const> layouts; // of each then, null for an empty one; else none
-   std::span<const U8> images;             // up to the last byte of the last one
+   const Layout* layout = nullptr;         // of all entries; null where they may differ
+   std::span<const Layout* const> layouts; // then that of each, null for an empty one
+   std::span<const U8> images;             // up to the last byte of the last entry
    std::size_t stride = 0;                 // bytes from one entry to the next
    std::size_t count = 0;
-   std::optional<EntryIndex> first; // where the first one lies, and the others after it
-   std::optional<U32> address;      // the same, of the S-channel
+   std::optional<EntryIndex> first; // where the first entry lies; the others follow
+   std::optional<U32> address;      // of the first entry, on the S-channel
    U32 addressStep = 0;             // from one entry to the next
    bool areEmpty = false;           // as DumpEntry::isEmpty
 };
@@ -138,18 +138,18 @@ public:
    // Continues with these bytes, which must outlive the reading.
    void begin( ByteSource& bytes );
 
-   // Reads the next entry; false at the end. What is wrong is an Error that names the line and the
-   // column, or the byte of a binary dump; the next call continues after it if
-   // it can be seen where the next entry begins, and otherwise returns false.
+   // Reads the next entry; false at the end. Bad input is an Error that names the line and the
+   // column, or the byte of a binary dump; the next call continues after it if it is clear where
+   // the next entry begins, and otherwise returns false.
    bool next();
 
-   // What next() has read, valid until the next call.
+   // The entry that next() has read, valid until the next call.
    const DumpEntry& entry() const;
 
-   // "images.txt:3:17" or "images.bin:0x550", where it begins.
+   // Where that entry begins: "images.txt:3:17" or "images.bin:0x550".
    std::string place() const;
 
-   // Whether the entries of a run are of one layout, or each of its own.
+   // Whether all entries of a run have one layout, or each has its own.
    enum class Runs { ofOneLayout, ofAny };
 
    // The entries that come next, as far as they are plain: whole images of own()'s table, which
@@ -162,25 +162,25 @@ public:
    //    }
    DumpRun ahead( Runs runs = Runs::ofOneLayout );
 
-   // Passes over the first entries of the last ahead().
+   // Skips the first `count` entries of the last ahead().
    void skip( std::size_t count );
 
-   // Passes over all of the last ahead() and moves its images to `images`, whose memory is used
-   // again.
+   // Skips all entries of the last ahead() and moves their images to `images`, whose memory is
+   // reused.
    void take( const DumpRun& run, std::vector<U8>& images );
 
    // Continues with the arguments of a command line: one image in any number of pieces, or an image
-   // in each. Where both can be, next() is an Error. Their places are empty.
+   // in each argument. Where both are possible, next() throws an Error. Their place() is empty.
    void begin( std::span<const std::string> arguments );
 
-   // The layout that an image has where it says no other and has no tag; null where there is none.
+   // The layout of an image that states no pair and has no tag; null where there is none.
    const Layout* own() const;
 
-   // Whether all images are of that one, whatever their tags.
+   // Whether all images are of own(), whatever their tags.
    bool isOfOnePair() const;
 
-   // The layouts among which the tag chooses where an image says no pair: own() first, then those
-   // of the other variants; none where there is no own().
+   // The layouts among which the tag decides for an image that states no pair: own() first, then
+   // those of the other variants; none where there is no own().
    std::span<const Layout> layouts() const;
 
 private:

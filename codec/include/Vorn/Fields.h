@@ -27,7 +27,7 @@ struct FieldUse {
 
 // The uses of the field with this name, hardware name or identifier, in order of the tables. A
 // field that no table has is an Error with the nearest right names. In a name, * stands for any
-// characters and ? for any one; the fields are then in order of their identifiers.
+// characters and ? for any single one; the fields are then in order of their identifiers.
 //
 //    for( const Vorn::FieldUse& use : Vorn::usesOf( "VLAN_DOMAIN" ) ) { ... use.table ... }
 //    Vorn::usesOf( "vlanEdit*" );
@@ -51,8 +51,8 @@ VORN_API std::vector<FieldPlace> placesOf( const FieldUse& use );
 // empty one are BadTexts.
 VORN_API std::vector<Field> fieldsIn( std::string_view list, const Layout& layout );
 
-// The type that the getter of the table's field has: "U16", or "Raw128" for a wide one; empty if
-// the table has no such field.
+// The type of the getter of the table's field: "U16", or "Raw128" for a wide one; empty if the
+// table has no such field.
 VORN_API std::string typeOf( std::string_view table, U32 identifier );
 
 // The names of the fields that a list names and any of the layouts has, in the order of the list;

@@ -64,7 +64,7 @@ public:
       U64 entries = 0; // that matches() has been asked about
    };
 
-   // What is wrong with the condition on every one of the layouts is a BadText.
+   // A condition that is wrong on every one of the layouts is a BadText.
    PairFilter( std::string condition, std::span<const Layout> layouts );
 
    // An entry of a pair for which the condition can't hold doesn't match, and is counted.
@@ -76,7 +76,7 @@ public:
    const Filter* filterOf( const Layout& layout );
    void leaveOut( const Layout& layout, U64 entries );
 
-   // In order of the first entry.
+   // In order of the first entry of each.
    std::span<const LeftOut> leftOut() const { return leftOut_; }
 
 private:
@@ -84,7 +84,7 @@ private:
       Layout layout;
       std::optional<Filter> filter;
       std::string reason;                 // why there is none
-      std::optional<std::size_t> leftOut; // the number of it, once there was an entry
+      std::optional<std::size_t> leftOut; // its index in leftOut_, once an entry was asked about
    };
 
    Known& knownOf( const Layout& layout );

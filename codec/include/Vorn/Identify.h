@@ -17,11 +17,13 @@
 
 namespace Vorn {
 
+// Finds the pairs of a chip type that an image may belong to, with the reasons.
+//
 //    const Vorn::Identifier identifier( Vorn::chipOf( "BCM88690_B0" ) );
 //    for( const Vorn::Layout& layout : identifier.layoutsOf( image ) ) { ... }
 class VORN_API Identifier {
 public:
-   // A table that an image may belong to, or can't, and the variants for which one reason holds.
+   // A table that an image may belong to or can't, with the variants to which one reason applies.
    struct Verdict {
       std::string_view table;
       ChipVariants variants;
@@ -81,16 +83,16 @@ public:
    struct Account {
       std::vector<Fit> fits; // those with a tag first; of these the one with the most images
       U64 images = 0;
-      U64 empty = 0;      // of them: zeroes alone that have no tag, where pairs of their length do
-      U64 byLength = 0;   // whose length alone fits
+      U64 empty = 0;      // all zeroes without a tag, though pairs of their length have one
+      U64 byLength = 0;   // of which only the length fits
       U64 others = 0;     // that fit nothing
-      std::string place;  // of the first of these
+      std::string place;  // of the first of the others
       std::string reason; // why it fits nothing
    };
 
    // The identifier must outlive this object. What the images of dumps say of their own pairs is
-   // ignored, but for the chip type. A stride that isn't 0 says how far apart entries lie in dumps
-   // that are bytes alone; it is an Error if no entry is that short.
+   // ignored, except for the chip type. A stride that isn't 0 is the number of bytes from one entry
+   // to the next in dumps of plain bytes; it is an Error if no entry is that short.
    explicit DumpIdentifier( const Identifier& identifier,
                             ImageFormat format = ImageFormat::automatic, std::size_t stride = 0 );
    DumpIdentifier( DumpIdentifier&& other ) noexcept;

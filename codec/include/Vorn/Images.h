@@ -20,8 +20,8 @@ namespace Vorn {
 
 // How hexadecimal digits are taken. `automatic`: 0x and eight digits are a word, its lowest byte
 // first, all other digits are bytes in their order. `number`: one number, its highest digit first.
-// `stream`: bytes whose lines mean nothing. `binary`: no digits at all, the bytes themselves; both
-// are for dumps, and an image alone is taken as bytes.
+// `stream`: bytes whose lines mean nothing. `binary`: no digits at all, the bytes themselves. The
+// last two are for dumps; a single image is then read as `bytes`.
 enum class ImageFormat { automatic, bytes, words, hexdump, number, stream, binary };
 
 // Their names for people, in this order: "auto", "bytes", "words", "hexdump", "number", "stream",
@@ -47,7 +47,7 @@ struct Piece {
    bool isGiven = false;
 };
 
-// An image, and what stands with it about the pair it is of.
+// An image, and what its text says about its pair.
 struct Image {
    // A longer one is refused, so that input without an end cannot take all memory.
    static constexpr std::size_t longest = 1 << 20;
@@ -59,11 +59,10 @@ struct Image {
    Piece variant;
 };
 
-// Whether JSON begins there, which no other image does.
+// Whether the text begins as JSON, which no other form of an image does.
 VORN_API bool isJson( std::string_view text );
 
-// The one image that `text` writes. What is no image is an Error; a blank text is an image of no
-// bytes.
+// The one image in `text`. Text that is no image is an Error; a blank text is an image of no bytes.
 //
 //    Vorn::imageOf( "a00f 0000" ).bytes;                 // a0 0f 00 00
 //    Vorn::imageOf( "0x00000fa0" ).bytes;                // the same, as a 32-bit word
@@ -112,8 +111,8 @@ class VORN_API ImageReader {
 public:
    explicit ImageReader( LineSource& lines, ImageFormat format = ImageFormat::automatic );
 
-   // Reads the next image; false at the end. What is no image is an Error that names the line and
-   // the column.
+   // Reads the next image; false at the end. Text that is no image is an Error that names the line
+   // and the column.
    bool next();
 
    // The image that next() has read, valid until the next call.

@@ -45,7 +45,7 @@ struct TagField {
    friend bool operator==( const TagField&, const TagField& ) = default;
 };
 
-// Which entry of a memory: the entry of an element of the array of an instance.
+// Which entry of a memory: the numbers of the entry, the array element and the instance.
 struct EntryIndex {
    U64 entry = 0;
    U64 array = 0;
@@ -91,14 +91,14 @@ public:
    // "LifTable on BCM88690_B0 variant 3"; without the variant if there is only one.
    std::string pairText() const;
 
-   // Only its end, " variant 3" or nothing.
+   // Only the end of that: " variant 3" or nothing.
    std::string variantText() const;
 
    // What a memory or register of the pair looks like: `entries`, `arrayElements`, `instanceCount`
    // and so on.
    const Hardware::PairInfo& info() const;
 
-   // Bytes of an entry.
+   // The size of an entry in bytes.
    std::size_t bytes() const;
 
    // The fields of the pair in their declared order.
@@ -189,8 +189,8 @@ private:
    std::shared_ptr<const State> state_;
 };
 
-// Reads one field of many images, without working out each time where it lies. An image is as long
-// as the fields of the layout need, or longer; another is an Error.
+// Reads one field of many images, without working out each time where it lies. An image that ends
+// before the last field of the layout is an Error.
 //
 //    const Vorn::FieldReader vsi( lif, lif.field( "vsi" ) );
 //    for( const auto& image : images ) { ... vsi.get( image ) ... }

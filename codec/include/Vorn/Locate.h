@@ -33,12 +33,12 @@ VORN_API std::vector<Location> locate( const Chip& chip, U32 address,
 // arrayStep, in every instance.
 class VORN_API Memory {
 public:
-   // The pair has an address.
+   // The pair must have an address: info().hasAddress.
    explicit Memory( Layout layout );
 
    const Layout& layout() const { return layout_; }
 
-   // No number of entries is stated: the memory has the largest possible number, 4294967295, and so
+   // No number of entries is stated: the memory counts as one of 4294967295 entries, and so covers
    // nearly every address, whatever else lies there.
    bool isUnbounded() const { return layout_.info().entries == 0xffffffff; }
 
@@ -69,7 +69,7 @@ private:
 // The memories of a chip type that have an address, in registry order.
 VORN_API std::vector<Memory> memoriesOn( const Chip& chip );
 
-// Addresses from the first to the last of them.
+// The addresses from `first` to `last`, both included.
 struct AddressRange {
    U32 first;
    U32 last;

@@ -21,8 +21,8 @@ VORN_API std::span<const std::string_view> notationNames();
 // The notation of that name; else an Error.
 VORN_API Notation notationNamed( std::string_view name );
 
-// The notations for a field of that width in bits: numbers always, an address where the field is
-// exactly as wide.
+// The notations for a field of that width in bits: always those of numbers, and that of an address
+// if the field is exactly as wide.
 VORN_API std::vector<Notation> notationsOf( unsigned width );
 
 // The value in the notation, so that parseValue() reads the same value again: "10", "0xa",

@@ -30,13 +30,13 @@ struct ChipVariants {
    VORN_API std::string text() const;
 };
 
-// The variants of the named table on the chip type; nothing if it doesn't serve it.
+// The variants of the named table on the chip type; nothing if the table doesn't serve it.
 VORN_API std::optional<ChipVariants> variantsOn( std::string_view table, U32 chip );
 
 // The pairs of the named table, in order of the chip type; none for an unknown table.
 VORN_API std::vector<ChipVariants> pairsOf( std::string_view table );
 
-// Those of them that have the field.
+// The pairs of the table that have the field.
 VORN_API std::vector<ChipVariants> pairsWithField( std::string_view table, U32 identifier );
 
 // Chip type numbers and their variants as "2,3: 0-4,6; 4-8: 0-6".

@@ -22,8 +22,8 @@
 
 namespace Vorn {
 
-// One record, as RecordComposer reads it. Kept from line to line, so that its memory is allocated
-// once.
+// One record, as RecordComposer reads it. Reuse it from line to line, so that its memory is
+// allocated once.
 class VORN_API Record {
 public:
    enum class Key : U8 { table, chip, variant, entry, array, identifier, from, fields };
@@ -36,7 +36,7 @@ public:
       std::size_t token; // of the name; the value is the next one
    };
 
-   // Parses the line. Anything but such an object is an Error.
+   // Parses the line. Anything but a record is an Error.
    void parse( std::string_view line );
 
    bool has( Key key ) const { return tokens_[indexOf( key )] != 0; }
@@ -48,8 +48,8 @@ public:
    // The text of the image to begin with, where the line has one.
    const std::string& from() const { return from_; }
 
-   // Whether it is an "image", as an entry has that was printed: fields that have the values of the
-   // image are no changes then.
+   // Whether that is the "image" of an entry that was printed: fields that already have their
+   // values in it are no changes then.
    bool isPrinted() const { return numbers_.imageToken != 0; }
 
    // Where the line says the entry lies.
@@ -67,7 +67,7 @@ public:
    void lookAtValue( const FieldValue& field ) { token_ = field.token + 1; }
 
    // Where that begins in the line, in characters from 1. After an Error of parse() it is the place
-   // of what is wrong. The line must still be there.
+   // of what is wrong. The line must still exist.
    std::size_t column() const;
 
 private:
@@ -131,17 +131,18 @@ struct Composed {
 // What `vorn decode --json` and `vorn program` print is taken, too: an "image" is the image to
 // begin with, and fields that it holds already are no changes; "fields" may be missing then. An
 // "address" says the entry where nothing else does; otherwise it, "accessType" and "destBlock" have
-// to be those of the entry. What is null is not given, and a tag that agrees is no Error.
+// to be those of the entry. A null counts as not given, and a tag that agrees is no Error.
 class VORN_API RecordComposer {
 public:
    // The entry of the line, valid until the next call. A bad line is an Error.
    Composed compose( std::string_view line );
 
-   // Where in the line the last Error has its reason, in characters from 1. The line must still be
-   // there.
+   // Where in the line the reason for the last Error lies, in characters from 1. The line must
+   // still exist.
    std::size_t column() const { return record_.column(); }
 
-   // Makes column() that of what the line says of the place of its entry, for an Error about it.
+   // Makes column() point at what the line says about the place of its entry, for an Error about
+   // that place.
    void lookAtPlace();
 
 private:

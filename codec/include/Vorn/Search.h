@@ -9,8 +9,8 @@
 
 namespace Vorn {
 
-// Finds what a person types the beginning or the middle of. Neither case nor underscores count:
-// "vlan_dom" finds vlanDomain. Made once, and asked often.
+// Finds names from their beginning or middle. Neither case nor underscores count: "vlan_dom" finds
+// vlanDomain. Make it once, and ask it often.
 //
 //    const Vorn::Search search;
 //    for( const Vorn::FieldUse* use : search.find( "vlanDom" ).fields ) { ... use->table ... }
@@ -24,8 +24,8 @@ public:
 
    Search();
 
-   // Tables and fields that have the text in a name, and fields with that identifier. What is in
-   // none, an empty text too, is an Error with the nearest right names.
+   // Tables and fields that have the text in a name, and fields with that identifier. A text that
+   // finds nothing, or is empty, is an Error with the nearest right names.
    Found find( std::string_view text ) const;
 
 private:

@@ -22,15 +22,15 @@ struct FieldStatistics {
    };
 
    Field field;
-   U64 set = 0;              // entries in which it isn't zero
-   std::size_t distinct = 0; // values, as far as they have been counted
-   bool isDistinctExact = true;
+   U64 set = 0;                 // entries in which it isn't zero
+   std::size_t distinct = 0;    // values, at most mostDistinct
+   bool isDistinctExact = true; // false if there are more
    Value least;
    Value greatest;
-   std::vector<Count> frequent; // the values of most entries, the most frequent first, of two as
-                                // frequent the lesser first
-   Value alwaysOne;             // its bits that are one in every entry
-   Value alwaysZero;            // and those that are zero
+   std::vector<Count> frequent; // the most frequent values, the most frequent first; of two
+                                // equally frequent ones, the lesser first
+   Value alwaysOne;             // ones at the bits that are one in every entry
+   Value alwaysZero;            // ones at the bits that are zero in every entry
 };
 
 // Counts the fields of the entries of one pair, in memory that doesn't grow beyond
@@ -41,8 +41,8 @@ struct FieldStatistics {
 //    for( const Vorn::FieldStatistics& field : statistics.fields() ) { ... field.greatest ... }
 class VORN_API Statistics {
 public:
-   // Values that are counted of a field. What comes first counts: where there are more, the others
-   // are counted in nothing but `set`, least, greatest and the bits.
+   // How many different values of a field are counted: the first ones. Any others count only in
+   // `set`, `least`, `greatest` and the bits.
    static constexpr std::size_t mostDistinct = 65536;
 
    explicit Statistics( const Layout& layout );
@@ -56,8 +56,8 @@ public:
    // An image that ends before its last field is an Error.
    void add( std::span<const U8> image );
 
-   // In the declared order; with at most `mostFrequent` frequent values each. Without entries there
-   // is nothing to be known of them: all numbers are 0.
+   // In declared order, with at most `mostFrequent` frequent values each. Without entries all
+   // numbers are 0.
    std::vector<FieldStatistics> fields( std::size_t mostFrequent = 3 ) const;
 
 private:

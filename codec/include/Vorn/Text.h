@@ -29,7 +29,7 @@ VORN_API bool isBlankLine( std::string_view line );
 // character may be incomplete if the text is cut there.
 VORN_API bool isPrintable( std::string_view text, bool isCut = false );
 
-// "1 byte", "2 bytes"; of what takes no s, `more` is the plural.
+// "1 byte", "2 bytes"; `more` is the plural of a word that doesn't just take an s.
 VORN_API std::string countOf( U64 count, std::string_view one, std::string_view more = {} );
 
 // "one, two, three".
@@ -47,14 +47,15 @@ VORN_API void appendHex( std::string& text, std::span<const U8> bytes,
 // bytes are whole words.
 VORN_API void appendWords( std::string& text, std::span<const U8> bytes );
 
-// Writes two lower-case digits for each byte, for which there is room at `to`; returns their end.
+// Writes two lower-case digits for each byte to `to`, which must have room for them; returns their
+// end.
 VORN_API char* writeHex( char* to, std::span<const U8> bytes );
 
-// Reads two hexadecimal digits, which are at `text`, for each of the bytes; false where there are
-// other characters, and the bytes have no meaning then.
+// Reads two hexadecimal digits from `text` for each of the bytes. Returns false if there are other
+// characters; the bytes then have no meaning.
 VORN_API bool readHex( const char* text, std::span<U8> bytes );
 
-// Writes the number in decimal digits, for at most 20 of which there is room; returns their end.
+// Writes the number in decimal digits to `to`, which must have room for 20; returns their end.
 VORN_API char* writeDecimal( char* to, U64 number );
 
 } // namespace Vorn

@@ -42,8 +42,8 @@ public:
    const Words& words() const { return words_; }
    U64 word( unsigned index ) const { return words_[index]; }
 
-   // The result of parsing a larger number: its bits() are more than any field has, its words have
-   // no meaning.
+   // Stands for a number beyond 512 bits: its bits() are more than any field has, its words have no
+   // meaning.
    static Value tooLarge();
 
    // The position of the highest set bit plus one; 0 for the number 0.
@@ -77,7 +77,8 @@ VORN_API std::string hexOf( const Value& value );
 // The same, appended.
 VORN_API void appendHex( std::string& text, const Value& value );
 
-// The same, written where there is room for 130 characters, also for few; returns their end.
+// The same, written to `to`, which must have room for 130 characters even for a short number;
+// returns their end.
 VORN_API char* writeHex( char* to, const Value& value );
 
 // The number that `text` writes in decimal digits, in hexadecimal digits after 0x or in binary

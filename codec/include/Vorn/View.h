@@ -36,7 +36,7 @@ VORN_API Value valueOf( const Kelvar::AsicBase& view, U32 identifier );
 VORN_API void setValue( Kelvar::AsicBase& view, std::string_view field, const Value& value );
 VORN_API void setValue( Kelvar::AsicBase& view, U32 identifier, const Value& value );
 
-// These read and write the entry's bits, not through the view: nothing asserts, nothing traces, and
-// no primitive of the platform is called.
+// These functions access the bits of the entry directly, not through the view: nothing asserts,
+// nothing traces, and no primitive of the platform is called.
 
 } // namespace Vorn
