@@ -41,9 +41,9 @@ class AtEntry;
 
 // A view over an entry that stays the caller's, made from an array, a std::array, a std::span, or
 // pointer and length. The entry must have at least the pair's `width()` in words: a shorter array
-// doesn't compile, any other shorter entry is the assertion "len_ >= N". Unlike the views of
-// <Hardware/<Class>.h> making it doesn't touch the entry: blank() and compose() stamp the pair's
-// tag, holdsTag() looks for it.
+// doesn't compile, any other shorter entry is the assertion "len_ >= N". Making
+// it doesn't touch the entry, unlike the views of <Hardware/<Class>.h>: blank() and compose() stamp
+// the pair's tag, and holdsTag() looks for it.
 //
 // For each field `f` that the pair has: `f()`, `fIs( value )`, `fMask()`, `fLen()`, `fOffset()`;
 // and `isFValid()` for each field of the class. A setter accepts no argument that could lose bits

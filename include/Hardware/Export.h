@@ -1,5 +1,5 @@
-// Marks what the library exports; everything else is hidden. Refuses platforms that can't work with
-// it.
+// Marks what the library exports; everything else is hidden. Refuses to compile on platforms that
+// can't work with it.
 #pragma once
 
 #if __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__

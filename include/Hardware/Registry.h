@@ -71,7 +71,7 @@ struct PairInfo {
 };
 
 // Facts of one pair of the named class; empty for an unknown name or an invalid pair. Unlike the
-// classes' own operations it never asserts and never traces, so it accepts any input.
+// classes' own operations, it never asserts and never traces, so it accepts any input.
 HARDWARE_API std::optional<PairInfo> pairInfo( std::string_view name, U32 chipType, U8 variant );
 
 // Where a field lies in the entries of one pair.
@@ -95,7 +95,7 @@ HARDWARE_API std::size_t pairFields( std::string_view name, U32 chipType, U8 var
                                      PairField* fields, std::size_t capacity );
 
 // Where the entries of one pair lie: schanAddress = base + tableEntry * entryStep + arrayIndex *
-// arrayStep. The pointers lead to one number for each of the pair's instances.
+// arrayStep. Each pointer leads to an array with one number for each of the pair's instances.
 struct PairAddress {
    U32 base;
    U32 entryStep;

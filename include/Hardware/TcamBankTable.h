@@ -8,9 +8,9 @@
 
 namespace Hardware {
 
-// Chip types 2 to 8, 10, 12 to 16 with variant 0. A command, its data of 164 or 328 bits, a valid
-// field and, on chip types 2 to 8, a reserved field. getAllFields() wants the longest entry, 44
-// bytes, on every chip type.
+// Chip types 2 to 8, 10, 12 to 16 with variant 0. A command, its data of 164 or 328 bits, two bits
+// for its validity and, on chip types 2 to 8, reserved bits. getAllFields() needs 44 bytes, the
+// longest entry, on every chip type.
 class HARDWARE_API TcamBankTable : public Kelvar::BcmAsicBase {
 public:
    static constexpr U16 storageSize = 44;

@@ -11,8 +11,7 @@ namespace Hardware::Layouts {
 inline constexpr unsigned chipLimit = 32;
 inline constexpr unsigned variantLimit = 32;
 
-// Where a field lies. A cell of width 0 is absent; one left out of a row is a flaw, as is a surplus
-// one.
+// Where a field lies. A cell of width 0 is absent. A row with too few or too many cells is a flaw.
 struct Cell {
    U16 offset = 0xffff;
    U16 width = 0xffff;

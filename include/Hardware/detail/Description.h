@@ -8,9 +8,9 @@
 //       { portEmAccCmd, { at( 41, 6 ), at( 41, 6 ) } },
 //    } )
 //
-// Several blocks may cover one pair of chip type and variant: the pair has the fields of all. The
-// class of that name uses the namespace Hardware::Layouts::<Class>; C++20. A group of chip types
-// that is used more than once has a name there: `like10` are laid out like chip type 10.
+// Several blocks may cover one pair of chip type and variant: the pair has the fields of all. A
+// description lies in the namespace Hardware::Layouts::<Class> and needs C++20. A group of chip
+// types that is used more than once has a name there: `like10` are laid out like chip type 10.
 #pragma once
 
 #include <Hardware/detail/Cell.h>
@@ -59,7 +59,6 @@ consteval Chips chips( Numbers... numbers ) {
 }
 
 // Each argument is a number or a range.
-
 template<class... Numbers>
 consteval Variants variants( Numbers... numbers ) {
    return { ( numberBits( numbers ) | ... ) };
@@ -133,7 +132,8 @@ consteval auto layout( const Placements<Counts>&... blocks ) {
    return result;
 }
 
-// What the hardware states of a memory. `width` is in 32-bit words; the last two are a register's.
+// What the hardware states about a memory. `width` is in 32-bit words; the last two members are for
+// registers.
 struct Dimension {
    Chips chips;
    Variants variants;

@@ -9,8 +9,8 @@ namespace Hardware::Layouts::TcamBankTable {
 
 #include <Hardware/detail/FieldNumbers.inc>
 
-// On chip types 2 and 3 the command is a bit narrower than elsewhere, and all after it a bit
-// lower. Their 26880 entries are no slip, either.
+// On chip types 2 and 3 the command is one bit narrower than elsewhere, so all fields after it lie
+// one bit lower. Their 26880 entries are no slip, either.
 // clang-format off
 inline constexpr auto newer = chips( 10, range( 12, 16 ) );
 

@@ -11,6 +11,7 @@ namespace Kelvar {
 [[noreturn]] KELVAR_API void assertFail( const char* expression, const char* file, unsigned line,
                                          const char* function );
 
+// A view over one entry image, with the operations of all views; those that a class lacks assert.
 class KELVAR_API AsicBase {
 public:
    AsicBase( const AsicBase& ) = delete;

@@ -48,7 +48,7 @@ static_assert( __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "images are read as na
 namespace Kelvar {
 
 // Whether a buffer can hold this many bytes, as far as the compiler knows: true, at no cost, if it
-// doesn't know. Without this it warns of words beyond a smaller buffer, whatever the length.
+// doesn't know. Without this it warns about words beyond a smaller buffer, whatever the length.
 __attribute__( ( always_inline ) ) inline bool mayHold( const U8* buffer, long bytes ) {
    return __builtin_object_size( buffer, 0 ) >= static_cast<std::size_t>( bytes );
 }
@@ -72,7 +72,7 @@ __attribute__( ( always_inline ) ) constexpr bool isNarrow( int valueLen, int wi
    return width > 0 && width <= 64 && offset >= 0 && valueLen > 0 && width <= 8L * valueLen;
 }
 
-// Replaces the bits of `mask` in a value image by `bits`, which has no others.
+// Replaces the bits of `mask` in a value image with `bits`, which has no others.
 __attribute__( ( always_inline ) ) inline void narrowValueIs( U8* value, int valueLen, U64 bits,
                                                               U64 mask ) {
    const std::size_t size = valueLen < 8 ? static_cast<std::size_t>( valueLen ) : 8;

@@ -34,6 +34,8 @@ private:
 
 } // namespace Impl
 
+// Owns a copy of its characters, which may include zero bytes.
+//
 // Branches that no test takes: what is undone if the text cannot be copied.
 class String {
 public:

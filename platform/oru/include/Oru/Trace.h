@@ -31,7 +31,7 @@ public:
 class ORU_API TraceHandle {
 public:
    TraceHandle( const char* name, bool );
-   // From now on no level is enabled.
+   // Afterwards no level of the handle is enabled.
    ~TraceHandle();
    TraceHandle( const TraceHandle& ) = delete;
    TraceHandle& operator=( const TraceHandle& ) = delete;
