@@ -5,10 +5,10 @@
    (gdb) vorn-entry buffer LifTable BCM88690_B0 3
    (gdb) vorn-view 0x7ffffffde2a0
 
-gdb loads this file by itself with libVornTunnelKelvar. It reads memory and calls nothing, so it serves
-core files, too. Of the library it needs neither debug information nor symbols: the class is what the
-object's run-time type information says. Layouts come from the file beside this one, which
-`vorn export --format csv --all` has written when the library was built.
+gdb loads this file by itself with libVornTunnelKelvar. It reads memory and calls nothing, so it
+works on core files, too. It needs neither debug information nor symbols of the library: the class
+comes from the object's run-time type information. The layouts come from the file beside this one,
+which `vorn export --format csv --all` writes when the library is built.
 """
 
 import csv
@@ -19,7 +19,7 @@ import re
 import gdb
 import gdb.printing
 
-# Where a view keeps its members, in bytes: its virtual table, buf_, chipType_, variant_, len_.
+# Where the members of a view lie, in bytes from its beginning; its virtual table's address is at 0.
 BUF, CHIP_TYPE, VARIANT, LEN = 8, 16, 17, 18
 POINTER = 8
 
@@ -46,7 +46,7 @@ class Field:
         self.tag = int(row["tag"]) if row["tag"] else None
 
     def value_in(self, image):
-        """Nothing where the image ends before the field."""
+        """None where the image ends before the field."""
         if self.offset + self.width > 8 * len(image):
             return None
         return int.from_bytes(image, "little") >> self.offset & (1 << self.width) - 1
@@ -94,12 +94,12 @@ class Catalogue:
                 self.pairs.setdefault(key, Pair(row)).fields.append(Field(row))
 
     def find(self, table, chip, variant):
-        """Nothing where there is no such pair."""
+        """None where there is no such pair."""
         self.load()
         return self.pairs.get((table, chip, "any")) or self.pairs.get((table, chip, str(variant)))
 
     def named(self, table, chip, variant):
-        """The pair as a person writes it."""
+        """The pair that a person names; a GdbError if there is none."""
         self.load()
         if table not in self.tables:
             raise gdb.GdbError(f'unknown table "{table}"' + suggestion(table, self.tables))
@@ -130,10 +130,10 @@ def symbol_at(address):
 
 
 def class_of(view):
-    """The class of the object at an address, or that class from which it derives; else None.
+    """The class of the object at an address, or the class it derives from; None if it is no view.
 
-    The virtual table is preceded by the address of the type's information: virtual table of its own,
-    address of the name, and in a class with one base, the base's information."""
+    The virtual table is preceded by the address of the type information: its own virtual table, the
+    address of the name and, in a class with one base, that of the base's information."""
     catalogue.load()
     table = number_at(view, POINTER)
     try:

@@ -47,7 +47,7 @@ std::string_view textOf( Argument argument, std::string_view name ) {
    return { text, static_cast<std::size_t>( sqlite3_value_bytes( argument ) ) };
 }
 
-// The bytes of an entry in an argument: its blob, or what it writes as text.
+// The bytes of the entry that an argument gives as a BLOB or as text.
 class ImageBytes {
 public:
    ImageBytes( const Layout& layout, Argument argument ) {
@@ -91,7 +91,7 @@ void give( sqlite3_context* context, std::span<const U8> bytes ) {
    sqlite3_result_blob( context, bytes.data(), static_cast<int>( bytes.size() ), SQLITE_TRANSIENT );
 }
 
-// Does it; what it throws is the error of the SQL statement.
+// Performs the action; what it throws becomes the error of the SQL statement.
 template<class Action>
 void guarded( sqlite3_context* context, const Action& action ) noexcept {
    try {
@@ -255,7 +255,7 @@ bool sameName( const std::string& left, std::string_view right ) {
    return sqlite3_stricmp( left.c_str(), std::string( right ).c_str() ) == 0;
 }
 
-// The columns of a table or view, in their order. One that isn't there has none.
+// The columns of a table or view, in their order; none if it doesn't exist.
 std::vector<std::string> columnsOf( sqlite3* database, std::string_view table ) {
    sqlite3_stmt* made = nullptr;
    const char* const query = "SELECT name FROM pragma_table_info( ?1 )";
@@ -350,7 +350,7 @@ struct DecodeCursor : sqlite3_vtab_cursor {
    }
 };
 
-// Does it, and turns what it throws into the table's error.
+// Performs the action; what it throws becomes the table's error.
 template<class Action>
 int guarded( sqlite3_vtab* table, const Action& action ) noexcept {
    try {
@@ -540,7 +540,7 @@ extern "C" int sqlite3_vornsqlite_init( sqlite3* database, char** message,
    try {
       const auto pairs = std::make_shared<Pairs>();
       for( const Function& one : functions ) {
-         // SQLite releases it, also where it fails.
+         // SQLite releases it, even on failure.
          const int status = sqlite3_create_function_v2(
             database, one.name, one.arguments, one.flags, new std::shared_ptr<Pairs>( pairs ),
             one.call, nullptr, nullptr, release );

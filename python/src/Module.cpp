@@ -159,7 +159,7 @@ True
 )" );
    layout.def_property_readonly(
       "size", []( const PairLayout& self ) { return self.layout().bytes(); },
-      R"(Bytes of an entry.
+      R"(The size of an entry in bytes.
 
 >>> vorn.Layout("LifTable", "BCM88690_B0").size
 80
@@ -179,7 +179,7 @@ True
    layout.def( "__getitem__", &PairLayout::field, "name"_a, R"(__getitem__(self, name, /)
 --
 
-The field with this name.
+The field with this name; a name that the pair lacks is an Error.
 
 >>> vorn.Layout("LifTable", "BCM88690_B0")["vsi"].width
 15
@@ -206,9 +206,9 @@ The names of the fields in declared order.
                "strict"_a = true, R"(encode(self, values, base=None, *, strict=True)
 --
 
-The bytes of an entry with these values: the rest is zero except for the tag, or as in base.
+The bytes of an entry with these values; the rest is zero except for the tag, or as in base.
 
-A value is an int, or a str in a notation of vorn: "0x7d0", "10.0.0.1", "mask" for all ones. Two
+A value is an int, or a str in a notation of vorn: "0x7d0", "10.0.0.1", or "mask" for all ones. Two
 values that contradict each other in bits that their fields share are an Error; with strict=False
 the later one wins.
 
@@ -261,7 +261,7 @@ arrays of a large dump share memory that lives as long as any of them.
       R"(arrow(self, dump, fields=None, stride=None, *, batch_rows=65536)
 --
 
-The same columns as an Arrow stream, some rows at a time.
+The columns of decode_batch() as an Arrow stream, in batches of at most batch_rows rows.
 
 A field of more than 64 bits is a fixed-size list of its words.
 
@@ -273,7 +273,9 @@ A field of more than 64 bits is a fixed-size list of its words.
                R"(address(self, entry, array=0, identifier=0)
 --
 
-Where an entry lies: the entry of an array element of an instance.
+Where an entry of a given array element and instance lies on the chip's S-channel.
+
+An index out of range is an Error, and so is a pair without an address.
 
 >>> vorn.Layout("LifTable", "BCM88690_B0").address(4097)
 Address(address=4097, access_type=10, dest_block=1)
@@ -308,7 +310,8 @@ void addArrow( py::module_& module ) {
       "requested_schema"_a = py::none(), R"(__arrow_c_stream__(self, requested_schema=None)
 --
 
-A capsule with an ArrowArrayStream, which begins at the first entry. The schema is as it is.
+A capsule with an ArrowArrayStream, which begins at the first entry. A requested schema is
+ignored.
 
 >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
 >>> lif.arrow(lif.encode({})).__arrow_c_stream__()  # doctest: +ELLIPSIS
@@ -378,7 +381,9 @@ vorn.Layout('TcamActionTable', 'BCM88690_B0', 0)
                R"(locate(chip, address, dest_block=None)
 --
 
-What lies at an address of a chip's S-channel, or only in one destination block.
+The entries at an address of a chip's S-channel, or only those in one destination block.
+
+An address at which nothing lies is an Error.
 
 >>> vorn.locate("BCM88690_B0", 4097)[0]
 Location(layout=vorn.Layout('LifTable', 'BCM88690_B0', 0), entry=4097, array=0, identifier=0)

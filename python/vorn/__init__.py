@@ -29,7 +29,7 @@ __all__ = [
     "tables",
 ]
 
-# Where people find them, in messages and in pickles.
+# The module under which messages and pickles name them.
 for _type in (Address, ArrowTable, Dump, Error, Field, Layout, Location, MisuseError):
     _type.__module__ = __name__
 del _type

@@ -66,7 +66,7 @@ def _alone(layout: Layout, field: Field, row: int, value: Any) -> bytes:
 
 
 def _is_one(value: Any) -> bool:
-    """Whether it is one value for all rows rather than a column."""
+    """Whether this is one value for all rows rather than a column."""
     return isinstance(value, (int, str, float, bytes, type(None))) or (
         hasattr(value, "__index__") and getattr(value, "ndim", 0) == 0
     )
@@ -129,7 +129,7 @@ def encode_batch(
     if bases is not None and many and bases.size // size != rows:
         raise Error(f"the base has {bases.size // size} images; the columns have {rows} rows")
 
-    # What every row has is encoded once, but where bits are shared with other fields' values.
+    # A value that all rows have is encoded once, unless it shares bits with a column.
     shares = any(
         _overlap(fields[one], fields[column])
         for one in fields
@@ -221,7 +221,8 @@ def diff(before: Buffer, after: Buffer, layout: Layout, first_entry: int = 0) ->
     """What differs between two dumps: a row for each value that isn't the same in both.
 
     The rows are in order of the entries, then of the fields. The values are uint64, or Python ints
-    if the pair has fields of more than 64 bits. Bits of no field are not compared.
+    if the pair has fields of more than 64 bits. Bits of no field are not compared. Dumps that
+    differ in length are an Error.
 
     >>> lif = vorn.Layout("LifTable", "BCM88690_B0")
     >>> before = lif.encode_batch({"vsi": [7, 8, 9]})
@@ -278,7 +279,7 @@ def _name_of(path: Source) -> str:
 
 
 class _Begun:
-    """A file of which the first bytes have been read already."""
+    """A file whose first bytes have been read already."""
 
     def __init__(self, first: Any, file: Any) -> None:
         self.first = first
@@ -290,9 +291,9 @@ class _Begun:
 
 
 class _Decompressed:
-    """What is compressed in a file, in one frame after another."""
+    """The decompressed bytes of a file, which has one compressed frame after another."""
 
-    PIECE = 8192  # bytes that are decompressed at a time, which may become many
+    PIECE = 8192  # compressed bytes taken at a time, which may become many more
 
     def __init__(self, file: Any, name: str, format: str, make: Any, error: Any) -> None:
         self.file = file
@@ -324,7 +325,7 @@ class _Decompressed:
 
 
 def _decompressed(file: Any, name: str) -> Any:
-    """The file, or what gzip or zstd has compressed in it."""
+    """The file, or what is in it if gzip or zstd has compressed it."""
     first = file.read(4)
     if not isinstance(first, (bytes, str)):
         return _Begun(b"", file)
@@ -382,17 +383,17 @@ def read_dump(
     empty: bool = False,
     strict: bool = False,
 ) -> Dump:
-    """The entries of one pair in a file, by path or open: what vorn decode reads.
+    """The entries of one pair in a file, given by its path or open: whatever vorn decode reads.
 
-    The first line determines the form, unless format names it as vorn's --image-format does:
-    hexdump, xxd, lines of digits, JSON, CSV, bytes. Input compressed with gzip or zstd is
+    The first line determines the form (hexdump, xxd, lines of digits, JSON, CSV or plain bytes),
+    unless format names it as vorn's --image-format does. Input compressed with gzip or zstd is
     decompressed. Table and chip may be left out if the images name them. Without a variant the
     tag decides. Entries that were never written, zeroes that fit no tag, are left out and counted
     unless empty is true. A tag that contradicts the variant is a warning, or an Error if strict.
 
-    first_entry, array and identifier say where the first entry of a dump without addresses lies,
-    stride how many bytes the entries are apart. Without first_entry it is entry 0; a dump whose
-    offsets begin elsewhere is a warning then.
+    first_entry, array and identifier say where the first entry of a dump without addresses lies;
+    stride is the number of bytes from one entry to the next. Without first_entry it is entry 0; if
+    the offsets of the dump begin elsewhere, that is a warning.
 
     >>> import io
     >>> text = io.StringIO("entry,image\\n7,4523010000000000\\n9,4623010000000000\\n")
@@ -422,7 +423,7 @@ def read_dumps(
     empty: bool = False,
     strict: bool = False,
 ) -> dict[Layout, Dump]:
-    """The same for any number of pairs, such as vorn program prints: a Dump for each layout.
+    """Like read_dump(), for any number of pairs, as vorn program prints them: a Dump for each layout.
 
     >>> import io
     >>> text = io.StringIO('''

@@ -1,4 +1,4 @@
-"""The types of the objects that the module returns."""
+"""The errors that the package raises, and the types of what it returns."""
 
 from __future__ import annotations
 
@@ -40,7 +40,7 @@ class Field(NamedTuple):
     name: str
     hardware_name: str
     identifier: int
-    offset: int  # in bits of the entry; bit 0 is the lowest of byte 0
+    offset: int  # in bits; bit 0 is the lowest of byte 0
     width: int  # in bits
     read_only: bool  # part of the tag, which every entry of the pair has
 
@@ -58,7 +58,7 @@ class Address(NamedTuple):
 
 
 class Location(NamedTuple):
-    """An entry that was asked for by its address.
+    """An entry found by its address.
 
     >>> vorn.locate("BCM88690_B0", 4097)[0].entry
     4097
@@ -71,7 +71,7 @@ class Location(NamedTuple):
 
 
 class Dump:
-    """The entries of a pair in a file, and where they lie: -1 if the file doesn't say.
+    """The entries of one pair in a file, and where they lie: -1 where the file doesn't say.
 
     Unpacks to the images and the numbers of their entries.
 
@@ -96,11 +96,11 @@ class Dump:
     ) -> None:
         self.layout = layout
         self.images = images  # (N, size)
-        self.entries = entries  # (N,), as all that follow
-        self.arrays = arrays  # elements of the array
-        self.identifiers = identifiers  # of the instances
-        self.addresses = addresses  # of the S-channel
-        self.empty = empty  # how many entries were left out, which nobody has written
+        self.entries = entries  # (N,), like the next three
+        self.arrays = arrays  # numbers of the array elements
+        self.identifiers = identifiers  # numbers of the instances
+        self.addresses = addresses  # on the S-channel
+        self.empty = empty  # how many entries were left out because they were never written
 
     def __iter__(self) -> Iterator[Any]:
         return iter((self.images, self.entries))

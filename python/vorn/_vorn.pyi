@@ -6,7 +6,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from vorn._types import Address, Field, Location
 
-# What has bytes: bytes, bytearray, memoryview, mmap, arrays of uint8.
+# Anything that holds bytes: bytes, bytearray, memoryview, mmap, arrays of uint8.
 Buffer = Any
 Value = Union[int, str]
 
