@@ -10,7 +10,7 @@ export function differenceTable(difference: Difference): HTMLElement[] {
       { class: "diff-summary" },
       fields.length === 0 && numbers.length === 0
          ? difference.isOtherBits
-            ? "Only bits of no field differ."
+            ? "Only bits that belong to no field differ."
             : `No difference, ${same}.`
          : `${fields.length} field${fields.length === 1 ? " differs" : "s differ"}, ${same}.`,
    );
