@@ -39,8 +39,8 @@ public:
    std::size_t size() const { return rows_.size(); }
    Entry at( std::size_t index ) const;
 
-   // The first error or else the first warning as `vorn` prints it, and how many more there are;
-   // empty where there is none.
+   // The first error, or else the first warning, as `vorn` prints it, and how many more there are;
+   // empty if there are none.
    std::string message() const;
    bool hasErrors() const { return errors_ > 0; }
 

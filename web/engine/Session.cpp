@@ -25,7 +25,7 @@ using Vorn::Layout;
 
 namespace {
 
-// As many as a person looks through.
+// The most fields that a search lists: no more than a person looks through.
 constexpr std::size_t mostResults = 60;
 
 std::string stringIn( const Json& question, const char* key ) {
@@ -251,8 +251,8 @@ Entries Session::readDump( std::string_view bytes, const std::string& name ) con
    return first;
 }
 
-// Shows the image of a text, or the first of several, which then are the entries to pick from; of
-// no text, a fresh entry. Answers with the view, unless the pair is another one.
+// Shows the image in a text, or the first of several, which then become the entries to pick from;
+// a fresh entry if the text is blank. Answers with the view, unless the image is of another pair.
 Json Session::read( const Json& question, std::string_view text ) {
    if( isBlank( text ) ) {
       show( layout_, layout_.blank() );
@@ -304,7 +304,7 @@ Json Session::viewOf( const Json& question, const std::string& message ) const {
    return answer;
 }
 
-// The same, with the warning that the image deserves.
+// The same, with the warning about the image, if any.
 Json Session::view( const Json& question, std::string_view ) {
    const auto read =
       Entries::ofArgument( hexDigitsOf( image_ ), { .table = std::string( layout_.table() ),
@@ -568,7 +568,7 @@ Json Session::loadOther( const Json& question, std::string_view bytes ) {
    return answer;
 }
 
-// Leaves the second dump alone, or both.
+// Closes the second dump alone, or both.
 Json Session::unload( const Json& question, std::string_view ) {
    other_ = {};
    if( !question.value( "otherOnly", false ) ) {

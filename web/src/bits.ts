@@ -18,9 +18,9 @@ const wordBits = 32;
 const inks = ["is-set", "is-clear", "is-unused"] as const;
 type Ink = (typeof inks)[number];
 
-// The digits of a word are a text for each ink, which lies over the bits: a few long texts are drawn
-// in a frame, hundreds of single digits are not. A bit has its own digit too, which is not drawn but
-// the end of its name.
+// The digits of a word are drawn as one text for each ink, which lies over the bits: a few long
+// texts are drawn within a frame, hundreds of single digits are not. Each bit has its own digit,
+// too, which is not drawn: it is the end of the bit's name.
 interface Word {
    bits: number[]; // as they lie on the page
    texts: Record<Ink, Text>;
@@ -154,7 +154,7 @@ export class BitGrid {
       }
    }
 
-   // The arrows go as the bits lie on the page.
+   // The arrow keys move as the bits lie on the page.
    private key(event: KeyboardEvent): void {
       const bit = bitOf(event.target);
       if (bit === null) {

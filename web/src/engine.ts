@@ -184,7 +184,7 @@ export function refusalOf(action: () => void): string {
    }
 }
 
-// What a Refusal says; other errors go on.
+// The reason of a Refusal; any other error is thrown again.
 export function reasonOf(error: unknown): string {
    if (error instanceof Refusal) {
       return error.message;

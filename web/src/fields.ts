@@ -5,7 +5,7 @@ import { breakable, byId, fillSelect, make, setText } from "./dom";
 export interface FieldEvents {
    changed(field: Field, text: string): string; // the reason where the value is refused
    committed(): void;
-   takenBack(): void; // what was refused
+   takenBack(): void; // a value that was refused is gone again
    notationChosen(field: Field, notation: string): void;
    looked(field: number | null): void; // at the field of that place, or at none
 }
@@ -23,7 +23,7 @@ interface Row {
 
 const untouched = { isTyped: false, isRefused: false, isZero: false };
 
-// As many names as stand beside a field that shares bits with many.
+// The most names that are shown beside a field that shares bits with others.
 const mostShared = 3;
 
 export class FieldList {
@@ -151,7 +151,7 @@ export class FieldList {
       }
    }
 
-   // A value that is refused goes; what is accepted is written as the notation has it.
+   // Replaces what was typed with the value of the entry, written in the notation.
    private leave(row: Row, place: number): void {
       if (row.isTyped) {
          this.settle(row, place);

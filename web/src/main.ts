@@ -14,11 +14,11 @@ import type { Destination } from "./search";
 import { blankState, flawOf, fragmentOf, loadPreferences, savePreferences, stateOf } from "./state";
 import type { State } from "./state";
 
-// Texts beyond this are dumps, which a text area would only show slowly.
+// Longer texts are taken as dumps, because a text area shows them only slowly.
 const longestText = 1 << 16;
-// A longer fragment is no link that people send.
+// In a longer fragment, the digits of the image replace the text.
 const longestFragment = 1 << 14;
-// From a keystroke to the link that has it, in milliseconds.
+// From a keystroke to its place in the link, in milliseconds.
 const linkDelay = 100;
 
 class Explorer {
@@ -321,13 +321,13 @@ class Explorer {
       };
    }
 
-   // Puts what is typed into the link, a moment later: that takes a browser longer than to show it,
-   // and browsers refuse more than some hundred links within seconds.
+   // Puts what is typed into the link a moment later: changing the link takes a browser longer than
+   // showing the text, and browsers refuse more than some hundred changes within seconds.
    private rememberSoon(): void {
       this.timer ??= setTimeout(() => this.remember(true), linkDelay);
    }
 
-   // Puts what is shown into the link. What is typed on and on is one step to go back from.
+   // Puts what is shown into the link. Continuous typing is one step in the browser's history.
    private remember(isTyping = false): void {
       clearTimeout(this.timer);
       this.timer = undefined;
@@ -408,7 +408,7 @@ class Explorer {
    }
 
    private openChosen(): void {
-      // An image that says its pair would hold on to it: its digits alone stay.
+      // Text that names its pair would lead back to that pair: only the image's digits stay.
       if (this.view && !this.isTextList && this.image.value.trim() !== "") {
          this.image.value = this.view.image;
       }

@@ -6,7 +6,7 @@ const formats = [
    { name: "zstd", begin: [0x28, 0xb5, 0x2f, 0xfd] },
 ];
 
-// Throws a Refusal where they can't be had.
+// Throws a Refusal if they can't be decompressed.
 export async function plainBytesOf(file: File): Promise<Uint8Array> {
    const begin = new Uint8Array(await file.slice(0, 4).arrayBuffer());
    const format = formats.find((one) => one.begin.every((byte, i) => begin[i] === byte))?.name;

@@ -98,7 +98,7 @@ export class SearchBox {
             detail: `${field.hardwareName}, ${field.identifier}; ${field.pairs}`,
          })),
       ];
-      // Identifiers are written in decimal, addresses rather not.
+      // Identifiers are written in decimal, addresses usually are not.
       const isDecimal = /^\d+$/.test(this.input.value.trim());
       return isDecimal ? [...named, ...places] : [...places, ...named];
    }

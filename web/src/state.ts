@@ -71,7 +71,7 @@ export function loadPreferences(): Preferences {
    try {
       Object.assign(preferences, JSON.parse(localStorage.getItem(place) ?? "{}"));
    } catch {
-      // A browser may keep nothing of local files: then the choice lasts as long as the page.
+      // A browser may store nothing for local files: the choice then lasts as long as the page.
    }
    return preferences;
 }

@@ -1,4 +1,4 @@
-// The page in Debian's browsers, and vorn itself to hold it against.
+// The page in Debian's browsers, and vorn itself to compare it with.
 import { execFileSync, spawnSync } from "node:child_process";
 import { readFileSync } from "node:fs";
 import { pathToFileURL } from "node:url";
