@@ -1,5 +1,5 @@
 # With ccache as launcher (CMAKE_CXX_COMPILER_LAUNCHER=ccache), precompiled headers and what is compiled
-# with them come from the cache too.
+# with them come from the cache, too.
 if( CMAKE_CXX_COMPILER_LAUNCHER MATCHES "ccache$" )
    set( CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
         CCACHE_SLOPPINESS=pch_defines,time_macros ${CMAKE_CXX_COMPILER_LAUNCHER} )

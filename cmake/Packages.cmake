@@ -49,7 +49,7 @@ set( library_control ${PROJECT_SOURCE_DIR}/packaging/triggers
      ${PROJECT_SOURCE_DIR}/packaging/none/postinst ${PROJECT_SOURCE_DIR}/packaging/none/postrm )
 
 # libraryControl( package lines... ): the control files of a package with libraries. Each line names
-# a library, the version of its name and what those depend on who link it.
+# a library, the version in its name, and what packages that link it depend on.
 function( libraryControl package )
    list( JOIN ARGN "\n" lines )
    file( CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/packages/${package}/shlibs CONTENT "${lines}\n" )

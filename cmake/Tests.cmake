@@ -1,6 +1,6 @@
 # vornTests( program [PREFIX prefix] [PARTS count] [TIMEOUT seconds] ): the tests of a GoogleTest
-# program, each known to ctest; or the whole program in so many parts, as starting it once for each of
-# its tests takes long under a sanitizer.
+# program, each known to ctest; or the whole program in that many parts, as starting it once for each
+# of its tests takes long under a sanitizer.
 option( VORN_WHOLE_TEST_PROGRAMS "Run test programs whole, not each test in a process of its own" OFF )
 include( GoogleTest )
 

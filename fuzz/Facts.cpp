@@ -1,4 +1,4 @@
-// What the public queries say of all pairs of a class.
+// What the public queries say about all pairs of a class.
 #include "Facts.h"
 
 #include <algorithm>

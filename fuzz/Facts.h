@@ -1,4 +1,4 @@
-// What the public queries say of all pairs of a class, asked once before the fuzzing begins.
+// What the public queries say about all pairs of a class, asked once before the fuzzing begins.
 #pragma once
 
 #include "support/EveryClass.h"

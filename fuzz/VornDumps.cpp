@@ -1,6 +1,6 @@
-// Dumps of plain entries with anything between them, as `vorn decode` reads them: many entries at
-// once, which has to print what it prints one by one, to standard error, too. The reader's runs
-// have to be the entries that it reads one by one, wherever its input is cut.
+// Dumps of plain entries with anything between them, as `vorn decode` reads them. Reading many
+// entries at once has to print what reading them one by one prints, on standard error, too. The
+// reader's runs have to be the entries that it reads one by one, wherever its input is cut.
 #include "DumpTranscript.h"
 #include "DumpWalkCheck.h"
 #include "Finding.h"

@@ -1,5 +1,5 @@
-// Any bytes as the images that `vorn decode` reads from standard input, or any images in the ways
-// in which they may be written, which it has to read as they are then.
+// Any bytes as the images that `vorn decode` reads from standard input; or any images, written in
+// any of the possible ways, which it has to read as these images.
 //
 // Images that it takes have to hold in every form of the output what they hold as JSON, which
 // decodes and encodes to itself. Before an image that it refuses it prints the images before, and

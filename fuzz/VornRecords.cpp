@@ -1,4 +1,4 @@
-// Any bytes as the lines of `vorn program`, and what is right of them as arguments of `vorn
+// Any bytes as the lines of `vorn program`, and the right ones among them as arguments of `vorn
 // encode`.
 //
 // Both have to take the same and to make the same of it, in each form of the output, and that has

@@ -1,5 +1,5 @@
 #!/bin/sh
-# compileTime.sh <compiler>...: processor seconds to compile <Hardware/at/LifTable.h>, and of each
+# compileTime.sh <compiler>...: processor seconds to compile <Hardware/at/LifTable.h>, and for each
 # further pair on which all fields are read, written and composed.
 cd "$(dirname "$0")/../.."
 includes="-Iinclude $(printf -- '-I%s ' platform/*/include)"

@@ -1,11 +1,12 @@
-// What the explorer takes in Chromium: to start, for a keystroke on every pair, for a large dump.
+// The time that the explorer takes in Chromium to start, for a keystroke on every pair, and for a
+// large dump.
 //
 //    scripts/make/explorer.sh && node bench/explorer/measure.mjs [start] [keystrokes] [dump]
 //
 // EVERY=10 measures keystrokes on every tenth pair.
 //
-// Times are milliseconds of this machine. Beside those that a page sees, which grow with whatever
-// else runs here, stands the processor time that Linux counts for the browser.
+// Times are in milliseconds on this machine. Beside those that a page sees, which grow with
+// whatever else runs here, it prints the processor time that Linux counts for the browser.
 import { execFileSync } from "node:child_process";
 import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { loadavg, tmpdir } from "node:os";
@@ -89,8 +90,8 @@ async function measureStart(browser) {
 
 // ---- keystrokes
 
-// Puts on the page what a person does who types: `prepare` selects what the keystroke replaces, which
-// has a frame of its own. `press` returns how long the page works on the keystroke, which is what is
+// Types on the page as a person does: `prepare` selects what the keystroke replaces, which has a frame
+// of its own. `press` returns how long the page works on the keystroke, which is what is
 // done at once and the frame that shows it, and how long all lasts with the wait for the screen's turn.
 function install() {
    const image = document.getElementById("image");

@@ -25,7 +25,7 @@ THREE = ["vsi", "vlanEditVid1", "inLifProfile"]
 
 
 class Columns:
-    """The codec's columns over arrays, which are there before."""
+    """The codec's columns over arrays that exist already."""
 
     def __init__(self, library: ctypes.CDLL, columns: dict[str, Any]) -> None:
         self.library = library

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""What a value costs in SQL: nanoseconds a row that `vorn_field` adds to a query over a million rows.
+"""What a value costs in SQL: nanoseconds per row that `vorn_field` adds to a query over a million rows.
 
     bench/sqlite/values.py build/release/integrations/sqlite/vornsqlite.so
 
-The queries take turns, and of each the least of seven times counts. The bare query reads the images
-and calls a function of SQLite's own.
+The queries take turns, and the least of seven times counts for each. The bare query reads the
+images and calls a function of SQLite's own.
 """
 
 import sqlite3

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Prints how many entries of LifTable a second `vorn` takes, as a table of Markdown: of processor
-time on one core, and how much less time it takes on two, beside what only reads the same files.
+"""Prints a table in Markdown: how many entries of LifTable `vorn` takes per second of processor time
+on one core, and how much less time it takes on two, beside a program that only reads the files.
 
     bench/vorn/rates.py VORN [ENTRIES]
 

@@ -115,7 +115,7 @@ std::size_t Columns::State::rowsOf( std::size_t bytes, std::size_t stride ) cons
    return count;
 }
 
-// A row with a value that needs more bits than its field has, which there must be.
+// The first row with a value that needs more bits than its field has; there must be one.
 std::size_t Columns::State::tooLarge( std::size_t rows ) const {
    for( std::size_t row = 0; row < rows; ++row ) {
       for( const Column& column : columns ) {
@@ -155,7 +155,7 @@ void Columns::State::requireValues( std::size_t rows, Overlap overlap ) const {
    }
 }
 
-// Says what is wrong with the row as whoever composes it alone does.
+// Throws the Error that composing the row alone throws, with the number of the row.
 void Columns::State::refuseRow( std::size_t row, Overlap overlap ) const {
    try {
       Composer composer( layout, overlap );

@@ -1,9 +1,8 @@
-// How values move between entry images and columns: one row an image.
+// How values move between entry images and columns, which have one row for each image.
 //
 // An image is taken as 32-bit words. Rows come in blocks, whose words are first turned into columns
-// that stay in the first cache; each field is then a few shifts and a mask for all rows of a block,
-// which the compiler makes vectors of. The few rows after the last whole group of them go one by
-// one.
+// that stay in the first-level cache; each field is then a few shifts and a mask for all rows of a
+// block, which the compiler vectorises. The few rows after the last whole group go one by one.
 #pragma once
 
 #include <Kelvar/Types.h>

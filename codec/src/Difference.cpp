@@ -82,7 +82,7 @@ Difference differenceOf( const Layout& from, const Layout& to ) {
 
 namespace {
 
-// Zeroes alone where the pair's entries are something else: as a memory is before it is written.
+// Whether the entry is all zeroes although its pair has a tag: a memory before it is written.
 bool isUnwritten( const EntryState& state ) {
    return state.layout && !state.layout->tag().empty() &&
           std::all_of( state.image.begin(), state.image.end(),
@@ -94,7 +94,7 @@ bool areSame( std::span<const U8> left, std::span<const U8> right ) {
    return std::equal( left.begin(), left.end(), right.begin(), right.end() );
 }
 
-// The bits of the field but, unless all count, those of narrower fields that lie within it.
+// The bits of the field; unless all count, without those of narrower fields that lie within it.
 std::vector<Difference::Bits> bitsOf( const Layout& layout, const Field& field, bool all ) {
    std::vector<bool> counts( field.width, true );
    for( const Field& other : layout.fields() ) {

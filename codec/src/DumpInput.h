@@ -30,7 +30,7 @@ public:
    explicit DumpInput( ByteSource& source )
       : DumpSource( source ), ByteLines( static_cast<DumpSource&>( *this ) ) {}
 
-   // The first line that isn't blank, or as much of it as decides the form. It is not consumed.
+   // The first line that isn't blank, or as much of it as decides the form. It isn't consumed.
    std::string_view firstLine();
 
    // The one after it, which may be cut off where it is long. What firstLine() has returned is not

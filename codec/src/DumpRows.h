@@ -26,7 +26,7 @@ public:
 
    // Takes a trimmed line that begins `at` bytes after the beginning of its line; false if the dump
    // has ended before it. `bytes` gets the bytes of the row, `before` how many come before them,
-   // which are those of the last row again and again.
+   // which repeat those of the last row.
    bool take( std::string_view line, std::size_t at, std::vector<U8>& bytes, U64& before );
 
    // To be called where there are no more lines: that the dump is whole.

@@ -1,4 +1,4 @@
-// Fields over all tables: where one exists, by any of its names.
+// Fields in all tables: where one exists, by any of its names.
 #include <Vorn/Fields.h>
 
 #include <Vorn/Error.h>

@@ -1,4 +1,4 @@
-// Which pairs of a chip type an entry image may be of, by its length and its tag.
+// Which pairs of a chip type an entry image may belong to, by its length and its tag.
 #include <Vorn/Identify.h>
 
 #include <Vorn/Bits.h>

@@ -15,7 +15,7 @@ class JsonFlaw {
 public:
    explicit JsonFlaw( const nlohmann::detail::exception& exception )
       : id_( exception.id ), reason_( exception.what() ) {
-      // The parser's message has what it was doing before a dash, and what it read after it.
+      // In the parser's message, what it was doing stands before a dash, and what it read after it.
       constexpr std::string_view dash = " - ";
       if( const auto before = reason_.find( dash ); before != std::string::npos ) {
          reason_.erase( 0, before + dash.size() );

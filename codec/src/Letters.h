@@ -1,4 +1,4 @@
-// Names as they are compared: without case and underscores.
+// Names as they are compared: ignoring case and underscores.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// What a record says, put into it key by key: for the readers of JSON and of CSV.
+// Fills a record key by key, for the readers of JSON and of CSV.
 #pragma once
 
 #include <Vorn/Record.h>

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the library in many ways and compares the results: the same test programs pass over each,
-# and vornDump prints the same bytes. Two builds of one tree in different folders are the same, byte
-# for byte.
+# and vornDump prints the same bytes. Two builds of one tree in different folders must be the same,
+# byte for byte.
 #    builds.sh            all of it, which takes long
 #    builds.sh NAME...    some: {gcc,clang}-O{0,1,2,3}[-ndebug], {gcc,clang}-lto,
 #                               {gcc,clang}-static, {gcc,clang}-lto-static, aarch64, reproducible
@@ -91,7 +91,7 @@ debianRoot() {
 }
 
 # Links, and puts a script in the place of a program, which runs it under qemu-user: so programs of
-# another machine start one another, as they would there. The samples are only looked at.
+# another machine start one another, as they would there. The samples are only inspected.
 writeLinker() {
    cat >"$2" <<END
 #!/bin/sh

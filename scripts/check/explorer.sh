@@ -1,15 +1,15 @@
 #!/bin/sh
 # Builds the explorer and drives it in Chromium and Firefox, against vorn. web/checked has the hash of
-# what this last passed on: with --if-changed, the same isn't checked again, nor anything where npm
-# can get no modules; --accept writes it.
+# the sources with which this last passed. With --if-changed, nothing is checked if they are the same,
+# or if npm can't get its modules; --accept writes the hash.
 set -eu
 cd "$(dirname "$0")/../.."
 . scripts/packages.sh
 needPackages $buildPackages git
 mode=${1:-}
 
-# Of what the page is made of and tested by. Of C++ what the compiler sees, so that comments don't
-# count.
+# Everything that the page is made of and tested by; of C++ only what the compiler sees, so that
+# comments don't count.
 inputs() {
    git ls-files -co --exclude-standard -- web codec include src platform \
       scripts/make/explorer.sh scripts/check/explorer.sh tests/support/Classes.def \

@@ -5,8 +5,8 @@ A mutant is a copy of one source with one cell, bound, base, step, tag, identifi
 message changed. It is killed if the compiler refuses it or a test fails; one that survives is a
 hole in the tests, or changes nothing that can be observed.
 
-Of a class the tests are those of its own file, then those of the registry; of the frame those of
-tests/frame, then those of registry and classes; of a stand-in its own.
+The tests of a class are those of its own file, then those of the registry; those of the frame are
+tests/frame, then those of registry and classes; a stand-in has its own.
 """
 
 import argparse

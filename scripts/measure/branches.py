@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """branches.py ROOT BUILD: which branches of src/ and platform/ no test has taken.
 
-From the counters of a build with --coverage. A branch of a template counts once, and as taken if
+Reads the counters of a build with --coverage. A branch of a template counts once, and as taken if
 any of its instances took it: an instance for a class without variants can't take what one for a
-class with variants does. Branches that throw are left out. Ends with another status than 0 if one
-is missing on a line without a mark, or if all are taken on a marked line.
+class with variants does. Branches that throw are left out. The status isn't 0 if a branch is
+missing on a line without a mark, or if all are taken on a marked line.
 """
 
 import collections

@@ -3,7 +3,7 @@
 
 namespace Testing {
 
-// Refers to a callable for as long as it is being called. It takes a compiler a fraction of what
+// Refers to a callable for as long as it is being called. It costs the compiler a fraction of what
 // std::function does, and the tests have a thousand of them.
 class Action {
 public:

@@ -1,4 +1,4 @@
-// Naive bit arithmetic over byte images: what the library is held against.
+// Naive bit arithmetic over byte images: what the library is checked against.
 #pragma once
 
 #include <Kelvar/Types.h>

@@ -1,4 +1,4 @@
-// The contract of a table class as one generic walk, held against plain rows.
+// The contract of a table class as one generic walk, checked against plain rows.
 #include "Contract.h"
 
 #include "Numbers.h"

@@ -1,4 +1,4 @@
-// The contract of a table class as one generic walk, held against plain rows.
+// The contract of a table class as one generic walk, checked against plain rows.
 //
 // A class's test states its rows in its own words and numbers:
 //
@@ -145,7 +145,7 @@ struct TagRow {
    TagFieldRow fields[4];
 };
 
-// What a class must do, and the way to its operations.
+// What a class must do, and how to call its operations.
 struct Expectation {
    std::string name;
    bool isTable = true;

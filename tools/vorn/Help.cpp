@@ -1,4 +1,4 @@
-// How the help of the program and of its verbs looks.
+// The layout of the help of the program and of its verbs.
 #include "Help.h"
 
 #include "Text.h"

@@ -1,4 +1,4 @@
-// How the help of the program and of its verbs looks.
+// The layout of the help of the program and of its verbs.
 #pragma once
 
 #include <memory>

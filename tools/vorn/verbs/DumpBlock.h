@@ -1,4 +1,4 @@
-// Many plain entries of a dump at once: which of them are looked at, and their lines.
+// Many plain entries of a dump at once: which of them are selected, and their lines.
 #pragma once
 
 #include "forms/EntryLine.h"

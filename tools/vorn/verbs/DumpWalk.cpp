@@ -1,4 +1,4 @@
-// What verbs over whole dumps share: their arguments, and the way over the entries.
+// What verbs over whole dumps share: their arguments, and the walk over the entries.
 #include "verbs/DumpWalk.h"
 
 #include "CommandLine.h"

@@ -1,4 +1,4 @@
-// What becomes of an error in one of many: it ends the run, or is reported and counted.
+// What becomes of an error in one of many inputs: it ends the run, or is reported and counted.
 #include "verbs/Failures.h"
 
 #include "CommandLine.h"

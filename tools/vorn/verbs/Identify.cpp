@@ -1,4 +1,4 @@
-// `vorn identify`: which tables and variants an entry image may be of.
+// `vorn identify`: which tables and variants an entry image may belong to.
 #include "Arguments.h"
 #include "CommandLine.h"
 #include "Terminal.h"

@@ -43,7 +43,7 @@ const std::string bitNumbering =
    "significant bit at the left.";
 const std::string sharedBits = " Fields beside \"or\" share bits with those above them.";
 
-// Whether a person looks at the output, who has said that UTF-8 can be shown.
+// Whether the output is a terminal, and the locale says that it shows UTF-8.
 bool isUnicodeTerminal() {
    for( const auto* const name : { "LC_ALL", "LC_CTYPE", "LANG" } ) {
       const char* const value = std::getenv( name );

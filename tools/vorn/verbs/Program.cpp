@@ -1,4 +1,5 @@
-// `vorn program`: JSON lines or CSV that name entries and fields into lines with image and address.
+// `vorn program`: turns JSON lines or CSV that name entries and fields into lines with image and
+// address.
 #include "verbs/Program.h"
 
 #include "Arguments.h"

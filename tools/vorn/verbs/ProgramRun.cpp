@@ -1,4 +1,4 @@
-// Lines of JSON and rows of CSV into composed entries, by several threads.
+// Turns lines of JSON and rows of CSV into composed entries, with several threads.
 #include "CommandLine.h"
 #include "Pipeline.h"
 #include "Places.h"
