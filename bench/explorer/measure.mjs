@@ -21,7 +21,7 @@ const isAsked = (part) => parts.length === 0 || parts.includes(part);
 
 const tick = 1000 / Number(execFileSync("getconf", ["CLK_TCK"], { encoding: "utf8" }));
 
-// That of all threads of a process.
+// Milliseconds of processor time of all threads of a process.
 function timeOf(process) {
    try {
       const [, rest] = readFileSync(`/proc/${process}/stat`, "utf8").split(/\) (?=[A-Z] )/);
@@ -32,7 +32,7 @@ function timeOf(process) {
    }
 }
 
-// That of the process's first thread, where a renderer runs its page.
+// The same of the process's first thread, where a renderer runs its page.
 const timeOfPage = (process) =>
    Number(readFileSync(`/proc/${process}/schedstat`, "utf8").split(" ")[0]) / 1e6;
 

@@ -13,7 +13,7 @@ namespace Vorn {
 // quote without end is a BadText, and so is what follows a closing quote up to the comma.
 std::vector<Piece> cellsOf( std::string_view line );
 
-// That the row has as many cells as the header, else a BadText.
+// Requires that the row has `count` cells, as the header has; otherwise a BadText.
 void requireCells( const std::vector<Piece>& cells, std::size_t count );
 
 } // namespace Vorn

@@ -53,7 +53,7 @@ std::vector<std::string> stacked( std::string_view key, std::size_t columns ) {
    return lines;
 }
 
-// Adds what of these bits the row has to its first strip in which they are free.
+// Adds those of the bits that lie in the row to its first strip in which they are free.
 void addPart( DrawingRow& row, const BitOrder::Field* field, unsigned offset, unsigned width ) {
    const unsigned low = std::max( offset, row.low() );
    const unsigned end = std::min( offset + width, row.high() + 1 );
@@ -71,7 +71,7 @@ void addPart( DrawingRow& row, const BitOrder::Field* field, unsigned offset, un
    strip->push_back( { field, low, end - 1 } );
 }
 
-// Whether the two have the same to show: one field, or none, over all of each strip.
+// Whether the rows look the same: each of their strips shows one field, or none, over all its bits.
 bool continues( const DrawingRow& row, const DrawingRow& next ) {
    const auto isWhole = []( const std::vector<DrawingCell>& strip ) {
       return strip.size() == 1 && strip.front().bits() == 32;

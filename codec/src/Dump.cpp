@@ -112,7 +112,7 @@ std::string noTagText( const Layout& layout, std::span<const U8> image ) {
 constexpr std::array<std::string_view, 8> columnNames{ "image", "table", "chip",       "variant",
                                                        "entry", "array", "identifier", "address" };
 
-// What files begin with that no memory does.
+// The bytes with which files begin, but no memory.
 struct Magic {
    std::string_view bytes;
    std::string_view what;
@@ -147,7 +147,7 @@ bool isWideText( std::string_view bytes ) {
    return true;
 }
 
-// That the bytes may be those of a memory.
+// Requires that the bytes may be those of a memory.
 void requireMemory( std::string_view bytes, const std::string& name ) {
    const auto refuse = [&]( std::string_view what ) {
       throw Error( name, "this " + std::string( what ) +

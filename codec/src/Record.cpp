@@ -202,7 +202,7 @@ private:
       return beginOfToken( line, [&]( std::size_t, std::size_t end ) { return end >= position; } );
    }
 
-   // That the value at byte_ has no 0 before other digits, which JSON takes for a value of
+   // Requires that the value at byte_ has no 0 before other digits: JSON takes that for a value of
    // its own.
    void requireNotOctal() {
       const auto begin = record_.byte_;
@@ -403,7 +403,7 @@ void RecordComposer::locate( const Layout& layout ) {
    throw Error( "no entry of " + layout.pairText() + " lies at " + hexOf( address ) );
 }
 
-// That the address of the line, or the part of it that is there, is the entry's.
+// Requires that the address in the line, or the part of it that is given, is the entry's.
 void RecordComposer::requirePlace( const std::optional<Address>& address ) {
    const auto require = [&]( std::string_view name, auto given, U32 token, U64 own, auto textOf ) {
       if( !given || ( address && *given == own ) ) {

@@ -53,7 +53,7 @@ public:
    // to begin with.
    void open( RecordKey key, std::size_t token );
 
-   // That its value says nothing.
+   // The key has a value that says nothing.
    void leave( RecordKey key ) { tokenIs( key, 0 ); }
 
    bool isGiven( RecordKey key );
@@ -66,7 +66,7 @@ public:
    Record::FieldValue& addField( std::string& name, std::size_t token );
    Record::FieldValue& lastField() { return record_.fields_[record_.fieldCount_ - 1]; }
 
-   // Its value; `text` is swapped.
+   // The value of that field; `text` is swapped.
    void takeValue( std::string& text );
 
 private:

@@ -42,7 +42,7 @@ public:
    std::size_t stride() const { return stride_; }
    std::span<const U8> bytes() const { return bytes_; }
 
-   // Some of them.
+   // The bytes of `rows` images from `first` on.
    std::span<const U8> bytes( std::size_t first, std::size_t rows ) const;
 
 private:

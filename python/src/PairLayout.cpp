@@ -238,7 +238,7 @@ py::dict PairLayout::decode( py::handle image, py::handle names ) const {
    const auto& keys = this->names().keys;
    if( names.is_none() ) {
       layout_.requireFields( bytes );
-      // A copy that has the keys needs not grow.
+      // A copy that has the keys needn't grow.
       auto result = py::reinterpret_steal<py::dict>( PyDict_Copy( this->names().all.ptr() ) );
       if( !result ) {
          throw py::error_already_set();

@@ -73,7 +73,8 @@ aptInside() {
 }
 
 "$build/tools/vorn/vorn" program examples/entries.jsonl >"$work/here.txt"
-# entriesAsHere <standard error>: that vorn programs the entries of the example, and says no more.
+# entriesAsHere <standard error>: checks that vorn programs the entries of the example, and says no
+# more.
 entriesAsHere() {
    inside vorn program /usr/share/doc/vorn/examples/entries.jsonl >"$work/there.txt" 2>"$work/said"
    diff "$work/here.txt" "$work/there.txt" || fail "vorn prints other entries there"
@@ -81,7 +82,7 @@ entriesAsHere() {
    echo "vorn: $(wc -l <"$work/here.txt") entries as here"
 }
 
-# consumerBuilds: that a program is built there against what is installed, in both ways.
+# consumerBuilds: checks that a program builds there against what is installed, in both ways.
 consumerBuilds() {
    rm -rf "$root/consumer"
    cp -R tests/install/consumer "$root/consumer"
@@ -142,7 +143,7 @@ done | cut -d : -f 1 | sort | uniq -c >"$work/said"
 printf '%7d %s\n' 1 vorn-platform-stand-ins 2 vorn-platform-stand-ins-dev | diff - "$work/said" ||
    fail "the stand-ins are still in the library's packages"
 
-# sqlFindsEntries: that SQLite loads the extension by its name.
+# sqlFindsEntries: checks that SQLite loads the extension by its name.
 sqlFindsEntries() {
    inside sqlite3 -cmd '.load vornsqlite' :memory: \
       "SELECT vorn_field( 'LifTable', 10, 0, 'a00f' || hex( zeroblob( 78 ) ), 'vsi' );" \

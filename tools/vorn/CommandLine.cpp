@@ -108,7 +108,8 @@ CommandLine::CommandLine( const std::string& version ) {
    refuseValuesOfFlags( app_ );
 }
 
-// That no option stands where the value of another one is due: CLI11 would take it for that.
+// Requires that no option stands where another one's value is due: CLI11 would take it for the
+// value.
 void CommandLine::requireValues( const std::vector<std::string>& words ) const {
    const CLI::App* app = &app_;
    for( std::size_t i = 0; i + 1 < words.size() && words[i] != "--"; ++i ) {

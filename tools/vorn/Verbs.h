@@ -17,7 +17,7 @@ namespace Vorn {
 struct Verb {
    CLI::App* app; // its part of the command line
 
-   // Does it, with what parsing has left in the verb's arguments. Fails with an Error, before
+   // Performs the verb with the arguments that parsing has left. Fails with an Error, before
    // anything of the failing part is given to the output.
    std::function<void( Output& output )> run;
 };
@@ -48,10 +48,10 @@ Verb addComplete( CLI::App& commandLine );
 // made and what it says of each field, which the codec works out without views.
 void traceView( const Layout& layout );
 
-// Whether it has.
+// Whether `vorn trace` has switched the trace on.
 bool isTracing();
 
-// Does those of the verbs that parsing has met.
+// Performs the verbs that parsing has found on the command line.
 void runParsed( std::span<const Verb> verbs, Output& output );
 
 } // namespace Vorn

@@ -1,4 +1,4 @@
-// The egress VLAN edit table: two commands an entry, and the entry once more as one number.
+// The egress VLAN edit table: two commands per entry, and the entry once more as one number.
 #pragma once
 
 #include <Hardware/detail/Description.h>

@@ -9,7 +9,7 @@ namespace Hardware::Layouts::IvecTable {
 
 #include <Hardware/detail/FieldNumbers.inc>
 
-// The newer layout is no shifted copy of the older: without `tpidProfile`, the TPID indices are a
+// The newer layout is no shifted copy of the older: without `tpidProfile`, the TPID indices are one
 // bit wider. Variant 2 has one base on chip types 10 and 12, another on 13 to 16.
 // clang-format off
 inline constexpr auto older = chips( range( 2, 8 ) );

@@ -1,4 +1,4 @@
-// The numbers of VLAN edit command profiles: one or eight an entry, as wide as the profiles need.
+// The numbers of VLAN edit command profiles: one or eight per entry, as wide as the profiles need.
 #pragma once
 
 #include <Hardware/detail/Description.h>

@@ -9,7 +9,7 @@ namespace Hardware::Layouts::VttInPpPortConfig0 {
 
 #include <Hardware/detail/FieldNumbers.inc>
 
-// A mapped port is a bit wider where one instance holds all the ports, and moves what follows.
+// A mapped port is one bit wider where one instance holds all the ports, and moves what follows.
 // clang-format off
 inline constexpr auto like10 = chips( 10, 12, 14 );
 inline constexpr auto like13 = chips( 13, 15, 16 );

@@ -176,7 +176,7 @@ TEST( BitBufInline, OtherValueLengths ) {
    }
 }
 
-// That both refuse an image of `length` bytes, and leave it and the value as they are.
+// Expects that both refuse an image of `length` bytes, and leave it and the value as they are.
 void expectRefusal( const Accessors& place, int length ) {
    const Bytes before = randomBytes( length );
    const Bytes value = randomBytes( 8 );

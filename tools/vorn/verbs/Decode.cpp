@@ -27,7 +27,7 @@ void within( Step step ) {
    }
 }
 
-// That the image can be compared with those of the layout.
+// Requires that the image can be compared with those of the layout.
 void requireComparable( const Image& changedFrom, const Layout& layout ) {
    within( [&] {
       requirePair( layout, changedFrom );

@@ -33,7 +33,8 @@ void program( const ProgramArguments& arguments, Output& output );
 // Adds --allow-repeats and --keep-going.
 void addRecords( CLI::App& verb, ProgramArguments& arguments );
 
-// That standard input is among the files but once, else it is wrong usage as CLI11 throws it.
+// Requires that standard input is among the files at most once; otherwise wrong usage, as CLI11
+// throws it.
 void requireOneInput( const std::vector<std::string>& paths );
 
 // What the help says of CSV, and of lines that program the same place.
