@@ -14,8 +14,8 @@
 
 namespace Vorn {
 
-// Writes all of the text, and waits where the descriptor doesn't. Returns 0, or the `errno` that
-// says why it failed.
+// Writes all of the text, and waits even if the descriptor is non-blocking. Returns 0, or the
+// `errno` that says why it failed.
 int writeAll( int descriptor, std::string_view text ) noexcept;
 
 // Writes one line to standard error, after "vorn: ".
@@ -41,8 +41,7 @@ bool isInput( const std::string& word );
 // Failures to open and to read are Errors.
 class FileBytes : public ByteSource {
 public:
-   // `beforeRead` is called each time before more input is asked for, and may have to be waited
-   // for.
+   // `beforeRead` is called each time before more input is requested, which may take a wait.
    FileBytes( const std::string& path, std::function<void()> beforeRead );
    ~FileBytes() override;
    FileBytes( const FileBytes& ) = delete;
@@ -51,7 +50,7 @@ public:
    std::size_t read( char* to, std::size_t size ) override { return plain_.read( to, size ); }
    std::string name() const override { return raw_.name(); }
 
-   // Whether reading doesn't have to wait for others.
+   // Whether a read returns without waiting for whoever writes the input.
    bool isReady() const;
 
    // How many bytes there are to read, 0 if that is unknown; and how many have been read. They

@@ -31,7 +31,7 @@ public:
    using Work = std::function<void( Job&, std::size_t thread )>;
    using Finish = std::function<void( Job& )>;
 
-   // More are of no use to what has to be read and written by one.
+   // More threads don't help, as one of them has to read and write everything.
    static constexpr std::size_t mostThreads = 4;
 
    // `work` must not throw, and may be called by up to mostThreads threads at once.

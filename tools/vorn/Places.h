@@ -21,11 +21,11 @@ namespace Vorn {
 // others about 120.
 class Places {
 public:
-   // The lines of which file follow.
+   // The lines added from now on are of this file.
    void begin( const std::string& file );
 
    // Nothing if no entry has been added there, else where the first one was: "entries.csv:3".
-   // `line` counts from 1 in the file. The layout has to live as long as this.
+   // `line` counts from 1 in the file. The layout has to outlive this object.
    std::optional<std::string> add( const Layout& layout, const EntryIndex& index,
                                    const Address& address, U64 line );
 

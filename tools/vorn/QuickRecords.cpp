@@ -25,7 +25,8 @@ namespace Vorn {
 
 namespace {
 
-// Not its ondemand, which is compiled for the processor that all have; dom chooses at run time.
+// Not simdjson's ondemand, which is compiled for the lowest common processor; dom chooses its code
+// at run time.
 namespace Json = simdjson::dom;
 
 static_assert( QuickRecords::padding >= simdjson::SIMDJSON_PADDING );

@@ -11,7 +11,7 @@
 namespace Vorn {
 
 // Composes the entries of plain lines as a RecordComposer does, several times faster, and leaves
-// all other lines to it. Plain are objects of "table", "chip", "variant", "entry", "array",
+// all other lines to it. Plain lines are objects of "table", "chip", "variant", "entry", "array",
 // "identifier" and "fields", in any order, without anything that would be an Error.
 class QuickRecords {
 public:

@@ -14,8 +14,8 @@
 
 namespace Vorn {
 
-// Whether what is written to the file descriptor may be coloured: it is a terminal, which is not
-// called "dumb", and NO_COLOR is not set or empty.
+// Whether what is written to the file descriptor may be coloured: it is a terminal, TERM isn't
+// "dumb", and NO_COLOR is unset or empty.
 bool hasColours( int descriptor );
 
 enum class Paint {

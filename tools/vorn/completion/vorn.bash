@@ -1,4 +1,4 @@
-# Completion of vorn for bash. What may stand next, vorn itself knows.
+# Completion of vorn for bash. vorn itself knows what may come next.
 _vorn() {
    local line=${COMP_LINE:0:COMP_POINT} words candidate
    read -ra words <<< "$line"

@@ -1,4 +1,4 @@
-# Completion of vorn for fish. What may stand next, vorn itself knows.
+# Completion of vorn for fish. vorn itself knows what may come next.
 function __vorn_candidates
    set -l words (commandline --tokenize --current-process --cut-at-cursor)
    set -l word (commandline --current-token --cut-at-cursor)

@@ -24,6 +24,7 @@ struct Decoded {
                                // empty where there is none
 };
 
+// Prints decoded images in one form, one after another.
 class ImagePrinter {
 public:
    // `namesPair`: the form for people and the single line say which pair an image is of.
@@ -38,9 +39,9 @@ public:
    // Names the file of the images that follow, where there are several.
    void nameFile( const std::string& file );
 
-   // The lines for an image, valid until the next call. CSV has its header before the first row,
-   // whose columns are the fields of the first image's table on its chip type if nothing else has
-   // said them; an image with other fields is an Error then.
+   // The lines for an image, valid until the next call. CSV has its header before the first row;
+   // unless they are chosen or provided, its columns are the fields of the first image's table on
+   // its chip type, and an image with other fields is an Error.
    std::string_view print( const Decoded& decoded );
 
    // What composes the same lines, but for the header of CSV, until the next file is named; null

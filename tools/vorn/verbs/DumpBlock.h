@@ -20,11 +20,12 @@ namespace Vorn {
 struct EntryPlan {
    const Layout* layout;
    std::size_t bytes;            // of an entry
-   std::optional<Filter> filter; // that they have to fulfil
-   bool isLeftOut = false;       // they can't fulfil it
+   std::optional<Filter> filter; // the condition that they have to meet
+   bool isLeftOut = false;       // they can't meet it
    const EntryLine* line;        // composes their lines; null where that is done elsewhere
 };
 
+// Some entries of a dump, taken from the reader to be worked on in any thread.
 class DumpBlock {
 public:
    // Takes the entries of the run from the reader. The plans are those of all layouts that they may

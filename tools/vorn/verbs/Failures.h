@@ -11,17 +11,18 @@ class Error;
 class Output;
 class Progress;
 
+// The errors of a run over many inputs.
 class Failures {
 public:
-   // Of a run that goes on after them, or doesn't. What is printed before an error comes first on a
-   // terminal, too.
+   // `keepsGoing`: the run goes on after an error. Output that precedes an error is written before
+   // it, on a terminal, too.
    Failures( bool keepsGoing, Output& output, Progress* progress = nullptr )
       : keepsGoing_( keepsGoing ), output_( output ), progress_( progress ) {}
 
    // Throws the error if it ends the run.
    void take( const Error& error );
 
-   // Throws HasFailed where there were some, after a line that says how many, and what is done.
+   // Throws HasFailed if there were errors, after a line that says how many, and what was done.
    void finish( std::string_view done ) const;
 
    U64 count() const { return count_; }
