@@ -166,7 +166,7 @@ void run( const std::string& input ) {
    }
    std::vector<std::string> records;
    for( const auto& line : linesOf( input ) ) {
-      if( line.find_first_not_of( " \t\r" ) != std::string::npos ) {
+      if( line.find_first_not_of( " \t\v\f\r" ) != std::string::npos ) {
          records.push_back( line );
       }
    }
