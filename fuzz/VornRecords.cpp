@@ -164,9 +164,11 @@ void run( const std::string& input ) {
    if( !isPlain( input ) ) {
       return;
    }
+   const std::string mark = "\xef\xbb\xbf"; // of UTF-8
    std::vector<std::string> records;
-   for( const auto& line : linesOf( input ) ) {
-      if( line.find_first_not_of( " \t\v\f\r" ) != std::string::npos ) {
+   for( const auto& line : linesOf( input.substr( input.starts_with( mark ) ? 3 : 0 ) ) ) {
+      const auto begin = line.find_first_not_of( " \t\v\f\r" );
+      if( begin != std::string::npos && line[begin] != '#' ) {
          records.push_back( line );
       }
    }
