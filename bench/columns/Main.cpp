@@ -242,8 +242,8 @@ void writeTables( std::ostream& out, const Medians& times ) {
       ( times[nameOf( "typed decode", few )] - times[nameOf( "narrowest decode", few )] ) /
       static_cast<double>( few );
    out << "\nMaking the columns of all 22 fields takes " << textOf( times["set-up"] / 1000, 1 )
-       << " µs, which is made good after some " << textOf( times["set-up"] / gain, 0 )
-       << "\nimages: columns take so much less for them than typed accessors.\n";
+       << " µs, which pays off after some " << textOf( times["set-up"] / gain, 0 )
+       << "\nimages, as columns take less time for each than typed accessors.\n";
 }
 
 int run( const char* file ) {
