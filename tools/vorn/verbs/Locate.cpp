@@ -235,13 +235,13 @@ Verb addLocate( CLI::App& commandLine ) {
    const auto arguments = std::make_shared<LocateArguments>();
    verb
       ->add_option( "ADDRESS", arguments->addresses,
-                    "Address on the chip's S-channel, range of them, or - for standard input" )
+                    "Addresses on the chip's S-channel, ranges of them, or - for standard input" )
       ->required();
    addChip( *verb, arguments->chip );
    verb->add_option( "--dest-block", arguments->destBlock, "Only what lies in this block" )
       ->type_name( "N" );
    verb->add_flag( "--bounded", arguments->boundedOnly,
-                   "Leave out memories of which no number of entries is stated" );
+                   "Leave out memories whose number of entries isn't stated" );
    verb->add_flag( "--json", arguments->json, "Print a JSON object for each variant and place" );
    describe(
       *verb,
@@ -250,15 +250,15 @@ Verb addLocate( CLI::App& commandLine ) {
       "memory and the variants of a table. `vorn address` answers the opposite question.\n\n"
       "Where nothing lies at the address, the message names the nearest places around it "
       "and the exit status is 1.\n\n"
-      "Any number of addresses may be given, and of ranges as FIRST-LAST: each line begins with "
-      "the address then. Standard input has them in lines, between blanks or commas; # begins a "
-      "comment. Addresses of a range at which nothing lies are counted on standard error.\n\n"
+      "Several addresses may be given, and ranges as FIRST-LAST: then each line begins with the "
+      "address. In standard input they are separated by blanks, commas or ends of lines; # begins "
+      "a comment. Addresses of a range at which nothing lies are counted on standard error.\n\n"
       "4294967295 entries mean that no number of entries is stated: the memory would have nearly "
       "every address. A note on standard error says so before such a memory is printed; --bounded "
       "leaves it out.\n\n" +
          chipTypesParagraph(),
       "  vorn locate --chip BCM88690_B0 --dest-block 6 0x1101005\n"
-      "  vorn locate --chip BCM88690_B0 --bounded 0x1101000-0x110100f 0x1201000" );
+      "  vorn locate --chip BCM88690_B0 --bounded 0x1101000-0x110100f 0x65000c" );
    return { verb, [arguments]( Output& output ) { locate( *arguments, output ); } };
 }
 
