@@ -225,7 +225,7 @@ TEST( EncodeRows, refused ) {
         "vorn: FILE is required; see vorn encode --help",
         2 },
       { { "encode", "LifTable", "--chip", "10", "--csv", "vsi=7" },
-        "vorn: --csv: takes files, and no field such as \"vsi=7\"; fields are columns of theirs",
+        "vorn: --csv: takes files, and no field such as \"vsi=7\"; fields are columns of the files",
         2 },
       { { "encode", "LifTable", "--chip", "10", "--csv", "-", "--entry", "5" },
         "vorn: --entry excludes --csv; see vorn encode --help",

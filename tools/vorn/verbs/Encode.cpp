@@ -116,7 +116,7 @@ void completeRows( RowsLine& line, EncodeArguments& arguments ) {
       if( path.find( '=' ) != std::string::npos && ::access( path.c_str(), F_OK ) != 0 ) {
          throw CLI::ValidationError( "--csv", "takes files, and no field such as " +
                                                  inQuotes( path ) +
-                                                 "; fields are columns of theirs" );
+                                                 "; fields are columns of the files" );
       }
    }
    requireOneInput( paths );
@@ -160,7 +160,7 @@ Verb addEncode( CLI::App& commandLine ) {
          "The same as --output json" )
       ->excludes( verb->get_option( "--output" ) );
    CLI::Option* const csv =
-      verb->add_flag( "--csv", rows->isGiven, "The entries are rows of files" );
+      verb->add_flag( "--csv", rows->isGiven, "Read the entries from rows of CSV files" );
    for( const char* const other : { "--entry", "--array", "--identifier", "--from" } ) {
       csv->excludes( verb->get_option( other ) );
    }
@@ -169,8 +169,8 @@ Verb addEncode( CLI::App& commandLine ) {
       verb->get_option( other )->needs( csv );
    }
    verb->add_option( "field=value", arguments->fields,
-                     "Fields to set, and their values or mask; with --csv files, - for standard "
-                     "input" );
+                     "Fields to set, with their values; with --csv instead files, - for "
+                     "standard input" );
    verb->callback( [verb, arguments, rows] {
       if( rows->isGiven ) {
          return completeRows( *rows, *arguments );
@@ -191,11 +191,10 @@ Verb addEncode( CLI::App& commandLine ) {
       "the pair's tag; `vorn decode --help` explains how an image may be written. Fields "
       "are written in the given order; where two overlap the later one wins. On a terminal "
       "long lines are wrapped at 80 columns.\n\n"
-      "With --csv the entries are rows of files. " +
+      "With --csv the entries are rows of CSV files. " +
          rowsParagraph() +
-         " TABLE, --chip and --variant stand for columns that are not "
-         "there, and rows have to agree with them. The text of one entry follows that of the "
-         "other. " +
+         " TABLE, --chip and --variant replace columns that are missing; rows must agree with "
+         "them. The entries are printed one after another. " +
          repeatsParagraph() +
          " A bad row ends the program with exit status 1, "
          "after the rows before it; with --keep-going it is reported, and the rows after it "

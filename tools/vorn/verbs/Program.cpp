@@ -20,7 +20,7 @@ namespace Vorn {
 
 Verb addProgram( CLI::App& commandLine ) {
    CLI::App* const verb =
-      commandLine.add_subcommand( "program", "Compose images for JSON lines or CSV" );
+      commandLine.add_subcommand( "program", "Compose images from JSON lines or CSV" );
    const auto arguments = std::make_shared<ProgramArguments>();
    verb->add_option( "FILE", arguments->paths, "Files of JSON lines or CSV, - for standard input" )
       ->required();
@@ -31,39 +31,38 @@ Verb addProgram( CLI::App& commandLine ) {
    addForm( *verb, arguments->form, forms );
    verb
       ->add_option( "--count", arguments->count,
-                    "Entries to expect of a pipe, for the progress line" )
+                    "Entries to expect from a pipe, for the progress line" )
       ->type_name( "N" );
    verb->callback( [arguments] { requireOneInput( arguments->paths ); } );
    describe(
       *verb,
-      "Reads a JSON object from each line that is not blank nor a comment, which # begins, "
-      "decompressed where gzip or zstd "
-      "has compressed the files:\n"
+      "Reads a JSON object from each line, except blank lines and comments, which # begins. Files "
+      "compressed with gzip or zstd are decompressed. The keys:\n"
       "  \"table\", \"chip\"                   names; the chip type also by number\n"
       "  \"variant\"                         0 if not given\n"
-      "  \"entry\", \"array\", \"identifier\"  0 if not given\n"
+      "  \"entry\", \"array\", \"identifier\"    0 if not given\n"
       "  \"fields\"                          an object of field names and values\n"
       "  \"from\"                            an image to begin with instead of a fresh\n"
       "                                    entry, as `vorn encode --from` takes it\n"
       "\n"
       "Fields are written in the order of the line; where two overlap the later one wins. The "
-      "output of `vorn decode --json` and of `vorn program` is taken, too: an \"image\" is the "
-      "image to begin with, \"address\" says the entry where \"entry\" doesn't, and null says "
-      "nothing.\n"
+      "output of `vorn decode --json` and of `vorn program` is accepted, too: an \"image\" is the "
+      "image to begin with, \"address\" says which entry where \"entry\" doesn't, and null counts "
+      "as not given.\n"
       "\n" +
          rowsParagraph() + "\n\n" + repeatsParagraph() + "\n\n" + notationsParagraphs() +
-         " In JSON, all but decimal numbers of at most 64 bits stand in quotes.\n\n"
-         "Prints for each a JSON object in one line, with the image as bytes in "
+         " In JSON, all values but decimal numbers of at most 64 bits are in quotes.\n\n"
+         "Prints a line of JSON for each entry, with the image as bytes in "
          "hexadecimal, entry byte 0 first, and the address; \"address\", \"accessType\" and "
          "\"destBlock\" are null where there is no address. With --output bytes or words "
-         "the line is the image alone, as those bytes or as 32-bit words.\n\n"
+         "the line is only the image, as those bytes or as 32-bit words.\n\n"
          "A bad line ends the program with exit status 1. The lines before it are printed, and "
          "nothing of the bad line or of any after it. With --keep-going it is reported on standard "
-         "error, the lines after it are printed too, and the status is 1 in the end. A line holds "
+         "error, the lines after it are printed too, and the exit status is still 1. A line holds "
          "at most " +
          std::to_string( LineReader::longest ) +
          " bytes.\n\n"
-         "If standard error is a terminal and standard output isn't, a line there shows the "
+         "If standard error is a terminal and standard output isn't, a line on it shows the "
          "progress of a file, or of a pipe with --count.",
       "  echo '{\"table\":\"TcamActionTable\",\"chip\":\"BCM88690_B0\",\"entry\":5,"
       "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -\n"
@@ -74,7 +73,7 @@ Verb addProgram( CLI::App& commandLine ) {
 
 void addRecords( CLI::App& verb, ProgramArguments& arguments ) {
    verb.add_flag( "--allow-repeats", arguments.allowsRepeats,
-                  "Take lines that program the same place" );
+                  "Accept lines that write to the same address" );
    verb.add_flag( "--keep-going", arguments.keepsGoing, "Go on after a bad line" );
 }
 
@@ -85,18 +84,18 @@ void requireOneInput( const std::vector<std::string>& paths ) {
 }
 
 std::string rowsParagraph() {
-   return "In a file of CSV the first row names the columns: table, chip, variant, entry, array, "
-          "identifier, address, image and from, as far as they are needed, and fields; of two "
-          "columns entry or address the second is a field, as some tables have it. Each further "
-          "row is an entry on a line of its own; an empty cell says nothing. Cells may stand in "
-          "quotes, and # begins a line of comment. Fields that contradict each other in bits that "
+   return "The first row of a CSV file names the columns: fields, and as far as needed table, "
+          "chip, variant, entry, array, identifier, address, image and from. Of two columns entry "
+          "or address the second is a field, as some tables have one of that name. Each further "
+          "row is an entry on a line of its own; an empty cell counts as not given. Cells may be "
+          "quoted, and # begins a comment line. Fields that contradict each other in bits that "
           "they share are an error.";
 }
 
 std::string repeatsParagraph() {
-   return "Two lines that program the same place, an address of one table's memory, are an error "
-          "that names both, unless --allow-repeats is given. To find them takes memory: 8 bytes an "
-          "entry where the entries lie side by side, up to 120 where they are scattered.";
+   return "Two lines that write to the same address of a table's memory are an error that names "
+          "both, unless --allow-repeats is given. Finding them takes 8 bytes of memory per entry "
+          "where entries are adjacent, up to 120 where they are scattered.";
 }
 
 } // namespace Vorn

@@ -37,7 +37,7 @@ void addRecords( CLI::App& verb, ProgramArguments& arguments );
 // throws it.
 void requireOneInput( const std::vector<std::string>& paths );
 
-// What the help says of CSV, and of lines that program the same place.
+// What the help says of CSV, and of lines that write to the same address.
 std::string rowsParagraph();
 std::string repeatsParagraph();
 
