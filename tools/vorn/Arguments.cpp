@@ -71,7 +71,7 @@ void addImageFormat( CLI::App& verb, ImageFormat& format ) {
    };
    verb
       .add_option_function<std::string>( "--image-format", take,
-                                         "How digits are taken, auto if not given" )
+                                         "How to read digits, auto if not given" )
       ->type_name( listOf( imageFormatNames(), "|" ) );
 }
 
@@ -97,7 +97,7 @@ std::string chipTypesParagraph() {
 
 std::string notationsParagraphs() {
    return "Values:\n"
-          "  2000, 1_000_000        decimal; underscores may stand between digits of any base\n"
+          "  2000, 1_000_000        decimal; underscores may separate digits of any base\n"
           "  0xffff, 0b1010_0101    hexadecimal, binary\n"
           "  10.0.0.1               IPv4 address: 0x0a000001\n"
           "  2001:db8::1            IPv6 address: 0x20010db8000000000000000000000001\n"
@@ -147,7 +147,7 @@ std::size_t strideOf( const std::optional<std::string>& text ) {
 }
 
 void addSplit( CLI::App& verb, SplitText& split ) {
-   verb.add_option( "--stride", split.stride, "Bytes from an entry of a dump to the next" )
+   verb.add_option( "--stride", split.stride, "Bytes from one entry of a dump to the next" )
       ->type_name( "BYTES" );
    verb.add_option( "--first-entry", split.firstEntry, "First entry of a dump, 0 if not given" )
       ->type_name( "N" );
@@ -170,11 +170,11 @@ std::string imagesParagraphs() {
           "the lines of `hexdump -C`; or as JSON: a string of digits, an array of numbers or "
           "strings, or an object with such an \"image\", as `vorn program` and `vorn decode "
           "--json` print them.\n\n"
-          "0x and eight digits are a word, also where it is the only one: 0x00012345 is the bytes "
+          "0x and eight digits are a word, even if it is the only one: 0x00012345 is the bytes "
           "45 23 01 00. Without 0x, or with --image-format bytes, they are the bytes 00 01 23 45. "
           "A mixture of such words and other pieces is refused. The numbers of a JSON array are "
-          "words where one is above 255, else bytes; on the command line an array stands in an "
-          "object. --image-format words takes each piece or number as a word.";
+          "words if one is above 255, otherwise bytes; on the command line an array must be in an "
+          "object. --image-format words reads each piece or number as a word.";
 }
 
 } // namespace Vorn

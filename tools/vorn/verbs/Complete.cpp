@@ -287,7 +287,7 @@ Candidates Words::candidates( const std::string& word ) const {
 } // namespace
 
 Verb addComplete( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "complete", "Print what may stand next" );
+   CLI::App* const verb = commandLine.add_subcommand( "complete", "Print what may come next" );
    verb->group( "" ); // for shells, not for people
    const auto words = std::make_shared<std::vector<std::string>>();
    verb->add_option( "WORD", *words, "Words after vorn, the last one as far as it is typed" );

@@ -85,11 +85,11 @@ void addForms( CLI::App& verb, DecodeForm& form ) {
       return verb.add_flag_callback(
          name, [&form, chosen] { form = chosen; }, text );
    };
-   CLI::Option* const json = add( "--json", DecodeForm::json, "Print an object of JSON an image" );
+   CLI::Option* const json = add( "--json", DecodeForm::json, "Print a JSON object per image" );
    CLI::Option* const line =
-      add( "--single-line", DecodeForm::singleLine, "Print name=value pairs, a line an image" );
+      add( "--single-line", DecodeForm::singleLine, "Print name=value pairs, one line per image" );
    CLI::Option* const csv =
-      add( "--csv", DecodeForm::csv, "Print names once, then a row of values an image" );
+      add( "--csv", DecodeForm::csv, "Print the names once, then a row of values per image" );
    json->excludes( line )->excludes( csv );
    line->excludes( csv );
 }
@@ -122,34 +122,34 @@ Verb addDecode( CLI::App& commandLine ) {
    describe(
       *verb,
       imagesParagraphs() +
-         "\n\nWhat is no image but the name of a file is read as with --file; what is both is an "
-         "image, which a note says. "
-         "A file, or - for standard input, is recognised by its first line, and what gzip or "
-         "zstd has compressed by its first bytes. What is no text is binary. The rows of `hexdump "
-         "-C`, `hexdump`, `xxd` and `od -tx4` are a dump, and so are binary "
-         "files, `xxd -p` with --image-format stream, and `od -v -An -tx4` with --image-format "
-         "words: entries one after another, whose bytes are split by the entry's length. What is "
-         "left over is an error. Every other line is an image, which has exactly the bytes of an "
+         "\n\nAn argument that is no image but names a file is read as with --file; one that is "
+         "both is an image, and a note says so. The form of a file, or of standard input (-), is "
+         "recognised by the first line, and compression with gzip or zstd by the first bytes. What "
+         "isn't text is binary. The rows of `hexdump -C`, `hexdump`, `xxd` and `od -tx4` are a "
+         "dump, and so are binary files, `xxd -p` with --image-format stream, and `od -v -An -tx4` "
+         "with --image-format words: entries one after another, whose bytes are split by the "
+         "entry's length. Bytes "
+         "left over are an error. Every other line is an image, which has exactly the bytes of an "
          "entry or those up to the end of the last field, perhaps rounded up to 4 or 8; in CSV "
          "the header names the column \"image\". # begins a comment.\n\n"
          "0x and more than eight digits in one piece may be bytes or one number, its highest "
-         "digit first; if the tag doesn't decide, --image-format has to: bytes or number.\n\n"
+         "digit first; if the tag doesn't decide, --image-format must: bytes or number.\n\n"
          "An image may be preceded by its pair, TABLE CHIP VARIANT and a colon, or by its "
          "address, 0x and a colon. A JSON object and the columns of CSV may have \"table\", "
          "\"chip\", \"variant\", \"entry\", \"array\", \"identifier\" and \"address\". TABLE and "
-         "--chip may then be left out; if given, they must agree; an address needs --chip alone. "
+         "--chip may then be left out; if given, they must agree; an address needs only --chip. "
          "The output of `vorn encode` and `vorn program` can be piped into `vorn decode -`.\n\n"
          "Without --variant the tag decides, if the table has tags. With it, a tag that "
          "contradicts it is a warning, with --strict an error. Entries of zeroes that fit no tag "
          "are empty: they are left out and counted.\n\n"
-         "Fields are in order of their offset, with --single-line, --json and --csv in declared "
-         "order. Values are hexadecimal; those of --csv are decimal up to a width of 64 bits and "
-         "0x and hexadecimal digits beyond, so that readers of data frames take them as numbers "
-         "where they can; those of --json are numbers up to 53 bits, which every reader holds, and "
-         "such strings beyond.\n\n"
+         "Fields are in order of offset; with --single-line, --json and --csv in declared order. "
+         "Values are hexadecimal. With --csv they are decimal up to a width of 64 bits, so that "
+         "readers of data frames take them as numbers, and 0x and hexadecimal digits beyond; with "
+         "--json they are numbers up to 53 bits, which every reader can hold, and such strings "
+         "beyond.\n\n"
          "The place of an entry comes before its fields, as far as it is known: entry, array, "
-         "identifier and address. --json and --csv have it with table, chip and variant, null or "
-         "empty if it is unknown. The columns of --csv are the fields that any variant of the "
+         "identifier and address. --json and --csv add table, chip and variant; what is "
+         "unknown is null or empty. The columns of --csv are the fields that any variant of the "
          "table has on the chip type, or those of --variant; a cell is empty if the entry's "
          "variant "
          "lacks the field. `vorn program` takes the output of --json.\n\n" +
@@ -157,8 +157,8 @@ Verb addDecode( CLI::App& commandLine ) {
          "\n\n"
          "A bad image ends the program with exit status 1. The images before it are printed, and "
          "nothing of it or of any after it. With --keep-going bad images are reported on standard "
-         "error and the others printed; the exit status is still 1. Of several files, each line "
-         "of the forms for people has the name of its file and a colon before it; --json has a "
+         "error and the others printed; the exit status is still 1. With several files, each line "
+         "of the other forms begins with the name of its file and a colon; --json has a "
          "\"file\", --csv such a column.\n\n" +
          chipTypesParagraph(),
       "  vorn decode TcamActionTable --chip BCM88690_B0 4523010000000000\n"

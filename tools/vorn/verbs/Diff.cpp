@@ -536,29 +536,31 @@ Verb addDiff( CLI::App& commandLine ) {
       ->add_option( "--variant", arguments->variant,
                     "Variant of the table, by the tag if not given" )
       ->type_name( "V" );
-   verb->add_option( "--fields", arguments->fields, "Compare these alone; * and ? may stand" )
+   verb
+      ->add_option( "--fields", arguments->fields,
+                    "Compare only these fields; * and ? are wildcards" )
       ->type_name( "NAME,..." );
    addImageFormat( *verb, arguments->format );
    addSplit( *verb, arguments->split );
    verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after a bad image" );
-   verb->add_flag( "--strict", arguments->isStrict, "Take warnings for errors" );
+   verb->add_flag( "--strict", arguments->isStrict, "Treat warnings as errors" );
    const auto add = [&]( const char* name, DiffForm form, const char* text ) {
       return verb->add_flag_callback(
          name, [arguments, form] { arguments->form = form; }, text );
    };
-   CLI::Option* const json = add( "--json", DiffForm::json, "Print an object of JSON an entry" );
-   CLI::Option* const csv = add( "--csv", DiffForm::csv, "Print a row a field that differs" );
-   CLI::Option* const summary = add( "--summary", DiffForm::summary, "Print counts alone" );
+   CLI::Option* const json = add( "--json", DiffForm::json, "Print a JSON object per entry" );
+   CLI::Option* const csv = add( "--csv", DiffForm::csv, "Print a row per field that differs" );
+   CLI::Option* const summary = add( "--summary", DiffForm::summary, "Print only counts" );
    json->excludes( csv )->excludes( summary );
    csv->excludes( summary );
    verb->final_callback( [arguments] { checkUsage( *arguments ); } );
    describe(
       *verb,
-      "Compares two dumps entry by entry, or two images. BEFORE and AFTER are files if these "
-      "exist, otherwise images, each in any form that `vorn decode` takes; if they don't say "
+      "Compares two dumps entry by entry, or two images. BEFORE and AFTER are files if such "
+      "files exist, otherwise images, each in any form that `vorn decode` takes; if they don't say "
       "their pair, TABLE and --chip do.\n\n"
       "Entries are matched by where they lie: entry, array, identifier or address. Images that "
-      "don't say it are numbered in order, from --first-entry on. If a place occurs twice, the "
+      "don't say so are numbered in order, from --first-entry on. If a place occurs twice, the "
       "second is matched with the second in the other dump.\n\n"
       "An entry is added or removed if one side has none, or only zeroes without its tag; "
       "replaced if it is of another pair; changed if fields differ. A field that contains "
@@ -566,8 +568,8 @@ Verb addDiff( CLI::App& commandLine ) {
       "names it. With --fields, only these fields are compared. Entries that only one dump has "
       "are printed at the end.\n\n"
       "In JSON, numbers beyond 53 bits are strings.\n\n"
-      "The exit status is 0 without a difference, 1 with one, and 2 for bad input, even with "
-      "--keep-going.\n\n" +
+      "The exit status is 0 if nothing differs, 1 if something does, and 2 for bad input, even "
+      "with --keep-going.\n\n" +
          chipTypesParagraph(),
       "  vorn diff LifTable --chip BCM88690_B0 before.txt after.txt\n"
       "  vorn diff LifTable --chip BCM88690_B0 --json before.bin.gz after.hexdump\n"

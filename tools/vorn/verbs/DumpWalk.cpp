@@ -303,14 +303,14 @@ void addDump( CLI::App& verb, PairText& pair, DumpArguments& arguments ) {
       ->type_name( "V" );
    addImageFormat( verb, arguments.format );
    addSplit( verb, arguments.split );
-   verb.add_flag( "--empty", arguments.printsEmpty, "Also take entries that nobody has written" );
+   verb.add_flag( "--empty", arguments.printsEmpty,
+                  "Include empty entries: zeroes that fit no tag" );
    verb.add_flag( "--keep-going", arguments.keepsGoing, "Go on after a bad image" );
-   verb.add_flag( "--strict", arguments.isStrict, "Take warnings for errors" );
+   verb.add_flag( "--strict", arguments.isStrict, "Treat warnings as errors" );
 }
 
 void addChoice( CLI::App& verb, DumpArguments& arguments ) {
-   verb
-      .add_option( "--fields", arguments.fields, "These fields alone; * and ? may stand in names" )
+   verb.add_option( "--fields", arguments.fields, "Only these fields; * and ? are wildcards" )
       ->type_name( "NAME,..." );
    verb.add_option( "--where", arguments.where, "Only entries that fulfil this condition" )
       ->type_name( "EXPR" );
@@ -331,9 +331,9 @@ std::string whereParagraphs() {
           "  vsi == 2000, != < <= > >=   a field and a value, or two fields; unsigned\n"
           "  vsi in 100..200             within a range, its ends included\n"
           "  vsi in { 1, 5, 100..200 }   one of a set; also `not in`\n"
-          "  destination & 0xff == 3     the bits of a mask alone\n"
+          "  destination & 0xff == 3     only the bits of a mask\n"
           "  learnEnable                 not zero\n"
-          "  ! a, a && b, a || b, ( a )  in this order of strength; also not, and, or\n"
+          "  ! a, a && b, a || b, ( a )  in this order of precedence; also not, and, or\n"
           "Values may be written as `vorn encode` takes them, addresses too. Entries of a variant "
           "that lacks a field of the condition don't fulfil it; how many there are is reported on "
           "standard error.";

@@ -224,15 +224,15 @@ Verb addExplore( CLI::App& commandLine ) {
    addIndex( *verb, arguments->index );
    addImageFormat( *verb, arguments->format );
    verb->add_flag_callback(
-      "--no-open", [arguments] { arguments->opens = false; }, "Print the link alone" );
+      "--no-open", [arguments] { arguments->opens = false; }, "Only print the link" );
    verb->final_callback( [arguments, verb] { checkUsage( *arguments, *verb ); } );
    describe( *verb,
              "Prints a link to the explorer, a page that shows the fields of images, changes "
-             "their values and compares layouts, and opens it with xdg-open where there is a "
+             "their values and compares layouts, and opens it with xdg-open if there is a "
              "display. With TABLE, the page shows that pair, and the image with it. It needs "
              "neither a server nor a network.\n\n"
              "The page is that of the package vorn-explorer, or what scripts/make/explorer.sh has "
-             "built; the variable VORN_EXPLORER of the environment names another.\n\n" +
+             "built; the environment variable VORN_EXPLORER names another.\n\n" +
                 imagesParagraphs() + "\n\n" + chipTypesParagraph(),
              "  vorn explore\n"
              "  vorn explore TcamActionTable --chip BCM88690_B0 4523010000000000" );

@@ -85,15 +85,15 @@ Verb addExport( CLI::App& commandLine ) {
    verb->final_callback( [verb] { checkSelection( *verb ); } );
    describe(
       *verb,
-      "c-header prints a header of C11 for firmware: offset, width and mask of each field, "
+      "c-header prints a C11 header for firmware: offset, width and mask of each field, "
       "and inline functions that get and set it in an array of bytes. It needs nothing but "
-      "<stdint.h> and <stdbool.h>; its first comment says what it has.\n\n"
-      "json-schema prints a JSON Schema, of the draft 2020-12, of the records that `vorn "
+      "<stdint.h> and <stdbool.h>; its first comment says what it contains.\n\n"
+      "json-schema prints a JSON Schema (draft 2020-12) of the records that `vorn "
       "program` takes for entries of these pairs, one record at a time. It knows the fields, "
       "their bounds and the notations of values; it takes an address only for a field that "
       "holds all its bits.\n\n"
       "csv prints a line of comma-separated values for each field of each pair after a line "
-      "of headings. The variant is \"any\" where it is not looked at; the tag is what a "
+      "of headings. The variant is \"any\" where it is ignored; the tag is what a "
       "read-only field holds in every entry.\n\n" +
          chipTypesParagraph(),
       "  vorn export --format c-header LifTable --chip BCM88690_B0 --variant 3 > lif.h\n"

@@ -90,7 +90,7 @@ Verb addField( CLI::App& commandLine ) {
    const auto arguments = std::make_shared<FieldArguments>();
    verb
       ->add_option( "FIELD", arguments->name,
-                    "Name, hardware name or identifier; * and ? stand for other characters" )
+                    "Name, hardware name or identifier; * and ? are wildcards" )
       ->required();
    verb->add_option( "--chip", arguments->chip, "Only on this chip type, by name or number" )
       ->type_name( "NAME|NUMBER" );
@@ -102,7 +102,7 @@ Verb addField( CLI::App& commandLine ) {
              "variant is ignored. A field that distinguishes entries from those of other variants "
              "is a \"tag\".\n\n"
              "In a name, * stands for any characters, ? for any one. A name that no field has is "
-             "an error with the nearest right ones.\n\n"
+             "an error, which suggests the nearest ones.\n\n"
              "With --json \"variants\" is null if the variant is ignored.\n\n" +
                 chipTypesParagraph(),
              "  vorn field vlanDomain\n"

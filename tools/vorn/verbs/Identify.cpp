@@ -274,11 +274,12 @@ Verb addIdentify( CLI::App& commandLine ) {
       ->type_name( "FILE" );
    addChip( *verb, arguments->chip );
    addImageFormat( *verb, arguments->format );
-   verb->add_option( "--stride", arguments->stride, "Bytes from an entry of a dump to the next" )
+   verb->add_option( "--stride", arguments->stride, "Bytes from one entry of a dump to the next" )
       ->type_name( "BYTES" );
    verb->add_flag( "--each", arguments->ofEach,
-                   "Answer each image of a file, a line or more each" );
-   verb->add_flag( "--ruled-out", arguments->ruledOut, "Also print what each is not, and why" );
+                   "Report on each image of a file, in one line or more" );
+   verb->add_flag( "--ruled-out", arguments->ruledOut,
+                   "Also print what each image is not, and why" );
    verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after bad input" );
    verb->add_flag( "--json", arguments->json, "Print a JSON object for the image or each file" );
    verb->callback( [arguments] { completeUsage( *arguments ); } );
@@ -290,17 +291,17 @@ Verb addIdentify( CLI::App& commandLine ) {
              "a tag come last.\n\n"
              "An image that matches nothing is an error, except with --ruled-out, which prints "
              "why.\n\n"
-             "Of a file, or - for standard input, the images are counted: a line for each table "
-             "and the variants of one tag, with the number of images that fit them, an image "
-             "perhaps several. After these come the numbers of images that no tag fits but whose "
-             "length does, that are empty, which are zeroes alone without a tag, and that fit "
-             "nothing, with the place of the first. It is an error if none fits. With --each, "
-             "each image of a file of lines is answered as one on the command line is, with its "
-             "place; --ruled-out implies it.\n\n"
+             "The images of a file, or of standard input (-), are counted. A line for each table "
+             "and the variants of one tag has the number of images that fit them; an image may "
+             "fit several. Then come the numbers of images that have no tag and fit by their "
+             "length alone, that are empty, which are zeroes without a tag, and that fit "
+             "nothing, with the place of the first of these. It is an error if no image fits. "
+             "With --each, each image of a file of lines is reported as one on the command line "
+             "is, with its place; --ruled-out implies it.\n\n"
              "`vorn decode --help` explains how an image, or a file of images, may be written. "
-             "What an image says about its own table and variant is ignored. In a dump that is "
+             "What an image says about its own table and variant is ignored. In a dump of "
              "bytes alone the tags decide how long the entries are; where they can't, --stride "
-             "has to.\n\n"
+             "must.\n\n"
              "Bad input ends the program with exit status 1, and nothing of its file is counted. "
              "With --keep-going it is reported on standard error and the rest is counted; the "
              "exit status is still 1.\n\n" +

@@ -135,7 +135,7 @@ GivenEntry entryFrom( const LayoutArguments& arguments, const std::string& text 
       GivenEntry given{ *entry.layout, { entry.image.begin(), entry.image.end() } };
       given.image.resize( given.layout.bytes() );
       if( reader.next() ) {
-         throw Error( "the text writes several images" );
+         throw Error( "the text has several images" );
       }
       return given;
    } catch( const Error& error ) {
@@ -240,11 +240,13 @@ Verb addLayout( CLI::App& commandLine ) {
    addPair( *verb, arguments->pair );
    verb->get_option( "--chip" )->required( false );
    verb->add_flag( "--json", arguments->json, "Print one JSON object" );
-   verb->add_option( "--svg", arguments->svg, "Write a picture there, - for standard output" )
+   verb
+      ->add_option( "--svg", arguments->svg, "Write a picture to this file, - for standard output" )
       ->type_name( "FILE" );
    verb
-      ->add_option( "--image", arguments->images,
-                    "Draw the values of this image into the picture, or what changes to a second" )
+      ->add_option(
+         "--image", arguments->images,
+         "Draw the values of this image into the picture, or what changes to a second one" )
       ->type_name( "IMAGE" );
    addImageFormat( *verb, arguments->format );
    verb->add_option( "--lines", arguments->boxLines, "Characters to draw with" )

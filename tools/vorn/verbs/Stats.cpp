@@ -206,7 +206,7 @@ Verb addStats( CLI::App& commandLine ) {
                      "Name of the table, and files of images; - for standard input" );
    addDump( *verb, given->line.pair, *arguments );
    addChoice( *verb, *arguments );
-   verb->add_flag( "--json", arguments->json, "Print an object of JSON for each pair" );
+   verb->add_flag( "--json", arguments->json, "Print a JSON object for each pair" );
    verb->callback( [given] {
       auto& words = given->arguments.words;
       if( !words.empty() && isTable( words.front() ) ) {
@@ -223,11 +223,12 @@ Verb addStats( CLI::App& commandLine ) {
              "Prints for each field in how many entries it isn't zero, how many distinct values it "
              "has, the least and the greatest, the most frequent ones with the number of their "
              "entries, and which of its bits are the same in every entry. Entries of several "
-             "variants or tables are counted apart, those of several files together. Long values "
-             "are shortened, but not in --json. Beyond " +
+             "variants or tables are counted separately, those of several files together. Long "
+             "values are shortened, except with --json. Beyond " +
                 std::to_string( Statistics::mostDistinct ) +
-                " distinct values of a field no further ones are counted, and it is said so.\n\n"
-                "`vorn decode --help` says how a file may be written.\n\n" +
+                " distinct values of a field no further ones are counted, and the output says "
+                "so.\n\n"
+                "`vorn decode --help` explains how a file may be written.\n\n" +
                 whereParagraphs() + "\n\n" + chipTypesParagraph(),
              "  vorn stats LifTable --chip BCM88690_B0 lif.bin\n"
              "  vorn stats --fields vsi --where 'learnEnable == 1' entries.jsonl" );

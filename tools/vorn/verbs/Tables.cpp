@@ -148,16 +148,16 @@ Verb addTables( CLI::App& commandLine ) {
    verb->add_option( "--chip", arguments->chip, "Only what this chip type has, by name or number" )
       ->type_name( "NAME|NUMBER" );
    verb->add_flag( "--json", arguments->json,
-                   "Print a JSON object for each, in a line of its own" );
+                   "Print a JSON object for each, on a line of its own" );
    describe( *verb,
              "Prints two lines for each table or register after two of headings: its name, how "
              "many fields it has, its width in 32-bit words, and its numbers of instances and "
              "entries, each as a list where chip types or variants differ; then the numbers of its "
              "chip types with their variants, \"any\" if the variant is ignored.\n\n"
-             "With --chip all numbers are those of the one chip type. 4294967295 entries mean that "
+             "With --chip all numbers are those of that chip type. 4294967295 entries mean that "
              "no number of entries is stated.\n\n"
-             "With --json the numbers stand at each pair of chip type and variant; the variant is "
-             "null if it is ignored.\n\n" +
+             "With --json the numbers are given for each pair of chip type and variant; the "
+             "variant is null if it is ignored.\n\n" +
                 chipTypesParagraph(),
              "  vorn tables\n"
              "  vorn tables --chip BCM88690_B0 --json" );
