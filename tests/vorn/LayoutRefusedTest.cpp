@@ -128,7 +128,7 @@ const std::vector<Refused> wrongUsage{
      "--image: at most two images can be drawn; an image of several pieces stands in quotes" },
    { "an option where the picture's name is due",
      { "layout", "LifTable", "--chip", "2", "--svg", "--json" },
-     "--svg needs FILE, which \"--json\" isn't; if it is meant so, write --svg=--json" },
+     "--svg needs FILE, which \"--json\" isn't; if it is meant as the value, write --svg=--json" },
    { "lines of a difference",
      { "layout", "LifTable", "--lines", "ascii", "--diff", "2", "4" },
      "--diff excludes --lines; see vorn layout --help" },

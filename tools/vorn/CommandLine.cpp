@@ -124,8 +124,8 @@ void CommandLine::requireValues( const std::vector<std::string>& words ) const {
       if( option && option->get_items_expected_max() > 0 && next.starts_with( "--" ) &&
           next != "--" ) {
          throw UsageError( words[i] + " needs " + option->get_type_name() + ", which " +
-                           inQuotes( next ) + " isn't; if it is meant so, write " + words[i] + '=' +
-                           shown( next ) );
+                           inQuotes( next ) + " isn't; if it is meant as the value, write " +
+                           words[i] + '=' + shown( next ) );
       }
    }
 }

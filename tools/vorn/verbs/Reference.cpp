@@ -72,7 +72,7 @@ Verb addReference( CLI::App& commandLine ) {
              "variants, dimensions, addresses, tags, fields, and a drawing of each format; and the "
              "indexes index.md by table and fields.md by field. Existing pages of these names are "
              "replaced, all of them or none; other files are left alone.",
-             "  vorn reference reference" );
+             "  vorn reference datasheets" );
    return { verb, [folder]( Output& ) { writeReference( *folder ); } };
 }
 
