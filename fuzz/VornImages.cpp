@@ -172,10 +172,18 @@ bool isBinary( const DecodeArguments& arguments, const std::string& input ) {
    if( input.starts_with( "\x1f\x8b" ) || input.starts_with( "\x28\xb5\x2f\xfd" ) ) {
       return true; // compressed, whatever the form
    }
-   std::string line = linesOf( input.substr( 0, input.find( '\n' ) ) + '\n' ).front();
-   std::erase_if( line, []( char character ) {
-      return character == ' ' || ( character >= '\t' && character <= '\r' );
-   } );
+   // The first line decides that is neither blank nor a comment.
+   std::string line;
+   for( const auto& next :
+        linesOf( input.substr( input.starts_with( "\xef\xbb\xbf" ) ? 3 : 0 ) ) ) {
+      line = next;
+      std::erase_if( line, []( char character ) {
+         return character == ' ' || ( character >= '\t' && character <= '\r' );
+      } );
+      if( !line.empty() && line.front() != '#' ) {
+         break;
+      }
+   }
    return arguments.format == Vorn::ImageFormat::automatic &&
           Vorn::shown( line, line.size() ) != line;
 }
