@@ -166,8 +166,9 @@ void run( const std::string& input ) {
    }
    const std::string mark = "\xef\xbb\xbf"; // of UTF-8
    std::vector<std::string> records;
-   for( const auto& line : linesOf( input.substr( input.starts_with( mark ) ? 3 : 0 ) ) ) {
-      const auto begin = line.find_first_not_of( " \t\v\f\r" );
+   for( const auto& line : linesOf( input ) ) {
+      const auto begin =
+         line.find_first_not_of( " \t\v\f\r", line.starts_with( mark ) ? mark.size() : 0 );
       if( begin != std::string::npos && line[begin] != '#' ) {
          records.push_back( line );
       }

@@ -80,6 +80,7 @@ std::size_t columnOf( std::string_view line, std::size_t at ) {
 }
 
 bool isBlankLine( std::string_view line ) {
+   line = withoutMark( line ); // which the first line of a file may have
    const auto begin = skipBlanks( line, 0 );
    return begin == line.size() || line[begin] == '#';
 }

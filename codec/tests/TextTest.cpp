@@ -81,10 +81,11 @@ TEST( Text, countOf ) {
 }
 
 TEST( Text, blankLines ) {
-   for( const char* const line : { "", " \t\r\f", "# ports", "  #" } ) {
+   for( const char* const line :
+        { "", " \t\r\f", "# ports", "  #", "\xef\xbb\xbf", "\xef\xbb\xbf # ports" } ) {
       EXPECT_TRUE( Vorn::isBlankLine( line ) ) << line;
    }
-   for( const char* const line : { "00 # ports", " {}", "," } ) {
+   for( const char* const line : { "00 # ports", " {}", ",", "\xef\xbb\xbf{}", "\xef\xbb" } ) {
       EXPECT_FALSE( Vorn::isBlankLine( line ) ) << line;
    }
 }

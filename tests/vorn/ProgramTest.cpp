@@ -175,8 +175,10 @@ TEST( Program, blankLinesCommentsAndLineEnds ) {
    expectMade( "\n \t\r\n" + withReturn + "\r\n\n" + unfinished,
                madeOnChip2( "03000000" ) + madeOnChip2( "03000000" ) );
    expectMade( "# actions\n" + withReturn + "  # more\n", madeOnChip2( "03000000" ) );
+   expectMade( "\xef\xbb\xbf# actions\n" + unfinished, madeOnChip2( "03000000" ) );
    expectMade( "", "" );
    expectMade( "\n\n", "" );
+   expectMade( "\xef\xbb\xbf", "" );
 }
 
 TEST( Program, moreLinesThanAnyBufferHolds ) {
