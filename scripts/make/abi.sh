@@ -7,7 +7,8 @@ needPackages $buildPackages binutils abigail-tools xz-utils
 
 build=${VORN_ABI_BUILD:-build/abi}
 libraries='VornTunnelKelvar VornCodec Kelvar HwVornFennTypes Oru'
-cmake --preset debug -B "$build" -DCMAKE_CXX_COMPILER=g++ -DVORN_BUILD_TESTS=OFF \
+cmake --preset release -B "$build" -DCMAKE_CXX_COMPILER=g++ -DVORN_TYPE_INFORMATION=ON \
+   -DVORN_BUILD_TESTS=OFF \
    -DVORN_BUILD_TOOLS=OFF -DVORN_BUILD_EXAMPLES=OFF >&2
 cmake --build "$build" --target $libraries >&2
 
