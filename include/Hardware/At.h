@@ -120,7 +120,9 @@ public:
 
 // Calls `act` with a pair that is known at run time, as a value whose type has the `At` of the
 // pair's format: all of the above except what differs between pairs of one format, metadata and
-// addresses. `act` is instantiated once for each distinct format. Use it once for each entry:
+// addresses. Where setField64() or fieldOffset() is asked for a field that the format lacks, the
+// expression of the assertion may be that of another pair of the format. `act` is instantiated once
+// for each distinct format. Use it once for each entry:
 //
 //    Hardware::withPair<Hardware::LifTable>( chipType, variant, [&]( auto pair ) {
 //       typename decltype( pair )::At lif( entry );

@@ -37,14 +37,15 @@ struct WalkedPair {
    Hardware::ChipType chipType;
    unsigned variant;
    unsigned bytes;
-   bool ( *act )( U8* entry, Op op, unsigned field, Bits& value );
+   bool isOwn; // or the At of another pair of the format, whose expression an absent field fails
+   bool ( *act )( U8* entry, std::size_t length, Op op, unsigned field, Bits& value );
    Facts ( *facts )();
    void ( *blank )( U8* storage );
-   bool ( *holdsTag )( const U8* entry );
+   bool ( *holdsTag )( const U8* entry, std::size_t length );
    Bits ( *getAllFields )( U8* entry, std::size_t length );
    Raw4096 ( *allFieldsMask )();
-   void ( *recompose )( const U8* from, U8* to ); // compose( fields() )
-   void ( *setField64 )( U8* entry, U32 fieldId, U64 value );
+   void ( *recompose )( const U8* from, U8* to, std::size_t length ); // compose( fields() )
+   void ( *setField64 )( U8* entry, std::size_t length, U32 fieldId, U64 value );
    U16 ( *fieldWidth )( U32 fieldId );
    U16 ( *fieldOffset )( U32 fieldId );
    bool ( *isFieldValid )( U32 fieldId );
