@@ -13,22 +13,28 @@ install( DIRECTORY include/Hardware DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
 # goes without.
 find_program( AWK awk )
 mark_as_advanced( AWK )
+# writeAccessors( form folder class ): <folder>/<class>.inc, to be installed.
+function( writeAccessors form folder class )
+   set( fields ${PROJECT_SOURCE_DIR}/include/Hardware/fields/${class}.def )
+   set( datasheet ${PROJECT_SOURCE_DIR}/docs/reference/${class}.md )
+   if( NOT AWK OR NOT EXISTS ${datasheet} )
+      return()
+   endif()
+   set_property( DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${fields} ${datasheet} )
+   execute_process( COMMAND ${AWK} -v form=${form} -f ${PROJECT_SOURCE_DIR}/docs/accessors.awk
+                            ${fields} ${datasheet}
+                    OUTPUT_VARIABLE accessors RESULT_VARIABLE differs )
+   if( NOT differs )
+      file( CONFIGURE OUTPUT accessors/${folder}/${class}.inc CONTENT "${accessors}" @ONLY )
+      install( FILES ${PROJECT_BINARY_DIR}/accessors/${folder}/${class}.inc
+               DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder} COMPONENT development )
+   endif()
+endfunction()
 file( STRINGS include/Hardware/detail/Classes.def classes REGEX "^HARDWARE_CLASS" )
 foreach( class ${classes} )
    string( REGEX REPLACE ".*\\( (.*) \\).*" "\\1" class "${class}" )
-   set( fields ${PROJECT_SOURCE_DIR}/include/Hardware/fields/${class}.def )
-   set( datasheet ${PROJECT_SOURCE_DIR}/docs/reference/${class}.md )
-   if( AWK AND EXISTS ${datasheet} )
-      set_property( DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${fields} ${datasheet} )
-      execute_process( COMMAND ${AWK} -v form=header -f ${PROJECT_SOURCE_DIR}/docs/accessors.awk
-                               ${fields} ${datasheet}
-                       OUTPUT_VARIABLE accessors RESULT_VARIABLE differs )
-      if( NOT differs )
-         file( CONFIGURE OUTPUT accessors/Hardware/accessors/${class}.inc CONTENT "${accessors}" @ONLY )
-         install( FILES ${PROJECT_BINARY_DIR}/accessors/Hardware/accessors/${class}.inc
-                  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Hardware/accessors COMPONENT development )
-      endif()
-   endif()
+   writeAccessors( header Hardware/accessors ${class} )
+   writeAccessors( at Hardware/accessors/at ${class} )
 endforeach()
 install( EXPORT VornTunnelKelvarTargets NAMESPACE Vorn:: DESTINATION ${package_folder}
          COMPONENT development )

@@ -1,8 +1,10 @@
 # Writes the accessors of a class out, with where each field lies, from the class's datasheet:
 #
 #    awk -v form=header -f docs/accessors.awk include/Hardware/fields/LifTable.def \
-#        docs/reference/LifTable.md    # <Hardware/accessors/LifTable.inc>; form=page: for Doxygen
+#        docs/reference/LifTable.md
 #
+# form=header: <Hardware/accessors/LifTable.inc>, for the view; form=at: <Hardware/accessors/at/
+# LifTable.inc>, for At, first the readers and then the writers; form=page: for Doxygen.
 # Fails if the datasheet has other fields than the class.
 #
 # The table "Fields" of a datasheet has a row for each field, in declared order:
@@ -15,16 +17,31 @@ function declare( declaration ) {
    print ( form == "page" ? "    " : "" ) declaration ";"
 }
 
+function printForAt( name, Name, type, readOnly ) {
+   print about "\nconstexpr " type " " name "() const HARDWARE_GETTER( " type ", " name " )"
+   print about "\nstatic constexpr U16 " name "Len() HARDWARE_LEN( " name " )"
+   print about "\nstatic constexpr U16 " name "Offset() HARDWARE_OFFSET( " name " )"
+   print about "\nstatic constexpr bool is" Name "Valid() HARDWARE_VALID( " name " )"
+   if( readOnly == "" ) {
+      writers = writers about "\nconstexpr void " name "Is( AtParameter<" type "> value ) HARDWARE_SETTER( " \
+                type ", " name " )\n" about "\nconstexpr void " name "Mask() HARDWARE_MASK( " name " )\n"
+   }
+}
+
 function printField( name, identifier, hardwareName, type, readOnly, places,   Name, argument ) {
    Name = toupper( substr( name, 1, 1 ) ) substr( name, 2 )
    argument = type ~ /^(Raw|U64)/ ? "const " type "&" : type
-   if( form == "header" ) {
+   if( form != "page" ) {
       gsub( /<br>/, " | ", places )
       about = "/// `" hardwareName "`" readOnly ". Bits on chip types: variants -- " places
    } else {
       printf "\n## %s {#%s-%s}\n\n", name, class, name
       printf "`%s`, identifier %s%s; [datasheet](#%s-datasheet).\n\n", hardwareName, identifier, readOnly,
              class
+   }
+   if( form == "at" ) {
+      printForAt( name, Name, type, readOnly )
+      return
    }
    declare( type " " name "() const" )
    if( readOnly == "" ) {
@@ -47,8 +64,11 @@ function printField( name, identifier, hardwareName, type, readOnly, places,   N
 }
 /^# / {
    class = $2
-   if( form == "header" ) {
+   if( form != "page" ) {
       print "// The accessors of " class ", written out for editors from its datasheet."
+      if( form == "at" ) {
+         print "#ifdef HARDWARE_GETTER"
+      }
    } else {
       print "# Accessors of " class " {#" class "-accessors}\n\nThe fields of Hardware::" class ","
       print "in declared order, and where each lies. What asserts: see the class."
@@ -66,4 +86,9 @@ inFields && /^\| `/ {
    shown = shown cell[1] " "
    printField( cell[1], cell[2], cell[3], cell[4], readOnly, cell[5] )
 }
-END { exit shown != declared }
+END {
+   if( form == "at" ) {
+      print "#else\n" writers "#endif"
+   }
+   exit shown != declared
+}

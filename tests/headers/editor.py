@@ -1,5 +1,5 @@
 """editor.py CLANGD FOLDER INCLUDE...: hovering over an accessor shows its field's bits, and completion
-offers the accessors. FOLDER becomes a project of its own with these include folders, of which the
+offers the accessors: of a view, and of a view of a pair known at compile time. FOLDER becomes a project of its own with these include folders, of which the
 first has <Hardware/accessors/...>."""
 
 import json
@@ -10,7 +10,13 @@ from pathlib import Path
 CLANGD, FOLDER, *INCLUDES = sys.argv[1:]
 LINES = [
     "#include <Hardware/LifTable.h>",
+    "#include <Hardware/at/LifTable.h>",
+    "using At = Hardware::At<Hardware::LifTable, Hardware::BCM88690_B0, 0>;",
     "void program( Hardware::LifTable& lif ) {",
+    "   lif.vsiIs( 2000 );",
+    "   lif.vlanEditVi",
+    "}",
+    "void program( At lif ) {",
     "   lif.vsiIs( 2000 );",
     "   lif.vlanEditVi",
     "}",
@@ -61,15 +67,17 @@ folder = Path(FOLDER).resolve()
 folder.mkdir(parents=True, exist_ok=True)
 source = folder / "program.cpp"
 source.write_text("\n".join(LINES))
-(folder / "compile_flags.txt").write_text("-std=c++17\n" + "".join(f"-I{i}\n" for i in INCLUDES))
+(folder / "compile_flags.txt").write_text("-std=c++20\n" + "".join(f"-I{i}\n" for i in INCLUDES))
 
 editor = Editor(source)
-hover = editor.ask("textDocument/hover", editor.at(2, 8))
-hover = hover["contents"]["value"] if hover else ""
-items = editor.ask("textDocument/completion", editor.at(3, len(LINES[3])))["items"]
-offered = {item["label"].split("(")[0].strip() for item in items}
+missing = False
+for line in (number for number, text in enumerate(LINES) if "vsiIs" in text):
+    hover = editor.ask("textDocument/hover", editor.at(line, LINES[line].index("vsiIs") + 2))
+    hover = hover["contents"]["value"] if hover else ""
+    items = editor.ask("textDocument/completion", editor.at(line + 1, len(LINES[line + 1])))["items"]
+    offered = {item["label"].split("(")[0].strip() for item in items}
+    print(hover)
+    print(*sorted(offered))
+    missing |= PLACES not in hover.replace("`", "") or not ACCESSORS <= offered
 editor.process.kill()
-
-print(hover)
-print(*sorted(offered))
-sys.exit(PLACES not in hover.replace("`", "") or not ACCESSORS <= offered)
+sys.exit(missing)
