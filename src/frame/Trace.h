@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Failure.h"
+#include "Inline.h"
 
 #include <Oru/Trace.h>
 
@@ -38,7 +39,7 @@ inline bool enabled( const Oru::TraceHandle& handle, Level level ) {
 bool enabled( Level level );
 
 // Whether an operation of a view writes its line. The view's construction has built the handle.
-[[gnu::always_inline]] inline bool tracedInView() {
+FRAME_INLINE bool tracedInView() {
 #ifdef VORN_WITHOUT_TRACES // only in benchmarks, to measure what the tests cost
    return false;
 #else
@@ -48,7 +49,7 @@ bool enabled( Level level );
 
 // Whether an operation that may be the first of the process certainly writes no line; needs no
 // call.
-[[gnu::always_inline]] inline bool surelyQuiet() {
+FRAME_INLINE bool surelyQuiet() {
 #ifdef VORN_WITHOUT_TRACES
    return true;
 #else
@@ -58,7 +59,7 @@ bool enabled( Level level );
 }
 
 // Whether such an operation writes its line.
-[[gnu::always_inline]] inline bool traced() { return !surelyQuiet() && enabled( Level::call ); }
+FRAME_INLINE bool traced() { return !surelyQuiet() && enabled( Level::call ); }
 
 // "<signature> chipType: <number> variant: <number>"
 [[gnu::cold]] void traceCall( const ClassData& data, Site site, U8 chipType, U8 variant );

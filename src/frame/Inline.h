@@ -1,0 +1,10 @@
+// How what each accessor contains is declared.
+#pragma once
+
+// Inline, however long the compiler finds it. Without optimisation it is a call: its copies in all
+// accessors would be most of what a build under the sanitizers compiles, links and loads.
+#ifdef __OPTIMIZE__
+#define FRAME_INLINE [[gnu::always_inline]] inline
+#else
+#define FRAME_INLINE inline
+#endif
