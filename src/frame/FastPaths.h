@@ -43,7 +43,7 @@ inline constexpr auto cellNumbers = cellNumbersOf( distinctCells<C, field> );
 // Calls `act` with the field's cell in the format, a constant, and returns its result; false if
 // there is no cell.
 template<class C, U8 field, class Act>
-FRAME_INLINE bool inFormat( unsigned format, const Act& act ) {
+HARDWARE_INLINE inline bool inFormat( unsigned format, const Act& act ) {
    constexpr unsigned count = distinctCells<C, field>.count;
    static_assert( count <= 12 );
    const unsigned number = cellNumbers<C, field>[format];
@@ -83,7 +83,7 @@ FRAME_INLINE bool inFormat( unsigned format, const Act& act ) {
 
 // A view's format; none if something is to be traced, which is for the rules.
 template<class C>
-FRAME_INLINE unsigned fastFormat( const State& state ) {
+HARDWARE_INLINE inline unsigned fastFormat( const State& state ) {
    if( tracedInView() ) [[unlikely]] {
       return noFormat;
    }
@@ -96,7 +96,7 @@ FRAME_INLINE unsigned fastFormat( const State& state ) {
 
 // Calls `act` with the field's cell in the view's format, a constant.
 template<class C, U8 field, class Act>
-FRAME_INLINE bool onFastPath( const State& state, const Act& act ) {
+HARDWARE_INLINE inline bool onFastPath( const State& state, const Act& act ) {
    return inFormat<C, field>( fastFormat<C>( state ), act );
 }
 
@@ -123,16 +123,16 @@ inline void mergeAt( U8* bytes, U64 bits, U64 mask ) {
 }
 
 // If the field lies in one word, first and last are the same; the bits of the second are cut off.
-FRAME_INLINE U64 bitsAt( const U8* buf, const WordAccess& access ) {
+HARDWARE_INLINE inline U64 bitsAt( const U8* buf, const WordAccess& access ) {
    const U64 low = wordAt( buf + access.first ) >> access.shift;
    const U64 high = wordAt( buf + access.last ) << 1 << ( 63 ^ access.shift );
    return ( low | high ) << access.cut >> access.cut;
 }
 
-FRAME_INLINE U64 onesOf( const WordAccess& access ) { return ~U64{ 0 } >> access.cut; }
+HARDWARE_INLINE inline U64 onesOf( const WordAccess& access ) { return ~U64{ 0 } >> access.cut; }
 
 // Sets a value with no bits but the field's.
-FRAME_INLINE void bitsAtAre( U8* buf, const WordAccess& access, U64 bits ) {
+HARDWARE_INLINE inline void bitsAtAre( U8* buf, const WordAccess& access, U64 bits ) {
    const U64 mask = onesOf( access );
    if( access.first != access.last ) {
       const int rest = 64 - access.shift;
@@ -142,7 +142,7 @@ FRAME_INLINE void bitsAtAre( U8* buf, const WordAccess& access, U64 bits ) {
 }
 
 // A state for the rules. Keeps the compiler from assembling it before the fast path.
-FRAME_INLINE State forRules( State state ) {
+HARDWARE_INLINE inline State forRules( State state ) {
    __asm__( "" : "+r"( state.len ) );
    return state;
 }
@@ -150,7 +150,7 @@ FRAME_INLINE State forRules( State state ) {
 // Calls `act` with the field's cell if the view has the field and its buffer holds it: the steps
 // before the call of a primitive that isn't inline.
 template<class C, U8 field, class Act>
-FRAME_INLINE bool inBuffer( const State& state, const Act& act ) {
+HARDWARE_INLINE inline bool inBuffer( const State& state, const Act& act ) {
    constexpr unsigned formats = C::compilation.formats.count;
    const Cell cell =
       C::cells[field * ( formats + 1 ) + std::min( fastFormat<C>( state ), formats )];
@@ -161,7 +161,7 @@ FRAME_INLINE bool inBuffer( const State& state, const Act& act ) {
 }
 
 template<class Value>
-FRAME_INLINE bool setByCall( const State& state, Cell cell, const Value& value ) {
+HARDWARE_INLINE inline bool setByCall( const State& state, Cell cell, const Value& value ) {
    setBuf( state.buf, state.len, reinterpret_cast<const U8*>( &value ),
            static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
    return true;
@@ -176,7 +176,7 @@ template<class Value>
 
 // Clears the 64-bit words of a value from this one on; those before it are overwritten.
 template<unsigned first, class Value>
-FRAME_INLINE void clearFrom( Value& value ) {
+HARDWARE_INLINE inline void clearFrom( Value& value ) {
    if constexpr( std::is_integral_v<Value> ) {
       value = 0;
    } else {
@@ -187,7 +187,7 @@ FRAME_INLINE void clearFrom( Value& value ) {
 }
 
 template<class C, Site site, class Value>
-FRAME_INLINE Value get( State state ) {
+HARDWARE_INLINE inline Value get( State state ) {
    Value value;
    bool done;
    if constexpr( !primitivesAreInline ) {
@@ -221,13 +221,13 @@ FRAME_INLINE Value get( State state ) {
 }
 
 template<class C, Cell cell, class Value>
-FRAME_INLINE void store( State state, const Value& value ) {
+HARDWARE_INLINE inline void store( State state, const Value& value ) {
    setBuf( state.buf, fastLength<C, cell>, reinterpret_cast<const U8*>( &value ),
            static_cast<int>( sizeof( Value ) ), cell.width, cell.offset );
 }
 
 template<class C, Site site, class Value>
-FRAME_INLINE void set( State state, const Value& value ) {
+HARDWARE_INLINE inline void set( State state, const Value& value ) {
    bool done;
    if constexpr( !primitivesAreInline ) {
       done = inBuffer<C, site.field>( state, [&]( Cell cell ) {
@@ -273,7 +273,7 @@ FRAME_INLINE void set( State state, const Value& value ) {
 }
 
 template<class C, Site site, class Value>
-FRAME_INLINE void mask( State state ) {
+HARDWARE_INLINE inline void mask( State state ) {
    bool done;
    if constexpr( !primitivesAreInline ) {
       done = inBuffer<C, site.field>( state, [&]( Cell cell ) {
@@ -301,7 +301,7 @@ FRAME_INLINE void mask( State state ) {
 }
 
 template<class C, Site site>
-FRAME_INLINE U16 len( State state ) {
+HARDWARE_INLINE inline U16 len( State state ) {
    U16 width = 0;
    const bool done = onFastPath<C, site.field>( state, [&]<Cell cell>() {
       width = cell.width;
@@ -311,7 +311,7 @@ FRAME_INLINE U16 len( State state ) {
 }
 
 template<class C, Site site>
-FRAME_INLINE U16 offset( State state ) {
+HARDWARE_INLINE inline U16 offset( State state ) {
    U16 bit = 0;
    const bool done = onFastPath<C, site.field>( state, [&]<Cell cell>() {
       bit = cell.offset;
@@ -321,7 +321,7 @@ FRAME_INLINE U16 offset( State state ) {
 }
 
 template<class C, Site site>
-FRAME_INLINE bool valid( State state ) {
+HARDWARE_INLINE inline bool valid( State state ) {
    const bool found = onFastPath<C, site.field>( state, []<Cell cell>() { return true; } );
    return found || validByRules( state, C::data(), site );
 }
@@ -362,8 +362,8 @@ Raw4096 allFieldsMask( Site site, U32 chipType, U8 variant ) {
 
 // A pair with an address, and all indices in range.
 template<class C, Site site>
-FRAME_INLINE bool getSchanAddress( U32 chipType, U8 variant, U32& schanAddress, U8& accessType,
-                                   U8& destBlock, EntryIndices indices ) {
+HARDWARE_INLINE inline bool getSchanAddress( U32 chipType, U8 variant, U32& schanAddress,
+                                             U8& accessType, U8& destBlock, EntryIndices indices ) {
    const PairFacts& facts = factsOf( C::data(), chipType, variant );
    if( !facts.hasAddress || indices.tableEntry >= facts.entries ||
        indices.arrayIndex >= facts.arrayElements || indices.identifier >= facts.instanceCount )
@@ -380,7 +380,7 @@ FRAME_INLINE bool getSchanAddress( U32 chipType, U8 variant, U32& schanAddress, 
 // Calls `act` with the cell and the value of each tag field of a pair of the class, as long as it
 // returns true. Also false if the pair isn't tagged in all of them.
 template<class C, class Act>
-FRAME_INLINE bool everyTag( const PairFacts& facts, const Act& act ) {
+HARDWARE_INLINE inline bool everyTag( const PairFacts& facts, const Act& act ) {
    if( facts.tagCount != C::tagFields.count ) [[unlikely]] {
       return false;
    }
@@ -396,7 +396,7 @@ FRAME_INLINE bool everyTag( const PairFacts& facts, const Act& act ) {
 }
 
 template<class C, Cell cell>
-FRAME_INLINE bool holdsTag( const U8* buf, U8 value ) {
+HARDWARE_INLINE inline bool holdsTag( const U8* buf, U8 value ) {
    U8 found = 0;
    getBuf( buf, fastLength<C, cell>, &found, 1, cell.width, cell.offset );
    return found == value;
@@ -405,7 +405,7 @@ FRAME_INLINE bool holdsTag( const U8* buf, U8 value ) {
 // construct and handleTag in one, if the pair is valid, nothing is traced or fails, and no
 // primitive needs a call.
 template<class C>
-FRAME_INLINE bool constructFast( State state, bool existingEntry ) {
+HARDWARE_INLINE inline bool constructFast( State state, bool existingEntry ) {
    const unsigned pair = pairOf( state.chipType, state.variant );
    if( !surelyQuiet() || pair >= sizeof C::factsTable.of ) [[unlikely]] {
       return false;
@@ -432,7 +432,8 @@ FRAME_INLINE bool constructFast( State state, bool existingEntry ) {
 // A class's discriminator: a pair with a tag, a buffer known to hold all of it, and inline
 // primitives.
 template<class C, Site site>
-FRAME_INLINE bool holds( Hardware::ChipType chipType, const U8* buf, U16 len, U8 variant ) {
+HARDWARE_INLINE inline bool holds( Hardware::ChipType chipType, const U8* buf, U16 len,
+                                   U8 variant ) {
    const unsigned pair = pairOf( chipType, variant );
    if( primitivesAreInline && surelyQuiet() && pair < sizeof C::factsTable.of &&
        len >= C::storageSize ) [[likely]] {

@@ -49,14 +49,14 @@ constexpr bool bounded( unsigned width ) {
    return width != 8 && width != 16 && width != 32 && width != 64;
 }
 
-FRAME_INLINE void traceView( const ClassData& data, Site site, State state ) {
+HARDWARE_INLINE inline void traceView( const ClassData& data, Site site, State state ) {
    if( tracedInView() ) [[unlikely]] {
       traceCall( data, site, state.chipType, state.variant );
    }
 }
 
-FRAME_INLINE void traceNamed( const ClassData& data, Site site, State state,
-                              const Oru::String& fieldName ) {
+HARDWARE_INLINE inline void traceNamed( const ClassData& data, Site site, State state,
+                                        const Oru::String& fieldName ) {
    if( tracedInView() ) [[unlikely]] {
       traceNamed( data, site, state.chipType, state.variant, fieldName );
    }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "Failure.h"
-#include "Inline.h"
 
+#include <Hardware/detail/Inline.h>
 #include <Oru/Trace.h>
 
 #include <atomic>
@@ -39,7 +39,7 @@ inline bool enabled( const Oru::TraceHandle& handle, Level level ) {
 bool enabled( Level level );
 
 // Whether an operation of a view writes its line. The view's construction has built the handle.
-FRAME_INLINE bool tracedInView() {
+HARDWARE_INLINE inline bool tracedInView() {
 #ifdef VORN_WITHOUT_TRACES // only in benchmarks, to measure what the tests cost
    return false;
 #else
@@ -49,7 +49,7 @@ FRAME_INLINE bool tracedInView() {
 
 // Whether an operation that may be the first of the process certainly writes no line; needs no
 // call.
-FRAME_INLINE bool surelyQuiet() {
+HARDWARE_INLINE inline bool surelyQuiet() {
 #ifdef VORN_WITHOUT_TRACES
    return true;
 #else
@@ -59,7 +59,7 @@ FRAME_INLINE bool surelyQuiet() {
 }
 
 // Whether such an operation writes its line.
-FRAME_INLINE bool traced() { return !surelyQuiet() && enabled( Level::call ); }
+HARDWARE_INLINE inline bool traced() { return !surelyQuiet() && enabled( Level::call ); }
 
 // "<signature> chipType: <number> variant: <number>"
 [[gnu::cold]] void traceCall( const ClassData& data, Site site, U8 chipType, U8 variant );

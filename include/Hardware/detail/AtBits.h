@@ -4,18 +4,12 @@
 // used: a fortified one keeps clang 14 from merging.
 #pragma once
 
+#include <Hardware/detail/Inline.h>
 #include <Kelvar/Types.h>
 
 #include <bit>
 #include <cstring>
 #include <type_traits>
-
-// Inline only if the compiler optimises; otherwise inlining only multiplies the code.
-#ifdef __OPTIMIZE__
-#define HARDWARE_INLINE [[gnu::always_inline]]
-#else
-#define HARDWARE_INLINE
-#endif
 
 namespace Hardware::Detail {
 

@@ -4,7 +4,7 @@
 // Inline, however long the compiler finds it. Without optimisation it is a call: its copies in all
 // accessors would be most of what a build under the sanitizers compiles, links and loads.
 #ifdef __OPTIMIZE__
-#define FRAME_INLINE [[gnu::always_inline]] inline
+#define HARDWARE_INLINE [[gnu::always_inline]]
 #else
-#define FRAME_INLINE inline
+#define HARDWARE_INLINE
 #endif
