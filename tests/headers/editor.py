@@ -1,6 +1,6 @@
 """editor.py CLANGD FOLDER INCLUDE...: hovering over an accessor shows its field's bits, and completion
-offers the accessors: of a view, and of a view of a pair known at compile time. FOLDER becomes a project of its own with these include folders, of which the
-first has <Hardware/accessors/...>."""
+offers the accessors: of a view, and of a view of a pair known at compile time. FOLDER becomes a project of its own with
+these include folders, of which the first has <Hardware/accessors/...>."""
 
 import json
 import subprocess
