@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -41,12 +40,19 @@ std::map<std::string, std::string> sections() {
    return result;
 }
 
-// The options that are explained there, each as the beginning of an item.
+// The options that are explained there. Each begins an item: .TP and, in the next line, .B or .BI
+// and the name, such as \-\-chip.
 Names optionsIn( const std::string& text ) {
-   static const std::regex item( R"(\.TP\n\.BI? ((?:\\-){2}[a-z\\-]+))" );
    Names names;
-   for( std::sregex_iterator found( text.begin(), text.end(), item ), end; found != end; ++found ) {
-      names.insert( std::regex_replace( ( *found )[1].str(), std::regex( R"(\\-)" ), "-" ) );
+   std::istringstream lines( text );
+   for( std::string line, before; std::getline( lines, line ); before = line ) {
+      std::istringstream words( line );
+      std::string macro, name;
+      words >> macro >> name;
+      std::erase( name, '\\' );
+      if( before == ".TP" && macro.starts_with( ".B" ) && name.starts_with( "--" ) ) {
+         names.insert( name );
+      }
    }
    return names;
 }
