@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <map>
 #include <mutex>
 #include <utility>
 
@@ -17,14 +19,14 @@ namespace Vorn {
 
 namespace {
 
-// Whether the pair has the field.
-bool hasField( std::string_view table, U32 chip, U32 variant, U32 identifier ) {
+std::vector<U32> fieldsOf( std::string_view table, U32 chip, U32 variant ) {
    std::array<Hardware::PairField, 128> fields;
    const std::size_t count =
       Hardware::pairFields( table, chip, static_cast<U8>( variant ), fields.data(), fields.size() );
-   return std::any_of(
-      fields.begin(), fields.begin() + count,
-      [identifier]( const Hardware::PairField& field ) { return field.identifier == identifier; } );
+   std::vector<U32> identifiers;
+   std::transform( fields.begin(), fields.begin() + count, std::back_inserter( identifiers ),
+                   []( const Hardware::PairField& field ) { return field.identifier; } );
+   return identifiers;
 }
 
 std::optional<ChipVariants> foundVariants( std::string_view table, U32 chip ) {
@@ -41,26 +43,29 @@ std::optional<ChipVariants> foundVariants( std::string_view table, U32 chip ) {
    return found.variants.empty() ? std::nullopt : std::optional( std::move( found ) );
 }
 
-// The pairs of a table, looked for once, since the library answers for one variant at a time; none
-// if there is no such table.
-const std::vector<ChipVariants>& knownPairs( std::string_view table ) {
-   struct Known {
-      std::once_flag looked;
-      std::vector<ChipVariants> pairs;
-   };
+// What is known of a table, looked for once, since the library answers for one variant at a time.
+struct Known {
+   std::once_flag lookedForPairs;
+   std::vector<ChipVariants> pairs; // none if there is no such table
+   std::once_flag lookedForFields;
+   std::map<std::pair<U32, U32>, std::vector<U32>> fields; // by chip type and variant
+};
+
+// With its pairs.
+Known& known( std::string_view table ) {
    // Never destroyed: other destructors may run later.
-   static auto& known = *new std::vector<Known>( allTables().size() + 1 );
+   static auto& all = *new std::vector<Known>( allTables().size() + 1 );
    const auto tables = allTables();
    const auto place = std::find( tables.begin(), tables.end(), table ) - tables.begin();
-   Known& one = known[static_cast<std::size_t>( place )];
-   std::call_once( one.looked, [&] {
+   Known& one = all[static_cast<std::size_t>( place )];
+   std::call_once( one.lookedForPairs, [&] {
       for( const Chip& chip : allChips() ) {
          if( auto variants = foundVariants( table, chip.number ) ) {
             one.pairs.push_back( std::move( *variants ) );
          }
       }
    } );
-   return one.pairs;
+   return one;
 }
 
 bool sameVariants( const ChipVariants& left, const ChipVariants& right ) {
@@ -87,20 +92,29 @@ std::string_view tableNamed( std::string_view name ) {
 std::string ChipVariants::text() const { return any ? "any" : rangesOf( variants ); }
 
 std::optional<ChipVariants> variantsOn( std::string_view table, U32 chip ) {
-   const auto& pairs = knownPairs( table );
+   const auto& pairs = known( table ).pairs;
    const auto found = std::find_if( pairs.begin(), pairs.end(), [chip]( const ChipVariants& pair ) {
       return pair.chip == chip;
    } );
    return found == pairs.end() ? std::nullopt : std::optional( *found );
 }
 
-std::vector<ChipVariants> pairsOf( std::string_view table ) { return knownPairs( table ); }
+std::vector<ChipVariants> pairsOf( std::string_view table ) { return known( table ).pairs; }
 
 std::vector<ChipVariants> pairsWithField( std::string_view table, U32 identifier ) {
-   std::vector<ChipVariants> pairs = pairsOf( table );
+   Known& one = known( table );
+   std::call_once( one.lookedForFields, [&] {
+      for( const ChipVariants& pair : one.pairs ) {
+         for( const U32 variant : pair.variants ) {
+            one.fields[{ pair.chip, variant }] = fieldsOf( table, pair.chip, variant );
+         }
+      }
+   } );
+   std::vector<ChipVariants> pairs = one.pairs;
    for( ChipVariants& pair : pairs ) {
       std::erase_if( pair.variants, [&]( U32 variant ) {
-         return !hasField( table, pair.chip, variant, identifier );
+         const auto& fields = one.fields.at( { pair.chip, variant } );
+         return std::find( fields.begin(), fields.end(), identifier ) == fields.end();
       } );
    }
    std::erase_if( pairs, []( const ChipVariants& pair ) { return pair.variants.empty(); } );

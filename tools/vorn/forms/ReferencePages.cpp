@@ -204,21 +204,34 @@ std::string formatLink( std::size_t number, std::string_view words = "" ) {
    return std::string( "[" ).append( words ).append( text ) + "](#format-" + text + ')';
 }
 
-// The formats that differ from one of them in the fewest fields, by their first pairs.
-std::string nearest( std::span<const Layout> formats, std::size_t one ) {
+// In how many fields each two of the formats differ, by their first pairs.
+using Distances = std::vector<std::vector<std::size_t>>;
+
+Distances distancesOf( std::span<const Layout> formats ) {
+   Distances distances( formats.size(), std::vector<std::size_t>( formats.size() ) );
+   for( std::size_t one = 0; one < formats.size(); ++one ) {
+      for( std::size_t other = 0; other < one; ++other ) {
+         distances[one][other] = distances[other][one] =
+            differenceOf( formats[one], formats[other] ).fields.size();
+      }
+   }
+   return distances;
+}
+
+// The formats that differ from one of them in the fewest fields.
+std::string nearest( std::span<const Layout> formats, const Distances& distances,
+                     std::size_t one ) {
    std::vector<std::size_t> others;
-   Difference least;
+   std::size_t count = 0;
    for( std::size_t other = 0; other < formats.size(); ++other ) {
-      if( other == one ) {
+      const std::size_t distance = distances[one][other];
+      if( other == one || ( !others.empty() && distance > count ) ) {
          continue;
       }
-      Difference difference = differenceOf( formats[one], formats[other] );
-      if( others.empty() || difference.fields.size() < least.fields.size() ) {
+      if( distance < count ) {
          others.clear();
-         least = std::move( difference );
-      } else if( difference.fields.size() > least.fields.size() ) {
-         continue;
       }
+      count = distance;
       others.push_back( other );
    }
    std::string text;
@@ -229,11 +242,11 @@ std::string nearest( std::span<const Layout> formats, std::size_t one ) {
    if( text.empty() ) {
       return text;
    }
-   const auto count = least.fields.size();
    text.append( others.size() > 1 ? ", each in " : " in " ).append( countOf( count, "field" ) );
    if( others.size() == 1 && count <= 6 ) {
-      for( const auto& field : least.fields ) {
-         text.append( &field == &least.fields.front() ? ": `" : ", `" );
+      const auto fields = differenceOf( formats[one], formats[others.front()] ).fields;
+      for( const auto& field : fields ) {
+         text.append( &field == &fields.front() ? ": `" : ", `" );
          text.append( field.name ).append( "`" );
       }
    }
@@ -248,6 +261,7 @@ std::string formats( std::span<const Layout> layouts ) {
       firsts.emplace_back( layouts.front().table(), U64( group.pairs.front().chip ),
                            group.pairs.front().variants.front() );
    }
+   const auto distances = distancesOf( firsts );
    std::vector<Cells> rows{ { "format", "chip types: variants", "fields", "unused bits" } };
    std::string drawings;
    for( const auto& group : groups ) {
@@ -258,7 +272,7 @@ std::string formats( std::span<const Layout> layouts ) {
                         std::to_string( group.fact.fields().size() ),
                         std::to_string( group.fact.unusedBits() ) } );
       drawings += "\n### Format " + number + "\n\nChip types and variants " + pairs + "\n\n" +
-                  nearest( firsts, rows.size() - 2 ) + "```text\n" +
+                  nearest( firsts, distances, rows.size() - 2 ) + "```text\n" +
                   drawnAsText( drawing, BoxLines::ascii ) + '\n' +
                   fieldList( drawing, Listed::places ) + "```\n";
    }
