@@ -1,11 +1,10 @@
 // vorn diff: which entries and fields change between two dumps, in each form and with each status.
 #include "Folders.h"
+#include "Json.h"
 #include "RunVorn.h"
 
 #include <Vorn/Compose.h>
 #include <Vorn/Text.h>
-
-#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -13,7 +12,8 @@
 
 namespace {
 
-using Json = nlohmann::json;
+using Testing::Json;
+using Testing::parsed;
 using Testing::vorn;
 
 const Vorn::Layout& lif() {
@@ -81,13 +81,12 @@ TEST( Diff, nothingWithoutADifference ) {
 TEST( Diff, jsonAndCsv ) {
    const auto lines = Testing::linesOf( diff( before, after, { "--json" } ).out );
    ASSERT_EQ( lines.size(), 3u );
-   EXPECT_EQ( Json::parse( lines[1] )["fields"],
-              Json::parse( R"({"learnEnable":{"old":1,"new":0},"vsi":{"old":7,"new":8}})" ) );
-   EXPECT_EQ( Json::parse( lines[1] )["entry"], 2 );
-   EXPECT_EQ( Json::parse( lines[1] )["change"], "changed" );
-   EXPECT_EQ( Json::parse( lines[2] )["before"], nullptr );
-   EXPECT_EQ( Json::parse( lines[2] )["after"].get<std::string>() + '\n',
-              line( { { "vsi", 5 } } ) );
+   EXPECT_EQ( parsed( lines[1] )["fields"],
+              parsed( R"({"learnEnable":{"old":1,"new":0},"vsi":{"old":7,"new":8}})" ) );
+   EXPECT_EQ( parsed( lines[1] )["entry"], 2 );
+   EXPECT_EQ( parsed( lines[1] )["change"], "changed" );
+   EXPECT_EQ( parsed( lines[2] )["before"], nullptr );
+   EXPECT_EQ( parsed( lines[2] )["after"].get<std::string>() + '\n', line( { { "vsi", 5 } } ) );
    EXPECT_EQ( diff( before, after, { "--csv" } ).out,
               csvHeader +
 

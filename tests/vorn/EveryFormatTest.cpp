@@ -1,5 +1,6 @@
 // What holds for the layout of every pair of every table: no bit is missed or drawn twice, nothing
 // is too wide, and nothing runs out of its box.
+#include "Json.h"
 #include "RunVorn.h"
 
 #include "Pairs.h"
@@ -8,8 +9,6 @@
 
 #include <Vorn/BitOrder.h>
 #include <Vorn/DrawingSvg.h>
-
-#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -347,7 +346,7 @@ TEST( EveryFormat, jsonHoldsTheSame ) {
    forEveryPair( []( const Vorn::Layout& layout ) {
       auto arguments = argumentsOf( layout );
       arguments.json = true;
-      const auto object = nlohmann::json::parse( Vorn::layout( arguments ) );
+      const auto object = Testing::parsed( Vorn::layout( arguments ) );
       EXPECT_EQ( object["table"], layout.table() );
       EXPECT_EQ( object["chip"], layout.chip().name );
       EXPECT_EQ( object["variant"], layout.variant() );
@@ -356,12 +355,12 @@ TEST( EveryFormat, jsonHoldsTheSame ) {
       ASSERT_EQ( object["fields"].size(), format.fields().size() );
       for( std::size_t i = 0; i < format.fields().size(); ++i ) {
          const auto& field = format.fields()[i];
-         EXPECT_EQ( object["fields"][i], ( nlohmann::json{ { "name", field.name },
-                                                           { "offset", field.offset },
-                                                           { "width", field.width },
-                                                           { "identifier", field.identifier },
-                                                           { "hardwareName", field.hardwareName },
-                                                           { "readOnly", field.readOnly } } ) );
+         EXPECT_EQ( object["fields"][i], ( Testing::Json{ { "name", field.name },
+                                                          { "offset", field.offset },
+                                                          { "width", field.width },
+                                                          { "identifier", field.identifier },
+                                                          { "hardwareName", field.hardwareName },
+                                                          { "readOnly", field.readOnly } } ) );
       }
       EXPECT_EQ( object["unused"].size(), format.unused().size() );
    } );

@@ -1,4 +1,5 @@
 // Every pair of every table through the real program, held against the registry's own views.
+#include "Json.h"
 #include "RunVorn.h"
 
 #include "Pairs.h"
@@ -12,8 +13,6 @@
 
 #include <Hardware/Registry.h>
 
-#include <nlohmann/json.hpp>
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,11 +22,12 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Testing::Bits;
 using Testing::bitsAt;
 using Testing::bitsAtAre;
 using Testing::hexOf;
+using Testing::Json;
+using Testing::parsed;
 
 Json pairOf( const Vorn::Layout& layout ) {
    return { { "table", layout.table() },
@@ -193,7 +193,7 @@ TEST( EveryTable, whatIsEncodedDecodesToTheSame ) {
                                                : hexOf( value ) );
          }
          const auto printedJson = printed( layout, Vorn::DecodeForm::json, read );
-         EXPECT_EQ( Json::parse( printedJson )["fields"].dump(), json.dump() );
+         EXPECT_EQ( parsed( printedJson )["fields"].dump(), json.dump() );
          EXPECT_EQ( cellsOf( printed( layout, Vorn::DecodeForm::csv, read ) ), cells );
       }
    }

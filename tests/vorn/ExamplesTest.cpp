@@ -1,9 +1,8 @@
 // The files of examples/, programmed by the real program and decoded again.
+#include "Json.h"
 #include "RunVorn.h"
 
 #include <Kelvar/Types.h>
-
-#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -16,13 +15,14 @@
 
 namespace {
 
-using Json = nlohmann::json;
+using Testing::Json;
+using Testing::parsed;
 using Testing::vorn;
 
 std::vector<Json> linesOf( std::istream& in ) {
    std::vector<Json> lines;
    for( std::string line; std::getline( in, line ); ) {
-      lines.push_back( Json::parse( line ) );
+      lines.push_back( parsed( line ) );
    }
    return lines;
 }
@@ -72,7 +72,7 @@ TEST( Examples, DecodeToWhatWasProgrammed ) {
             { "decode", made[line]["table"], "--chip", made[line]["chip"], "--variant",
               std::to_string( made[line]["variant"].get<int>() ), "--json", made[line]["image"] } );
          ASSERT_EQ( decoded.status, 0 ) << decoded.err;
-         const Json fields = Json::parse( decoded.out )["fields"];
+         const Json fields = parsed( decoded.out )["fields"];
          for( const auto& [name, value] : given[line]["fields"].items() ) {
             EXPECT_EQ( digits( fields[name] ), digits( value ) ) << name;
          }
@@ -114,7 +114,7 @@ TEST( Examples, AnOutgoingAcAsOnPaper ) {
       R"({"table":"OutAcBank","chip":"BCM88690_B0","entry":5001,"fields":{"vlanEditVid1":100,)"
       R"("vlanEditVid2":200,"vlanEditProfile":9,"statObjectId":66001}})" );
    ASSERT_EQ( outcome.status, 0 ) << outcome.err;
-   const Json line = Json::parse( outcome.out );
+   const Json line = parsed( outcome.out );
    EXPECT_EQ( line["image"].get<std::string>().substr( 0, 30 ), "0000d1010100000000002490013220" );
    EXPECT_EQ( line["address"], "0x1389" );
    EXPECT_EQ( line["accessType"], 10 );

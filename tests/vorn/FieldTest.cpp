@@ -1,7 +1,6 @@
 // vorn field: where a field exists, by any of its names and by patterns.
+#include "Json.h"
 #include "RunVorn.h"
-
-#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -10,9 +9,10 @@
 
 namespace {
 
-using Json = nlohmann::json;
 using Testing::expectPrinted;
 using Testing::expectRefused;
+using Testing::Json;
+using Testing::parsed;
 using Testing::vorn;
 
 } // namespace
@@ -47,7 +47,7 @@ TEST( Field, patterns ) {
    EXPECT_EQ( outcome.status, 0 );
    std::set<std::string> names;
    for( const auto& line : Testing::linesOf( outcome.out ) ) {
-      const auto object = Json::parse( line );
+      const auto object = parsed( line );
       names.insert( object["name"].get<std::string>() );
       for( const auto& pair : object["pairs"] ) {
          EXPECT_EQ( pair["chip"], "BCM88690_B0" );

@@ -1,13 +1,12 @@
 // vorn identify: held against the classes' own discriminators, and what it prints.
 #include "Folders.h"
+#include "Json.h"
 #include "RunVorn.h"
 #include "support/EveryClass.h"
 
 #include <Vorn/Identify.h>
 
 #include <Hardware/Registry.h>
-
-#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -20,8 +19,9 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Testing::expectRefused;
+using Testing::Json;
+using Testing::parsed;
 using Testing::vorn;
 
 using Pair = std::tuple<std::string, U32>; // table and variant
@@ -176,17 +176,16 @@ TEST( Identify, whatIsRuledOutAndWhy ) {
 }
 
 TEST( Identify, json ) {
-   const auto object = Json::parse(
-      identified( "14", image( "IsemMgmtReq", "14", "17" ), { "--json", "--ruled-out" } ) );
-   EXPECT_EQ(
-      object["groups"],
-      Json::parse( R"([ { "tag": { "tid": "0xf", "entryType": "0x0", "vmv": "0x3" },)"
-                   R"("members": [ { "table": "IsemMgmtReq", "variants": [ 17, 18 ] } ] },)"
-                   R"({ "tag": {}, "members":)"
-                   R"([ { "table": "IsemMgmtReq", "variants": [ 7, 8, 19, 20 ] } ] } ])" ) );
+   const auto object =
+      parsed( identified( "14", image( "IsemMgmtReq", "14", "17" ), { "--json", "--ruled-out" } ) );
+   EXPECT_EQ( object["groups"],
+              parsed( R"([ { "tag": { "tid": "0xf", "entryType": "0x0", "vmv": "0x3" },)"
+                      R"("members": [ { "table": "IsemMgmtReq", "variants": [ 17, 18 ] } ] },)"
+                      R"({ "tag": {}, "members":)"
+                      R"([ { "table": "IsemMgmtReq", "variants": [ 7, 8, 19, 20 ] } ] } ])" ) );
    EXPECT_EQ( object["ruledOut"].back(),
-              Json::parse( R"({ "table": "VttInPpPortConfig0", "variants": [ 0 ],)"
-                           R"("reason": "an entry has 12 bytes" })" ) );
+              parsed( R"({ "table": "VttInPpPortConfig0", "variants": [ 0 ],)"
+                      R"("reason": "an entry has 12 bytes" })" ) );
    EXPECT_EQ( identified( "6", "0000000000000000", { "--json" } ),
               R"({"groups":[{"tag":{},"members":[{"table":"EvecTable","variants":null}]}]})"
               "\n" );

@@ -1,8 +1,7 @@
 // vorn layout, run for real: drawings, lists, pictures and differences as on paper.
 #include "Folders.h"
+#include "Json.h"
 #include "RunVorn.h"
-
-#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -191,7 +190,7 @@ TEST( Layout, json ) {
 }
 
 TEST( Layout, jsonOfATagAndOfARegister ) {
-   const auto object = nlohmann::json::parse(
+   const auto object = Testing::parsed(
       vorn( { "layout", "LifTable", "--chip", "13", "--variant", "3", "--json" } ).out );
    const auto& tag = object["fields"].back();
    EXPECT_EQ( tag["name"], "resultType" );
@@ -202,9 +201,9 @@ TEST( Layout, jsonOfATagAndOfARegister ) {
    EXPECT_EQ( object["words"], 20 );
 
    const auto other =
-      nlohmann::json::parse( vorn( { "layout", "FheiIveSizeReg", "--chip", "2", "--json" } ).out );
+      Testing::parsed( vorn( { "layout", "FheiIveSizeReg", "--chip", "2", "--json" } ).out );
    EXPECT_EQ( other["kind"], "register" );
-   EXPECT_EQ( other["unused"], nlohmann::json::array() );
+   EXPECT_EQ( other["unused"], Testing::Json::array() );
 }
 
 TEST( Layout, aPicture ) {

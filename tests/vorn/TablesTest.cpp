@@ -1,4 +1,5 @@
 // vorn tables, run for real.
+#include "Json.h"
 #include "RunVorn.h"
 
 #include <Vorn/Chip.h>
@@ -6,16 +7,15 @@
 
 #include <Hardware/Registry.h>
 
-#include <nlohmann/json.hpp>
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 namespace {
 
-using Json = nlohmann::json;
+using Testing::Json;
 using Testing::linesOf;
+using Testing::parsed;
 
 std::vector<std::string> tables( const std::vector<std::string>& options = {} ) {
    std::vector<std::string> arguments{ "tables" };
@@ -44,7 +44,7 @@ std::string linesFor( const std::string& table ) {
 
 Json jsonFor( const std::string& table ) {
    for( const auto& line : tables( { "--json" } ) ) {
-      if( const auto object = Json::parse( line ); object["name"] == table ) {
+      if( const auto object = parsed( line ); object["name"] == table ) {
          return object;
       }
    }
@@ -82,12 +82,12 @@ TEST( Tables, jsonOfEachPair ) {
    EXPECT_EQ( object["fields"], 1 );
    ASSERT_EQ( object["pairs"].size(), 13u );
    EXPECT_EQ( object["pairs"][2].dump(),
-              Json::parse( R"({"chip":"BCM88375_A0","variant":0,"words":1,"entries":2048,)"
-                           R"("arrayElements":24,"instances":1,"fields":1,"hasAddress":true})" )
+              parsed( R"({"chip":"BCM88375_A0","variant":0,"words":1,"entries":2048,)"
+                      R"("arrayElements":24,"instances":1,"fields":1,"hasAddress":true})" )
                  .dump() );
    EXPECT_EQ( object["pairs"][7].dump(),
-              Json::parse( R"({"chip":"BCM88690_B0","variant":0,"words":2,"entries":2048,)"
-                           R"("arrayElements":24,"instances":2,"fields":1,"hasAddress":true})" )
+              parsed( R"({"chip":"BCM88690_B0","variant":0,"words":2,"entries":2048,)"
+                      R"("arrayElements":24,"instances":2,"fields":1,"hasAddress":true})" )
                  .dump() );
 }
 
@@ -113,7 +113,7 @@ TEST( Tables, jsonAgreesWithTheRegistry ) {
    const auto names = Hardware::classNames();
    ASSERT_EQ( lines.size(), names.size() );
    for( std::size_t i = 0; i < names.size(); ++i ) {
-      const auto object = Json::parse( lines[i] );
+      const auto object = parsed( lines[i] );
       EXPECT_EQ( object["name"], names[i] );
       EXPECT_EQ( object["fields"], Hardware::classFields( names[i] ).size() );
       for( const auto& pair : object["pairs"] ) {
@@ -140,7 +140,7 @@ TEST( Tables, ofOneChipType ) {
    EXPECT_EQ( lines[3], "   21: 0" );
    const auto objects = tables( { "--chip=10", "--json" } );
    for( const auto& line : objects ) {
-      const auto object = Json::parse( line );
+      const auto object = parsed( line );
       for( const auto& pair : object["pairs"] ) {
          EXPECT_EQ( pair["chip"], "BCM88690_B0" );
          EXPECT_LE( pair["fields"], object["fields"] );

@@ -23,17 +23,17 @@ Arguments traced( Arguments arguments ) {
    return arguments;
 }
 
-// A verb that traces a line at both levels.
-Vorn::Verb addProbe( CLI::App& commandLine ) {
-   return { commandLine.add_subcommand( "probe" ), []( Vorn::Output& ) {
-              using Hardware::TcamActionTable;
-              TcamActionTable::fieldCount( 2, 0 );
-              U32 address = 0;
-              U8 accessType = 0;
-              U8 destBlock = 0;
-              EXPECT_FALSE( TcamActionTable::getSchanAddress( 2, 1, address, accessType, destBlock,
-                                                              0, 0, 0 ) );
-           } };
+// For a verb that traces a line at both levels.
+Vorn::VerbRun addProbe( CLI::App& ) {
+   return []( Vorn::Output& ) {
+      using Hardware::TcamActionTable;
+      TcamActionTable::fieldCount( 2, 0 );
+      U32 address = 0;
+      U8 accessType = 0;
+      U8 destBlock = 0;
+      EXPECT_FALSE(
+         TcamActionTable::getSchanAddress( 2, 1, address, accessType, destBlock, 0, 0, 0 ) );
+   };
 }
 
 } // namespace
@@ -68,14 +68,14 @@ TEST( Trace, aLineForEachCall ) {
 }
 
 TEST( Trace, bothLevels ) {
-   CLI::App commandLine;
-   const Vorn::AddVerb probes[] = { addProbe };
-   const auto verb = Vorn::addTrace( commandLine, probes );
-   commandLine.parse( "trace probe" );
+   CLI::App trace;
+   const Vorn::ListedVerb probes[] = { { "probe", "", addProbe } };
+   const auto run = Vorn::addTrace( trace, probes, { "probe" } );
+   trace.parse( "probe" );
    std::vector<std::string> lines;
    Oru::traceSinkIs( [&]( const std::string& line ) { lines.push_back( line ); } );
    Vorn::Output output;
-   verb.run( output );
+   run( output );
    Oru::traceSinkIs( {} );
    for( const int level : { 0, 8 } ) {
       Oru::traceLevelIs( "KelvarVornTunnelMetaInfo", level, false );

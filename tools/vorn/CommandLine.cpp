@@ -11,7 +11,9 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Vorn {
@@ -19,9 +21,21 @@ namespace Vorn {
 namespace {
 
 // The verbs, in the order in which the help lists them.
-constexpr AddVerb addVerbs[] = {
-   addTables,  addField,    addLayout,  addEncode, addDecode, addDiff,      addStats,
-   addProgram, addIdentify, addAddress, addLocate, addExport, addReference, addExplore,
+const ListedVerb allVerbs[] = {
+   { "tables", "List the tables and registers", addTables },
+   { "field", "Print where a field exists", addField },
+   { "layout", "Draw the format of an entry", addLayout },
+   { "encode", "Compose the image of one entry", addEncode },
+   { "decode", "Print the fields of images", addDecode },
+   { "diff", "Print what changes between two dumps", addDiff },
+   { "stats", "Print what the fields of a dump hold", addStats },
+   { "program", "Compose images from JSON lines or CSV", addProgram },
+   { "identify", "Print what an image may be an entry of", addIdentify },
+   { "address", "Print where entries lie", addAddress },
+   { "locate", "Print what lies at an address", addLocate },
+   { "export", "Print layouts for other programs", addExport },
+   { "reference", "Write the reference of all tables", addReference },
+   { "explore", "Show an entry in a browser", addExplore },
 };
 
 using Names = std::vector<std::string>;
@@ -64,15 +78,15 @@ void refuseValuesOfFlags( CLI::App& app ) {
 
 class CommandLine {
 public:
-   explicit CommandLine( const std::string& version );
+   CommandLine( CommandWords words, const std::string& version );
 
    // Throws as CLI11 does.
    void parse( int argc, const char* const* argv ) {
-      requireValues( { argv + 1, argv + std::max( argc, 1 ) } );
+      requireValues();
       app_.parse( argc, argv );
    }
 
-   // What the last parse() made of it.
+   // What parse() made of it.
    void run( Output& output ) { runParsed( verbs_, output ); }
 
    std::string help() const { return app_.help(); }
@@ -81,13 +95,15 @@ public:
    std::string usageError( const CLI::ParseError& error ) const;
 
 private:
-   void requireValues( const std::vector<std::string>& words ) const;
+   void requireValues() const;
 
+   CommandWords words_;
    CLI::App app_{ "Composes and decodes the entries of a packet processor's tables.", "vorn" };
    std::vector<Verb> verbs_;
 };
 
-CommandLine::CommandLine( const std::string& version ) {
+CommandLine::CommandLine( CommandWords words, const std::string& version )
+   : words_( std::move( words ) ) {
    app_.require_subcommand( 1 );
    app_.formatter( helpFormatter() );
    app_.set_version_flag( "--version", "vorn " + version, "Print the version and exit" );
@@ -97,35 +113,33 @@ CommandLine::CommandLine( const std::string& version ) {
                "status 2. `vorn diff` has statuses of its own.\n\n"
                "Example:\n"
                "  vorn encode TcamActionTable --chip BCM88690_B0 --entry 5 action=0x12345" ) );
-   for( const auto add : addVerbs ) {
-      verbs_.push_back( add( app_ ) );
-   }
-   verbs_.push_back( addTrace( app_, addVerbs ) );
-   for( const auto& verb : verbs_ ) {
-      verb.app->group( "Verbs" );
-   }
-   verbs_.push_back( addComplete( app_ ) );
+   std::vector<ListedVerb> verbs( std::begin( allVerbs ), std::end( allVerbs ) );
+   verbs.push_back( { "trace", "Run a verb with the library's trace",
+                      [this]( CLI::App& verb ) { return addTrace( verb, allVerbs, words_ ); } } );
+   verbs.push_back( { completeName, "Print what may come next", addComplete } );
+   verbs_ = addVerbs( app_, verbs, words_ );
+   verbs_.back().app->group( "" ); // for shells, not for people
    refuseValuesOfFlags( app_ );
 }
 
 // Requires that no option stands where another one's value is due: CLI11 would take it for the
 // value.
-void CommandLine::requireValues( const std::vector<std::string>& words ) const {
+void CommandLine::requireValues() const {
    const CLI::App* app = &app_;
-   for( std::size_t i = 0; i + 1 < words.size() && words[i] != "--"; ++i ) {
-      const auto& next = words[i + 1];
-      if( !words[i].starts_with( '-' ) ) {
+   for( std::size_t i = 0; i + 1 < words_.size() && words_[i] != "--"; ++i ) {
+      const auto& next = words_[i + 1];
+      if( !words_[i].starts_with( '-' ) ) {
          for( const auto* const verb : app->get_subcommands( {} ) ) {
-            app = verb->get_name() == words[i] ? verb : app;
+            app = verb->get_name() == words_[i] ? verb : app;
          }
          continue;
       }
-      const auto* const option = app->get_option_no_throw( words[i] );
+      const auto* const option = app->get_option_no_throw( words_[i] );
       if( option && option->get_items_expected_max() > 0 && next.starts_with( "--" ) &&
           next != "--" ) {
-         throw UsageError( words[i] + " needs " + option->get_type_name() + ", which " +
+         throw UsageError( words_[i] + " needs " + option->get_type_name() + ", which " +
                            inQuotes( next ) + " isn't; if it is meant as the value, write " +
-                           words[i] + '=' + shown( next ) );
+                           words_[i] + '=' + shown( next ) );
       }
    }
 }
@@ -182,7 +196,7 @@ std::string CommandLine::usageError( const CLI::ParseError& error ) const {
 
 void runCommandLine( int argc, const char* const* argv, const std::string& version,
                      Output& output ) {
-   CommandLine commandLine( version );
+   CommandLine commandLine( { argv + 1, argv + std::max( argc, 1 ) }, version );
    try {
       commandLine.parse( argc, argv );
       commandLine.run( output );

@@ -7,6 +7,8 @@
 
 #include <functional>
 #include <span>
+#include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -14,35 +16,51 @@ class App;
 
 namespace Vorn {
 
-struct Verb {
-   CLI::App* app; // its part of the command line
+// Performs a verb with the arguments that parsing has left. Fails with an Error, before anything of
+// the failing part is given to the output.
+using VerbRun = std::function<void( Output& output )>;
 
-   // Performs the verb with the arguments that parsing has left. Fails with an Error, before
-   // anything of the failing part is given to the output.
-   std::function<void( Output& output )> run;
+// Each adds a verb's arguments to its part of the command line; they live as long as the VerbRun.
+VerbRun addTables( CLI::App& verb );
+VerbRun addField( CLI::App& verb );
+VerbRun addEncode( CLI::App& verb );
+VerbRun addDecode( CLI::App& verb );
+VerbRun addDiff( CLI::App& verb );
+VerbRun addStats( CLI::App& verb );
+VerbRun addProgram( CLI::App& verb );
+VerbRun addAddress( CLI::App& verb );
+VerbRun addLocate( CLI::App& verb );
+VerbRun addIdentify( CLI::App& verb );
+VerbRun addLayout( CLI::App& verb );
+VerbRun addReference( CLI::App& verb );
+VerbRun addExport( CLI::App& verb );
+VerbRun addExplore( CLI::App& verb );
+
+// A verb as the help lists it.
+struct ListedVerb {
+   const char* name;
+   const char* purpose;
+   std::function<VerbRun( CLI::App& verb )> add;
 };
 
-// Each adds a verb to the command line; its arguments live as long as its `run`.
-Verb addTables( CLI::App& commandLine );
-Verb addField( CLI::App& commandLine );
-Verb addEncode( CLI::App& commandLine );
-Verb addDecode( CLI::App& commandLine );
-Verb addDiff( CLI::App& commandLine );
-Verb addStats( CLI::App& commandLine );
-Verb addProgram( CLI::App& commandLine );
-Verb addAddress( CLI::App& commandLine );
-Verb addLocate( CLI::App& commandLine );
-Verb addIdentify( CLI::App& commandLine );
-Verb addLayout( CLI::App& commandLine );
-Verb addReference( CLI::App& commandLine );
-Verb addExport( CLI::App& commandLine );
-Verb addExplore( CLI::App& commandLine );
+// A verb on the command line, without a `run` if no word names it.
+struct Verb {
+   CLI::App* app;
+   VerbRun run;
+};
 
-using AddVerb = Verb ( * )( CLI::App& commandLine );
+// The words of a command line after the program's name.
+using CommandWords = std::vector<std::string>;
+
+// Adds the verbs, but the arguments only of those that one of the words names, as most of a start
+// would be spent on the others. Words that are to be completed may be about any verb.
+std::vector<Verb> addVerbs( CLI::App& commandLine, std::span<const ListedVerb> verbs,
+                            const CommandWords& words );
 
 // These two have other verbs as their arguments.
-Verb addTrace( CLI::App& commandLine, std::span<const AddVerb> verbs );
-Verb addComplete( CLI::App& commandLine );
+VerbRun addTrace( CLI::App& verb, std::span<const ListedVerb> verbs, const CommandWords& words );
+VerbRun addComplete( CLI::App& verb );
+constexpr auto completeName = "complete";
 
 // The library's own view of the pair, where `vorn trace` has switched its trace on: shows how it is
 // made and what it says of each field, which the codec works out without views.

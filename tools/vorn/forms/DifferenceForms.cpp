@@ -2,16 +2,13 @@
 #include "forms/DifferenceForms.h"
 
 #include "Text.h"
+#include "forms/Json.h"
 
 #include <Vorn/Text.h>
-
-#include <nlohmann/json.hpp>
 
 namespace Vorn {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // "3 -> 5", "3" where there is no other.
 std::string arrow( std::optional<unsigned> from, std::optional<unsigned> to ) {
@@ -82,7 +79,7 @@ std::string differenceJson( const Layout& from, const Layout& to ) {
                           { "to", bitsJson( field.to ) } } );
    }
    object["unchanged"] = difference.unchanged;
-   return object.dump() + '\n';
+   return jsonText( object ) + '\n';
 }
 
 } // namespace Vorn

@@ -3,13 +3,12 @@
 
 #include "Terminal.h"
 #include "Text.h"
+#include "forms/Json.h"
 
 #include <Vorn/Error.h>
 #include <Vorn/Fields.h>
 #include <Vorn/Text.h>
 #include <Vorn/Value.h>
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <utility>
@@ -100,8 +99,7 @@ void ImagePrinter::nameFile( const std::string& file ) {
    hasFile_ = true;
    switch( form_ ) {
    case DecodeForm::json:
-      file_ =
-         nlohmann::json( file ).dump( -1, ' ', false, nlohmann::json::error_handler_t::replace );
+      file_ = jsonText( file );
       break;
    case DecodeForm::csv:
       file_ = cellOf( file );

@@ -1,10 +1,10 @@
 // A JSON Schema of the records that `vorn program` takes.
 #include "forms/Exports.h"
 
+#include "forms/Json.h"
+
 #include <Vorn/Pairs.h>
 #include <Vorn/Value.h>
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <limits>
@@ -13,8 +13,6 @@
 namespace Vorn {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr U64 largestNumber = std::numeric_limits<U64>::max(); // that JSON writes without quotes
 
@@ -241,7 +239,7 @@ std::string recordSchema( std::span<const Layout> layouts ) {
    schema["anyOf"] = anyOf;
    schema["allOf"] = allOf;
    schema["$defs"] = definitions;
-   return schema.dump( 3 ) + '\n';
+   return jsonText( schema, 3 ) + '\n';
 }
 
 } // namespace Vorn

@@ -88,23 +88,22 @@ void address( const AddressArguments& arguments, Output& output ) {
 
 } // namespace
 
-Verb addAddress( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "address", "Print where entries lie" );
+VerbRun addAddress( CLI::App& verb ) {
    const auto arguments = std::make_shared<AddressArguments>();
-   addPair( *verb, arguments->pair );
-   addIndex( *verb, arguments->index );
-   verb->get_option( "--entry" )
+   addPair( verb, arguments->pair );
+   addIndex( verb, arguments->index );
+   verb.get_option( "--entry" )
       ->description( "Entry of the table, or a range of entries; 0 if not given" )
       ->type_name( "N|N-M" );
-   verb->add_flag( "--json", arguments->json, "Print a JSON object for each entry" );
+   verb.add_flag( "--json", arguments->json, "Print a JSON object for each entry" );
    describe(
-      *verb,
+      verb,
       "Prints a line for each entry after a line of headings: where the entry lies on the "
       "chip's S-channel, and the access type and destination block that go with the address. "
       "`vorn locate` answers the opposite question.\n\n" +
          chipTypesParagraph(),
       "  vorn address TcamActionTable --chip BCM88690_B0 --entry 5-7 --array 2" );
-   return { verb, [arguments]( Output& output ) { address( *arguments, output ); } };
+   return [arguments]( Output& output ) { address( *arguments, output ); };
 }
 
 } // namespace Vorn

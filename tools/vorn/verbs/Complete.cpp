@@ -286,26 +286,23 @@ Candidates Words::candidates( const std::string& word ) const {
 
 } // namespace
 
-Verb addComplete( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "complete", "Print what may come next" );
-   verb->group( "" ); // for shells, not for people
+VerbRun addComplete( CLI::App& verb ) {
    const auto words = std::make_shared<std::vector<std::string>>();
-   verb->add_option( "WORD", *words, "Words after vorn, the last one as far as it is typed" );
-   describe( *verb,
+   verb.add_option( "WORD", *words, "Words after vorn, the last one as far as it is typed" );
+   describe( verb,
              "Prints a line for each word that the last one may become, with a description after "
              "a tab where there is one.",
              "  vorn complete -- encode TcamActionTable --chip BCM" );
-   return { verb, [words, &commandLine]( Output& output ) {
-              Words line( commandLine );
-              for( std::size_t i = 0; i + 1 < words->size(); ++i ) {
-                 line.take( ( *words )[i] );
-              }
-              for( const auto& [word, description] :
-                   line.candidates( words->empty() ? std::string() : words->back() ) ) {
-                 output.write( description.empty() ? word + '\n'
-                                                   : word + '\t' + description + '\n' );
-              }
-           } };
+   return [words, &verb]( Output& output ) {
+      Words line( *verb.get_parent() );
+      for( std::size_t i = 0; i + 1 < words->size(); ++i ) {
+         line.take( ( *words )[i] );
+      }
+      for( const auto& [word, description] :
+           line.candidates( words->empty() ? std::string() : words->back() ) ) {
+         output.write( description.empty() ? word + '\n' : word + '\t' + description + '\n' );
+      }
+   };
 }
 
 } // namespace Vorn

@@ -96,31 +96,30 @@ void addForms( CLI::App& verb, DecodeForm& form ) {
 
 } // namespace
 
-Verb addDecode( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "decode", "Print the fields of images" );
+VerbRun addDecode( CLI::App& verb ) {
    struct Given {
       DumpLine line;
       DecodeArguments arguments;
    };
    const auto given = std::make_shared<Given>();
    DecodeArguments* const arguments = &given->arguments;
-   verb->add_option( "TABLE", given->line.pair.table,
-                     "Name of the table, as `vorn tables` prints it" );
-   verb->add_option( "IMAGE", arguments->image,
-                     "The image, files of images, or - for standard input" );
-   verb->add_option( "--file", arguments->paths, "Files of images, - for standard input" )
+   verb.add_option( "TABLE", given->line.pair.table,
+                    "Name of the table, as `vorn tables` prints it" );
+   verb.add_option( "IMAGE", arguments->image,
+                    "The image, files of images, or - for standard input" );
+   verb.add_option( "--file", arguments->paths, "Files of images, - for standard input" )
       ->type_name( "FILE" );
-   addDump( *verb, given->line.pair, *arguments );
-   addChoice( *verb, *arguments );
+   addDump( verb, given->line.pair, *arguments );
+   addChoice( verb, *arguments );
    verb
-      ->add_option( "--changed-from", arguments->changedFrom,
-                    "Print only the fields that differ from this image, old and new" )
+      .add_option( "--changed-from", arguments->changedFrom,
+                   "Print only the fields that differ from this image, old and new" )
       ->type_name( "IMAGE" );
-   addForms( *verb, arguments->form );
-   verb->get_option( "--csv" )->excludes( verb->get_option( "--changed-from" ) );
-   verb->callback( [given] { given->line.completeInto( given->arguments ); } );
+   addForms( verb, arguments->form );
+   verb.get_option( "--csv" )->excludes( verb.get_option( "--changed-from" ) );
+   verb.callback( [given] { given->line.completeInto( given->arguments ); } );
    describe(
-      *verb,
+      verb,
       imagesParagraphs() +
          "\n\nAn argument that is no image but names a file is read as with --file; one that is "
          "both is an image, and a note says so. The form of a file, or of standard input (-), is "
@@ -166,7 +165,7 @@ Verb addDecode( CLI::App& commandLine ) {
       "  vorn program entries.jsonl | vorn decode --single-line -\n"
       "  vorn decode LifTable --chip BCM88690_B0 --csv --file lif.bin\n"
       "  vorn decode LifTable --chip 10 --fields vsi,vlan* --where 'vsi >= 2000' --file lif.bin" );
-   return { verb, [given]( Output& output ) { decode( given->arguments, output ); } };
+   return [given]( Output& output ) { decode( given->arguments, output ); };
 }
 
 } // namespace Vorn

@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "Terminal.h"
 #include "Verbs.h"
+#include "forms/Json.h"
 #include "verbs/DumpWalk.h"
 #include "verbs/Failures.h"
 
@@ -16,7 +17,6 @@
 #include <Vorn/Value.h>
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstring>
@@ -187,8 +187,6 @@ private:
    std::set<std::string> reported_; // doubts
 };
 
-using Json = nlohmann::ordered_json;
-
 // As readers in any language can take it: many lose bits of wider numbers.
 Json valueJson( const Value& value ) {
    return value.bits() <= 53 ? Json( value.word( 0 ) ) : Json( hexOf( value ) );
@@ -306,7 +304,7 @@ private:
          fields[std::string( field.name )] = { { "old", valueJson( valueIn( before, field ) ) },
                                                { "new", valueJson( valueIn( after, field ) ) } };
       }
-      output_.write( object.dump() + '\n' );
+      output_.write( jsonText( object ) + '\n' );
    }
 
    // Where it lies besides its number, as far as its dump says it.
@@ -524,28 +522,26 @@ void checkUsage( const DiffArguments& arguments ) {
 
 } // namespace
 
-Verb addDiff( CLI::App& commandLine ) {
-   CLI::App* const verb =
-      commandLine.add_subcommand( "diff", "Print what changes between two dumps" );
+VerbRun addDiff( CLI::App& verb ) {
    const auto arguments = std::make_shared<DiffArguments>();
-   verb->add_option( "TABLE BEFORE AFTER", arguments->words,
-                     "Name of the table, and two files or images; - for standard input" );
-   verb->add_option( "--chip", arguments->chip, "Chip type, by name or number" )
+   verb.add_option( "TABLE BEFORE AFTER", arguments->words,
+                    "Name of the table, and two files or images; - for standard input" );
+   verb.add_option( "--chip", arguments->chip, "Chip type, by name or number" )
       ->type_name( "NAME|NUMBER" );
    verb
-      ->add_option( "--variant", arguments->variant,
-                    "Variant of the table, by the tag if not given" )
+      .add_option( "--variant", arguments->variant,
+                   "Variant of the table, by the tag if not given" )
       ->type_name( "V" );
    verb
-      ->add_option( "--fields", arguments->fields,
-                    "Compare only these fields; * and ? are wildcards" )
+      .add_option( "--fields", arguments->fields,
+                   "Compare only these fields; * and ? are wildcards" )
       ->type_name( "NAME,..." );
-   addImageFormat( *verb, arguments->format );
-   addSplit( *verb, arguments->split );
-   verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after a bad image" );
-   verb->add_flag( "--strict", arguments->isStrict, "Treat warnings as errors" );
+   addImageFormat( verb, arguments->format );
+   addSplit( verb, arguments->split );
+   verb.add_flag( "--keep-going", arguments->keepsGoing, "Go on after a bad image" );
+   verb.add_flag( "--strict", arguments->isStrict, "Treat warnings as errors" );
    const auto add = [&]( const char* name, DiffForm form, const char* text ) {
-      return verb->add_flag_callback(
+      return verb.add_flag_callback(
          name, [arguments, form] { arguments->form = form; }, text );
    };
    CLI::Option* const json = add( "--json", DiffForm::json, "Print a JSON object per entry" );
@@ -553,9 +549,9 @@ Verb addDiff( CLI::App& commandLine ) {
    CLI::Option* const summary = add( "--summary", DiffForm::summary, "Print only counts" );
    json->excludes( csv )->excludes( summary );
    csv->excludes( summary );
-   verb->final_callback( [arguments] { checkUsage( *arguments ); } );
+   verb.final_callback( [arguments] { checkUsage( *arguments ); } );
    describe(
-      *verb,
+      verb,
       "Compares two dumps entry by entry, or two images. BEFORE and AFTER are files if such "
       "files exist, otherwise images, each in any form that `vorn decode` takes; if they don't say "
       "their pair, TABLE and --chip do.\n\n"
@@ -574,14 +570,14 @@ Verb addDiff( CLI::App& commandLine ) {
       "  vorn diff LifTable --chip BCM88690_B0 before.txt after.txt\n"
       "  vorn diff LifTable --chip BCM88690_B0 --json before.bin.gz after.hexdump\n"
       "  vorn diff --summary before.jsonl after.jsonl" );
-   return { verb, [arguments]( Output& output ) {
-              try {
-                 diff( *arguments, output );
-              } catch( const Error& error ) {
-                 // With the status of trouble, as 1 stands for a difference.
-                 throw UsageError( error.place(), error.message() );
-              }
-           } };
+   return [arguments]( Output& output ) {
+      try {
+         diff( *arguments, output );
+      } catch( const Error& error ) {
+         // With the status of trouble, as 1 stands for a difference.
+         throw UsageError( error.place(), error.message() );
+      }
+   };
 }
 
 } // namespace Vorn

@@ -141,48 +141,47 @@ void encodeRows( const RowsLine& line, const EncodeArguments& arguments, bool ha
 
 } // namespace
 
-Verb addEncode( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "encode", "Compose the image of one entry" );
+VerbRun addEncode( CLI::App& verb ) {
    const auto arguments = std::make_shared<EncodeArguments>();
    const auto rows = std::make_shared<RowsLine>();
-   addPair( *verb, arguments->pair );
-   verb->get_option( "TABLE" )->required( false );
-   verb->get_option( "--chip" )->required( false );
-   addIndex( *verb, arguments->index );
-   verb->add_option( "--from", arguments->from, "Image to begin with, a fresh entry if not given" )
+   addPair( verb, arguments->pair );
+   verb.get_option( "TABLE" )->required( false );
+   verb.get_option( "--chip" )->required( false );
+   addIndex( verb, arguments->index );
+   verb.add_option( "--from", arguments->from, "Image to begin with, a fresh entry if not given" )
       ->type_name( "IMAGE" );
-   addImageFormat( *verb, arguments->fromFormat );
+   addImageFormat( verb, arguments->fromFormat );
    static constexpr std::string_view forms[] = { "text", "bytes", "words", "json" };
-   addForm( *verb, arguments->form, forms );
+   addForm( verb, arguments->form, forms );
    verb
-      ->add_flag_callback(
+      .add_flag_callback(
          "--json", [arguments] { arguments->form = formNamed( "json" ); },
          "The same as --output json" )
-      ->excludes( verb->get_option( "--output" ) );
+      ->excludes( verb.get_option( "--output" ) );
    CLI::Option* const csv =
-      verb->add_flag( "--csv", rows->isGiven, "Read the entries from rows of CSV files" );
+      verb.add_flag( "--csv", rows->isGiven, "Read the entries from rows of CSV files" );
    for( const char* const other : { "--entry", "--array", "--identifier", "--from" } ) {
-      csv->excludes( verb->get_option( other ) );
+      csv->excludes( verb.get_option( other ) );
    }
-   addRecords( *verb, rows->program );
+   addRecords( verb, rows->program );
    for( const char* const other : { "--allow-repeats", "--keep-going" } ) {
-      verb->get_option( other )->needs( csv );
+      verb.get_option( other )->needs( csv );
    }
-   verb->add_option( "field=value", arguments->fields,
-                     "Fields to set, with their values; with --csv instead files, - for "
-                     "standard input" );
-   verb->callback( [verb, arguments, rows] {
+   verb.add_option( "field=value", arguments->fields,
+                    "Fields to set, with their values; with --csv instead files, - for "
+                    "standard input" );
+   verb.callback( [&verb, arguments, rows] {
       if( rows->isGiven ) {
          return completeRows( *rows, *arguments );
       }
       for( const char* const needed : { "TABLE", "--chip" } ) {
-         if( verb->count( needed ) == 0 ) {
+         if( verb.count( needed ) == 0 ) {
             throw CLI::RequiredError( needed );
          }
       }
    } );
    describe(
-      *verb,
+      verb,
       "Prints the image as bytes, entry byte 0 first, and as 32-bit words, and the entry's "
       "address; with --output only the bytes or the words, or a line of JSON as `vorn "
       "program` prints it.\n\n"
@@ -205,14 +204,14 @@ Verb addEncode( CLI::App& commandLine ) {
       "  vorn encode EgressPerPortTable --chip 10 --from 400100000000000000000000 "
       "vlanDomain=6\n"
       "  vorn encode TcamActionTable --chip 10 --csv actions.csv --output json" );
-   return { verb, [verb, arguments, rows]( Output& output ) {
-              if( rows->isGiven ) {
-                 return encodeRows( *rows, *arguments, verb->count( "--variant" ) > 0, output );
-              }
-              const std::string text = encode( *arguments );
-              const bool isText = arguments->form == formNamed( "text" );
-              output.write( isText && ::isatty( STDOUT_FILENO ) ? wrappedText( text ) : text );
-           } };
+   return [&verb, arguments, rows]( Output& output ) {
+      if( rows->isGiven ) {
+         return encodeRows( *rows, *arguments, verb.count( "--variant" ) > 0, output );
+      }
+      const std::string text = encode( *arguments );
+      const bool isText = arguments->form == formNamed( "text" );
+      output.write( isText && ::isatty( STDOUT_FILENO ) ? wrappedText( text ) : text );
+   };
 }
 
 } // namespace Vorn

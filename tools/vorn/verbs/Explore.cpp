@@ -213,20 +213,19 @@ void checkUsage( const ExploreArguments& arguments, const CLI::App& verb ) {
 
 } // namespace
 
-Verb addExplore( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "explore", "Show an entry in a browser" );
+VerbRun addExplore( CLI::App& verb ) {
    const auto arguments = std::make_shared<ExploreArguments>();
-   addPair( *verb, arguments->pair );
-   verb->get_option( "TABLE" )->required( false );
-   verb->get_option( "--chip" )->required( false );
-   verb->get_option( "--variant" )->description( "Variant of the table, by the tag if not given" );
-   verb->add_option( "IMAGE", arguments->image, "The image, a fresh entry if not given" );
-   addIndex( *verb, arguments->index );
-   addImageFormat( *verb, arguments->format );
-   verb->add_flag_callback(
+   addPair( verb, arguments->pair );
+   verb.get_option( "TABLE" )->required( false );
+   verb.get_option( "--chip" )->required( false );
+   verb.get_option( "--variant" )->description( "Variant of the table, by the tag if not given" );
+   verb.add_option( "IMAGE", arguments->image, "The image, a fresh entry if not given" );
+   addIndex( verb, arguments->index );
+   addImageFormat( verb, arguments->format );
+   verb.add_flag_callback(
       "--no-open", [arguments] { arguments->opens = false; }, "Only print the link" );
-   verb->final_callback( [arguments, verb] { checkUsage( *arguments, *verb ); } );
-   describe( *verb,
+   verb.final_callback( [arguments, &verb] { checkUsage( *arguments, verb ); } );
+   describe( verb,
              "Prints a link to the explorer, a page that shows the fields of images, changes "
              "their values and compares layouts, and opens it with xdg-open if there is a "
              "display. With TABLE, the page shows that pair, and the image with it. It needs "
@@ -236,7 +235,7 @@ Verb addExplore( CLI::App& commandLine ) {
                 imagesParagraphs() + "\n\n" + chipTypesParagraph(),
              "  vorn explore\n"
              "  vorn explore TcamActionTable --chip BCM88690_B0 4523010000000000" );
-   return { verb, [arguments]( Output& output ) { explore( *arguments, output ); } };
+   return [arguments]( Output& output ) { explore( *arguments, output ); };
 }
 
 } // namespace Vorn

@@ -61,15 +61,13 @@ void checkSelection( const CLI::App& verb ) {
 
 } // namespace
 
-Verb addExport( CLI::App& commandLine ) {
-   CLI::App* const verb =
-      commandLine.add_subcommand( "export", "Print layouts for other programs" );
+VerbRun addExport( CLI::App& verb ) {
    const auto arguments = std::make_shared<ExportArguments>();
-   addPair( *verb, arguments->pair );
-   verb->get_option( "TABLE" )->required( false );
-   verb->get_option( "--chip" )->required( false );
-   verb->add_flag( "--all", arguments->all,
-                   "All tables and variants of the chip type, or of all chip types" );
+   addPair( verb, arguments->pair );
+   verb.get_option( "TABLE" )->required( false );
+   verb.get_option( "--chip" )->required( false );
+   verb.add_flag( "--all", arguments->all,
+                  "All tables and variants of the chip type, or of all chip types" );
    const auto take = [arguments]( const std::string& name ) {
       const auto found =
          std::find( std::begin( exportFormNames ), std::end( exportFormNames ), name );
@@ -79,12 +77,12 @@ Verb addExport( CLI::App& commandLine ) {
       }
       arguments->form = exportForms[found - std::begin( exportFormNames )];
    };
-   verb->add_option_function<std::string>( "--format", take, "What to print" )
+   verb.add_option_function<std::string>( "--format", take, "What to print" )
       ->required()
       ->type_name( listOf( exportFormNames, "|" ) );
-   verb->final_callback( [verb] { checkSelection( *verb ); } );
+   verb.final_callback( [&verb] { checkSelection( verb ); } );
    describe(
-      *verb,
+      verb,
       "c-header prints a C11 header for firmware: offset, width and mask of each field, "
       "and inline functions that get and set it in an array of bytes. It needs nothing but "
       "<stdint.h> and <stdbool.h>; its first comment says what it contains.\n\n"
@@ -99,9 +97,8 @@ Verb addExport( CLI::App& commandLine ) {
       "  vorn export --format c-header LifTable --chip BCM88690_B0 --variant 3 > lif.h\n"
       "  vorn export --format json-schema --all --chip BCM88690_B0 > record.schema.json\n"
       "  vorn export --format csv --all > layouts.csv" );
-   return { verb, [arguments]( Output& output ) {
-              output.write( arguments->form( layoutsOf( *arguments ) ) );
-           } };
+   return
+      [arguments]( Output& output ) { output.write( arguments->form( layoutsOf( *arguments ) ) ); };
 }
 
 } // namespace Vorn

@@ -3,12 +3,12 @@
 #include "Terminal.h"
 #include "Text.h"
 #include "Verbs.h"
+#include "forms/Json.h"
 
 #include <Vorn/Chip.h>
 #include <Vorn/Fields.h>
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -52,8 +52,6 @@ std::string fieldLines( std::span<const FieldUse> uses ) {
    return text;
 }
 
-using Json = nlohmann::ordered_json;
-
 Json pairsJson( std::span<const ChipVariants> pairs ) {
    Json list = Json::array();
    for( const ChipVariants& pair : pairs ) {
@@ -77,7 +75,7 @@ std::string fieldsJson( std::span<const FieldUse> uses ) {
             { "width", place.width },
             { "pairs", pairsJson( place.pairs ) },
          };
-         text += object.dump() + '\n';
+         text += jsonText( object ) + '\n';
       }
    }
    return text;
@@ -85,17 +83,16 @@ std::string fieldsJson( std::span<const FieldUse> uses ) {
 
 } // namespace
 
-Verb addField( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "field", "Print where a field exists" );
+VerbRun addField( CLI::App& verb ) {
    const auto arguments = std::make_shared<FieldArguments>();
    verb
-      ->add_option( "FIELD", arguments->name,
-                    "Name, hardware name or identifier; * and ? are wildcards" )
+      .add_option( "FIELD", arguments->name,
+                   "Name, hardware name or identifier; * and ? are wildcards" )
       ->required();
-   verb->add_option( "--chip", arguments->chip, "Only on this chip type, by name or number" )
+   verb.add_option( "--chip", arguments->chip, "Only on this chip type, by name or number" )
       ->type_name( "NAME|NUMBER" );
-   verb->add_flag( "--json", arguments->json, "Print a JSON object for each table and place" );
-   describe( *verb,
+   verb.add_flag( "--json", arguments->json, "Print a JSON object for each table and place" );
+   describe( verb,
              "Prints for each field its name, its name in the hardware's documents and its "
              "identifier, then a line for each table and each place there: its first bit, its "
              "width, and the numbers of the chip types with their variants, \"any\" where the "
@@ -107,10 +104,10 @@ Verb addField( CLI::App& commandLine ) {
                 chipTypesParagraph(),
              "  vorn field vlanDomain\n"
              "  vorn field 'vlanEdit*' --chip BCM88690_B0" );
-   return { verb, [arguments]( Output& output ) {
-              const auto uses = usesFor( *arguments );
-              output.write( arguments->json ? fieldsJson( uses ) : fieldLines( uses ) );
-           } };
+   return [arguments]( Output& output ) {
+      const auto uses = usesFor( *arguments );
+      output.write( arguments->json ? fieldsJson( uses ) : fieldLines( uses ) );
+   };
 }
 
 } // namespace Vorn

@@ -4,6 +4,7 @@
 #include "Terminal.h"
 #include "Text.h"
 #include "Verbs.h"
+#include "forms/Json.h"
 #include "verbs/Failures.h"
 #include "verbs/Program.h"
 
@@ -15,7 +16,6 @@
 #include <Vorn/Value.h>
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -25,8 +25,6 @@
 namespace Vorn {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 struct IdentifyArguments {
    std::string chip;
@@ -76,7 +74,7 @@ std::string jsonLine( const Identifier::Verdicts& verdicts, const std::string& p
          list.back()["reason"] = verdict.reason;
       }
    }
-   return object.dump() + '\n';
+   return jsonText( object ) + '\n';
 }
 
 std::string linesOf( const Identifier::Verdicts& verdicts, const std::string& place,
@@ -120,7 +118,7 @@ std::string accountJson( const DumpIdentifier::Account& account, const std::stri
       Json& made = groups.emplace_back( Json{ { "images", images }, { "bytes", bytes } } );
       made.update( jsonOf( group ) );
    }
-   return object.dump() + '\n';
+   return jsonText( object ) + '\n';
 }
 
 std::string accountLines( const DumpIdentifier::Account& account, const std::string& name ) {
@@ -264,26 +262,24 @@ void completeUsage( IdentifyArguments& arguments ) {
 
 } // namespace
 
-Verb addIdentify( CLI::App& commandLine ) {
-   CLI::App* const verb =
-      commandLine.add_subcommand( "identify", "Print what an image may be an entry of" );
+VerbRun addIdentify( CLI::App& verb ) {
    const auto arguments = std::make_shared<IdentifyArguments>();
-   verb->add_option( "IMAGE", arguments->image,
-                     "The image, files of images, or - for standard input" );
-   verb->add_option( "--file", arguments->paths, "Files of images, - for standard input" )
+   verb.add_option( "IMAGE", arguments->image,
+                    "The image, files of images, or - for standard input" );
+   verb.add_option( "--file", arguments->paths, "Files of images, - for standard input" )
       ->type_name( "FILE" );
-   addChip( *verb, arguments->chip );
-   addImageFormat( *verb, arguments->format );
-   verb->add_option( "--stride", arguments->stride, "Bytes from one entry of a dump to the next" )
+   addChip( verb, arguments->chip );
+   addImageFormat( verb, arguments->format );
+   verb.add_option( "--stride", arguments->stride, "Bytes from one entry of a dump to the next" )
       ->type_name( "BYTES" );
-   verb->add_flag( "--each", arguments->ofEach,
-                   "Report on each image of a file, in one line or more" );
-   verb->add_flag( "--ruled-out", arguments->ruledOut,
-                   "Also print what each image is not, and why" );
-   verb->add_flag( "--keep-going", arguments->keepsGoing, "Go on after bad input" );
-   verb->add_flag( "--json", arguments->json, "Print a JSON object for the image or each file" );
-   verb->callback( [arguments] { completeUsage( *arguments ); } );
-   describe( *verb,
+   verb.add_flag( "--each", arguments->ofEach,
+                  "Report on each image of a file, in one line or more" );
+   verb.add_flag( "--ruled-out", arguments->ruledOut,
+                  "Also print what each image is not, and why" );
+   verb.add_flag( "--keep-going", arguments->keepsGoing, "Go on after bad input" );
+   verb.add_flag( "--json", arguments->json, "Print a JSON object for the image or each file" );
+   verb.callback( [arguments] { completeUsage( *arguments ); } );
+   describe( verb,
              "Prints a line for each table that has entries of the image's length and, where its "
              "variants have a tag, of the image's tag. Tables and variants in one group have both "
              "in common, so that nothing in the image distinguishes them. The likeliest group "
@@ -309,7 +305,7 @@ Verb addIdentify( CLI::App& commandLine ) {
              "  vorn identify --chip BCM88690_B0 4523010000000000\n"
              "  vorn identify --chip BCM88690_B0 --file memory.bin\n"
              "  vorn program entries.jsonl | vorn identify --chip BCM88690_B0 --each -" );
-   return { verb, [arguments]( Output& output ) { identify( *arguments, output ); } };
+   return [arguments]( Output& output ) { identify( *arguments, output ); };
 }
 
 } // namespace Vorn

@@ -7,6 +7,7 @@
 #include "Verbs.h"
 #include "forms/DifferenceForms.h"
 #include "forms/DrawingText.h"
+#include "forms/Json.h"
 
 #include <Vorn/BitOrder.h>
 #include <Vorn/Difference.h>
@@ -19,7 +20,6 @@
 #include <Vorn/Value.h>
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>
@@ -35,8 +35,6 @@
 namespace Vorn {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 const std::string bitNumbering =
    "Bit 0 is the least significant bit of byte 0. Each row is a 32-bit word of the entry, its most "
@@ -106,7 +104,7 @@ std::string jsonOf( const Layout& layout ) {
    for( const BitOrder::Run& run : order.unused() ) {
       unused.push_back( { { "offset", run.offset }, { "width", run.width } } );
    }
-   return object.dump() + '\n';
+   return jsonText( object ) + '\n';
 }
 
 // The one entry that a text writes.
@@ -234,29 +232,28 @@ std::string layout( const LayoutArguments& arguments ) {
    return written( arguments, drawnAsSvg( Drawing( order, svgRoom() ), layout.pairText() ) );
 }
 
-Verb addLayout( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "layout", "Draw the format of an entry" );
+VerbRun addLayout( CLI::App& verb ) {
    const auto arguments = std::make_shared<LayoutArguments>();
-   addPair( *verb, arguments->pair );
-   verb->get_option( "--chip" )->required( false );
-   verb->add_flag( "--json", arguments->json, "Print one JSON object" );
+   addPair( verb, arguments->pair );
+   verb.get_option( "--chip" )->required( false );
+   verb.add_flag( "--json", arguments->json, "Print one JSON object" );
    verb
-      ->add_option( "--svg", arguments->svg, "Write a picture to this file, - for standard output" )
+      .add_option( "--svg", arguments->svg, "Write a picture to this file, - for standard output" )
       ->type_name( "FILE" );
    verb
-      ->add_option(
+      .add_option(
          "--image", arguments->images,
          "Draw the values of this image into the picture, or what changes to a second one" )
       ->type_name( "IMAGE" );
-   addImageFormat( *verb, arguments->format );
-   verb->add_option( "--lines", arguments->boxLines, "Characters to draw with" )
+   addImageFormat( verb, arguments->format );
+   verb.add_option( "--lines", arguments->boxLines, "Characters to draw with" )
       ->type_name( "ascii|unicode" );
-   verb->add_option( "--diff", arguments->difference, "Print what changes between two pairs" )
+   verb.add_option( "--diff", arguments->difference, "Print what changes between two pairs" )
       ->type_name( "FROM TO" )
       ->expected( 1, 2 ) // always two, but for one there is a better message
       ->allow_extra_args( false );
-   verb->final_callback( [verb] { checkUsage( *verb ); } );
-   describe( *verb,
+   verb.final_callback( [&verb] { checkUsage( verb ); } );
+   describe( verb,
              "Draws an entry in rows of 32 bits and lists its fields in bit order: where each "
              "lies, its identifier and its name in the hardware's documents. A name that doesn't "
              "fit into its cell is replaced by a key, which the list explains. Fields that share "
@@ -278,7 +275,7 @@ Verb addLayout( CLI::App& commandLine ) {
              "  vorn layout LifTable --chip BCM88690_B0 --variant 3 --svg lif.svg\n"
              "  vorn layout EvecTable --chip 6 --svg evec.svg --image 0102030405060708\n"
              "  vorn layout LifTable --diff BCM88650_B0:6 BCM88660_A0:6" );
-   return { verb, [arguments]( Output& output ) { output.write( layout( *arguments ) ); } };
+   return [arguments]( Output& output ) { output.write( layout( *arguments ) ); };
 }
 
 } // namespace Vorn

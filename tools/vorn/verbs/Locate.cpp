@@ -230,21 +230,20 @@ void locate( const LocateArguments& arguments, Output& output ) {
 
 } // namespace
 
-Verb addLocate( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "locate", "Print what lies at an address" );
+VerbRun addLocate( CLI::App& verb ) {
    const auto arguments = std::make_shared<LocateArguments>();
    verb
-      ->add_option( "ADDRESS", arguments->addresses,
-                    "Addresses on the chip's S-channel, ranges of them, or - for standard input" )
+      .add_option( "ADDRESS", arguments->addresses,
+                   "Addresses on the chip's S-channel, ranges of them, or - for standard input" )
       ->required();
-   addChip( *verb, arguments->chip );
-   verb->add_option( "--dest-block", arguments->destBlock, "Only what lies in this block" )
+   addChip( verb, arguments->chip );
+   verb.add_option( "--dest-block", arguments->destBlock, "Only what lies in this block" )
       ->type_name( "N" );
-   verb->add_flag( "--bounded", arguments->boundedOnly,
-                   "Leave out memories whose number of entries isn't stated" );
-   verb->add_flag( "--json", arguments->json, "Print a JSON object for each variant and place" );
+   verb.add_flag( "--bounded", arguments->boundedOnly,
+                  "Leave out memories whose number of entries isn't stated" );
+   verb.add_flag( "--json", arguments->json, "Print a JSON object for each variant and place" );
    describe(
-      *verb,
+      verb,
       "Prints a line for each place that has the address, after a line of headings: memories "
       "in different blocks may have addresses in common, and so may the instances of one "
       "memory and the variants of a table. `vorn address` answers the opposite question.\n\n"
@@ -259,7 +258,7 @@ Verb addLocate( CLI::App& commandLine ) {
          chipTypesParagraph(),
       "  vorn locate --chip BCM88690_B0 --dest-block 6 0x1101005\n"
       "  vorn locate --chip BCM88690_B0 --bounded 0x1101000-0x110100f 0x65000c" );
-   return { verb, [arguments]( Output& output ) { locate( *arguments, output ); } };
+   return [arguments]( Output& output ) { locate( *arguments, output ); };
 }
 
 } // namespace Vorn

@@ -18,24 +18,22 @@
 
 namespace Vorn {
 
-Verb addProgram( CLI::App& commandLine ) {
-   CLI::App* const verb =
-      commandLine.add_subcommand( "program", "Compose images from JSON lines or CSV" );
+VerbRun addProgram( CLI::App& verb ) {
    const auto arguments = std::make_shared<ProgramArguments>();
-   verb->add_option( "FILE", arguments->paths, "Files of JSON lines or CSV, - for standard input" )
+   verb.add_option( "FILE", arguments->paths, "Files of JSON lines or CSV, - for standard input" )
       ->required();
-   verb->add_flag_callback(
+   verb.add_flag_callback(
       "--csv", [arguments] { arguments->rows.emplace(); }, "The files are CSV" );
-   addRecords( *verb, *arguments );
+   addRecords( verb, *arguments );
    static constexpr std::string_view forms[] = { "json", "bytes", "words" };
-   addForm( *verb, arguments->form, forms );
+   addForm( verb, arguments->form, forms );
    verb
-      ->add_option( "--count", arguments->count,
-                    "Entries to expect from a pipe, for the progress line" )
+      .add_option( "--count", arguments->count,
+                   "Entries to expect from a pipe, for the progress line" )
       ->type_name( "N" );
-   verb->callback( [arguments] { requireOneInput( arguments->paths ); } );
+   verb.callback( [arguments] { requireOneInput( arguments->paths ); } );
    describe(
-      *verb,
+      verb,
       "Reads a JSON object from each line, except blank lines and comments, which # begins. Files "
       "compressed with gzip or zstd are decompressed. The keys:\n"
       "  \"table\", \"chip\"                   names; the chip type also by number\n"
@@ -68,7 +66,7 @@ Verb addProgram( CLI::App& commandLine ) {
       "\"fields\":{\"action\":\"0x12345\"}}' | vorn program -\n"
       "  vorn program entries.jsonl --output bytes > images.txt\n"
       "  vorn program --csv ports.csv lifs.csv" );
-   return { verb, [arguments]( Output& output ) { program( *arguments, output ); } };
+   return [arguments]( Output& output ) { program( *arguments, output ); };
 }
 
 void addRecords( CLI::App& verb, ProgramArguments& arguments ) {

@@ -50,8 +50,8 @@ private:
 };
 
 void writeReference( const std::string& path ) {
+   NewFolder folder( path ); // first, as the pages take their time
    const auto pages = referencePages();
-   NewFolder folder( path );
    std::vector<FileText> files;
    for( const Page& page : pages ) {
       files.push_back( { std::filesystem::path( path ) / page.file, page.text } );
@@ -62,18 +62,16 @@ void writeReference( const std::string& path ) {
 
 } // namespace
 
-Verb addReference( CLI::App& commandLine ) {
-   CLI::App* const verb =
-      commandLine.add_subcommand( "reference", "Write the reference of all tables" );
+VerbRun addReference( CLI::App& verb ) {
    const auto folder = std::make_shared<std::string>();
-   verb->add_option( "DIR", *folder, "Folder of the pages, made if there is none" )->required();
-   describe( *verb,
+   verb.add_option( "DIR", *folder, "Folder of the pages, made if there is none" )->required();
+   describe( verb,
              "Writes a page of Markdown for each table or register into the folder: chip types and "
              "variants, dimensions, addresses, tags, fields, and a drawing of each format; and the "
              "indexes index.md by table and fields.md by field. Existing pages of these names are "
              "replaced, all of them or none; other files are left alone.",
              "  vorn reference datasheets" );
-   return { verb, [folder]( Output& ) { writeReference( *folder ); } };
+   return [folder]( Output& ) { writeReference( *folder ); };
 }
 
 } // namespace Vorn

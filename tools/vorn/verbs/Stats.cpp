@@ -193,21 +193,19 @@ void stats( const StatsArguments& arguments, Output& output ) {
 
 } // namespace
 
-Verb addStats( CLI::App& commandLine ) {
-   CLI::App* const verb =
-      commandLine.add_subcommand( "stats", "Print what the fields of a dump hold" );
+VerbRun addStats( CLI::App& verb ) {
    struct Given {
       DumpLine line;
       StatsArguments arguments;
    };
    const auto given = std::make_shared<Given>();
    StatsArguments* const arguments = &given->arguments;
-   verb->add_option( "TABLE FILE", arguments->words,
-                     "Name of the table, and files of images; - for standard input" );
-   addDump( *verb, given->line.pair, *arguments );
-   addChoice( *verb, *arguments );
-   verb->add_flag( "--json", arguments->json, "Print a JSON object for each pair" );
-   verb->callback( [given] {
+   verb.add_option( "TABLE FILE", arguments->words,
+                    "Name of the table, and files of images; - for standard input" );
+   addDump( verb, given->line.pair, *arguments );
+   addChoice( verb, *arguments );
+   verb.add_flag( "--json", arguments->json, "Print a JSON object for each pair" );
+   verb.callback( [given] {
       auto& words = given->arguments.words;
       if( !words.empty() && isTable( words.front() ) ) {
          given->line.pair.table = words.front();
@@ -219,7 +217,7 @@ Verb addStats( CLI::App& commandLine ) {
       given->arguments.paths = words;
       given->line.completeInto( given->arguments );
    } );
-   describe( *verb,
+   describe( verb,
              "Prints for each field in how many entries it isn't zero, how many distinct values it "
              "has, the least and the greatest, the most frequent ones with the number of their "
              "entries, and which of its bits are the same in every entry. Entries of several "
@@ -232,7 +230,7 @@ Verb addStats( CLI::App& commandLine ) {
                 whereParagraphs() + "\n\n" + chipTypesParagraph(),
              "  vorn stats LifTable --chip BCM88690_B0 lif.bin\n"
              "  vorn stats --fields vsi --where 'learnEnable == 1' entries.jsonl" );
-   return { verb, [given]( Output& output ) { stats( given->arguments, output ); } };
+   return [given]( Output& output ) { stats( given->arguments, output ); };
 }
 
 } // namespace Vorn

@@ -2,6 +2,7 @@
 #include "Arguments.h"
 #include "Text.h"
 #include "Verbs.h"
+#include "forms/Json.h"
 
 #include <Vorn/Chip.h>
 #include <Vorn/Difference.h>
@@ -12,7 +13,6 @@
 #include <Hardware/Registry.h>
 
 #include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <map>
@@ -24,8 +24,6 @@
 namespace Vorn {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 struct TablesArguments {
    std::optional<std::string> chip;
@@ -135,21 +133,19 @@ std::string tablesJson( const Chip* chip ) {
             list.push_back( pairJson( table, pair, variant ) );
          }
       }
-      text += object.dump() + '\n';
+      text += jsonText( object ) + '\n';
    }
    return text;
 }
 
 } // namespace
 
-Verb addTables( CLI::App& commandLine ) {
-   CLI::App* const verb = commandLine.add_subcommand( "tables", "List the tables and registers" );
+VerbRun addTables( CLI::App& verb ) {
    const auto arguments = std::make_shared<TablesArguments>();
-   verb->add_option( "--chip", arguments->chip, "Only what this chip type has, by name or number" )
+   verb.add_option( "--chip", arguments->chip, "Only what this chip type has, by name or number" )
       ->type_name( "NAME|NUMBER" );
-   verb->add_flag( "--json", arguments->json,
-                   "Print a JSON object for each, on a line of its own" );
-   describe( *verb,
+   verb.add_flag( "--json", arguments->json, "Print a JSON object for each, on a line of its own" );
+   describe( verb,
              "Prints two lines for each table or register after two of headings: its name, how "
              "many fields it has, its width in 32-bit words, and its numbers of instances and "
              "entries, each as a list where chip types or variants differ; then the numbers of its "
@@ -161,10 +157,10 @@ Verb addTables( CLI::App& commandLine ) {
                 chipTypesParagraph(),
              "  vorn tables\n"
              "  vorn tables --chip BCM88690_B0 --json" );
-   return { verb, [arguments]( Output& output ) {
-              const Chip* const chip = arguments->chip ? &chipOf( *arguments->chip ) : nullptr;
-              output.write( arguments->json ? tablesJson( chip ) : tableLines( chip ) );
-           } };
+   return [arguments]( Output& output ) {
+      const Chip* const chip = arguments->chip ? &chipOf( *arguments->chip ) : nullptr;
+      output.write( arguments->json ? tablesJson( chip ) : tableLines( chip ) );
+   };
 }
 
 } // namespace Vorn

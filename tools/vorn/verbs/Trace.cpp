@@ -7,9 +7,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <memory>
-#include <vector>
-
 namespace Vorn {
 
 namespace {
@@ -17,14 +14,6 @@ namespace {
 constexpr auto traceName = "KelvarVornTunnelMetaInfo";
 
 } // namespace
-
-void runParsed( std::span<const Verb> verbs, Output& output ) {
-   for( const Verb& verb : verbs ) {
-      if( verb.app->parsed() ) {
-         verb.run( output );
-      }
-   }
-}
 
 bool isTracing() {
    static const Oru::TraceHandle handle( traceName, true );
@@ -44,27 +33,21 @@ void traceView( const Layout& layout ) {
    }
 }
 
-Verb addTrace( CLI::App& commandLine, std::span<const AddVerb> verbs ) {
-   CLI::App* const verb =
-      commandLine.add_subcommand( "trace", "Run a verb with the library's trace" );
-   verb->require_subcommand( 1 );
-   const auto traced = std::make_shared<std::vector<Verb>>();
-   for( const AddVerb add : verbs ) {
-      traced->push_back( add( *verb ) );
-      traced->back().app->group( "Verbs" );
-   }
+VerbRun addTrace( CLI::App& verb, std::span<const ListedVerb> verbs, const CommandWords& words ) {
+   verb.require_subcommand( 1 );
+   const auto traced = addVerbs( verb, verbs, words );
    describe(
-      *verb,
+      verb,
       "Does what the verb does, and prints a line to standard error for each call of the "
       "library that traces: at level 8 every call of an accessor, at level 0 a failed look-up "
       "of an address. Standard output and the exit status are the verb's own.",
       "  vorn trace decode TcamActionTable --chip BCM88690_B0 4523010000000000" );
-   return { verb, [traced]( Output& output ) {
-              for( const int level : { 0, 8 } ) {
-                 Oru::traceLevelIs( traceName, level, true );
-              }
-              runParsed( *traced, output );
-           } };
+   return [traced]( Output& output ) {
+      for( const int level : { 0, 8 } ) {
+         Oru::traceLevelIs( traceName, level, true );
+      }
+      runParsed( traced, output );
+   };
 }
 
 } // namespace Vorn
