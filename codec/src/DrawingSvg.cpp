@@ -374,7 +374,7 @@ void appendLines( std::vector<std::string>& lines, std::string text ) {
    constexpr std::size_t most = 132;
    constexpr std::string_view indent = "   ";
    while( text.size() > most ) {
-      lines.push_back( text.substr( 0, most ) );
+      lines.emplace_back( text, 0, most );
       text = std::string( indent ) + text.substr( most );
    }
    lines.push_back( std::move( text ) );

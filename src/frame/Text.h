@@ -20,11 +20,7 @@ public:
    }
 
    void append( std::string_view piece ) {
-      for( const char character : piece ) {
-         if( length_ + 1 < sizeof characters_ ) {
-            characters_[length_++] = character;
-         }
-      }
+      length_ += piece.copy( characters_ + length_, sizeof characters_ - 1 - length_ );
       characters_[length_] = '\0';
    }
    void append( std::unsigned_integral auto number ) { appendNumber( number, 10 ); }
